@@ -1,0 +1,3 @@
+#include "fuzzylogic/FuzzyLogic.h"
+
+int main() {}
