@@ -1,0 +1,193 @@
+#include "fuzzylogic/framework/Collection.h"
+
+#include <algorithm>
+
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/Format.h"
+#include "fuzzylogic/framework/Messages.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
+
+namespace fzy {
+
+// TCollectionItem
+
+void TCollectionItem::SetCollection(TCollection* value) {
+  if (value == FCollection) return;
+  const TPin self(this);
+  const TPin target(value);
+  TFirstException first;
+  if (FCollection) first.Run([this] { FCollection->RemoveItem(this); });
+  // A handler of the removal may have freed the item or filed it elsewhere.
+  if (value && !FCollection && !IsFreed()) first.Run([&] { value->InsertItem(this); });
+  first.Rethrow();
+}
+
+void TCollectionItem::SetIndex(int value) {
+  if (!FCollection) return;
+  FCollection->RequireIndex(value);
+  FCollection->MoveItem(FIndex, value);
+}
+
+const TString& TCollectionItem::GetItemName() const {
+  static const TString none;
+  return none;
+}
+
+void TCollectionItem::Changed(bool allItems) {
+  if (FCollection) FCollection->ItemChanged(allItems ? nullptr : this);
+}
+
+void TCollectionItem::Leave() {
+  if (FCollection) FCollection->RemoveItem(this);
+}
+
+// TCollection
+
+TCollection::~TCollection() {
+  for (TCollectionItem* item : FItems) {
+    if (!item) continue;
+    const TPin last(item);
+    item->FFreed = true;
+    Disown(item);
+  }
+}
+
+void TCollection::Leave() {
+  ++FUpdateCount;  // never closed: nobody is told of a list that goes as a whole
+  ClearItems();
+}
+
+void TCollection::Delete(int index) {
+  RequireIndex(index);
+  DeleteItem(index);
+}
+
+void TCollection::DeleteItem(int index) {
+  const TPin self(this);
+  TCollectionItem* item = ItemAt(index);
+  const TPin pinned(item);
+  TFirstException first;
+  first.Run([&] { Notify(item, cnDeleting); });
+  first.Run([&] { item->Free(); });
+  first.Rethrow();
+}
+
+void TCollection::Clear() {
+  if (GetCount() == 0) return;
+  TUpdateBlock block(*this);
+  TFirstException first;
+  first.Run([this] { ClearItems(); });
+  first.Run([&block] { block.Close(); });
+  first.Rethrow();
+}
+
+void TCollection::ClearItems() {
+  const TPin self(this);
+  TFirstException first;
+  for (int index = GetCount(); index-- > 0;) {
+    // A handler may have freed other items already.
+    if (index < GetCount()) first.Run([&] { ItemAt(index)->Free(); });
+  }
+  first.Rethrow();
+}
+
+void TCollection::EndUpdate() {
+  if (FUpdateCount > 0 && --FUpdateCount == 0) Update(nullptr);
+}
+
+void TCollection::Assign(TPersistent* source) {
+  if (source == this) return;
+  auto* from = dynamic_cast<TCollection*>(source);
+  if (!from) return TPersistent::Assign(source);
+  const TPin pinned(from);
+  TUpdateBlock block(*this);
+  Clear();
+  const int count = from->GetCount();  // handlers may change the source while it is copied
+  for (int i = 0; i < count && i < from->GetCount(); ++i) {
+    TCollectionItem* item = AddItem();
+    if (item && i < from->GetCount()) item->Assign(from->ItemAt(i));
+  }
+  block.Close();
+}
+
+void TCollection::Update(TCollectionItem* /*item*/) {}
+
+void TCollection::Notify(TCollectionItem* /*item*/, TCollectionNotification /*action*/) {}
+
+void TCollection::FailIndex(int index) const {
+  throw EListError(FormatText(SListIndexError, {std::int64_t{index}}));
+}
+
+void TCollection::StoreItem(TCollectionItem* item) {
+  FItems.push_back(item);
+  Adopt(item, static_cast<int>(FItems.size()) - 1);
+}
+
+void TCollection::DropItem(int index) {
+  Disown(ItemAt(index));
+  FItems.erase(FItems.begin() + index);
+  Renumber(index, GetCount());
+}
+
+void TCollection::RelocateItem(int from, int to) {
+  const auto first = FItems.begin() + std::min(from, to);
+  const auto last = FItems.begin() + std::max(from, to) + 1;
+  if (from < to)
+    std::rotate(first, first + 1, last);
+  else
+    std::rotate(first, last - 1, last);
+  Renumber(std::min(from, to), std::max(from, to) + 1);
+}
+
+void TCollection::Renumber(int first, int last) noexcept {
+  for (int i = first; i < last; ++i) FItems[static_cast<std::size_t>(i)]->FIndex = i;
+}
+
+void TCollection::Adopt(TCollectionItem* item, int index) noexcept {
+  item->FCollection = this;
+  item->FIndex = index;
+}
+
+void TCollection::Disown(TCollectionItem* item) noexcept {
+  item->FCollection = nullptr;
+  item->FIndex = -1;
+}
+
+void TCollection::InsertItem(TCollectionItem* item) {
+  const TPin self(this);
+  const TPin pinned(item);
+  StoreItem(item);
+  item->CollectionChanged();
+  TFirstException first;
+  first.Run([&] { Notify(item, cnAdded); });
+  first.Run([&] { Changed(); });
+  first.Rethrow();
+}
+
+void TCollection::RemoveItem(TCollectionItem* item) {
+  const TPin self(this);
+  const TPin pinned(item);
+  TFirstException first;
+  // A handler that takes out or frees an item on its way out is not told of it again.
+  if (!item->FLeaving) {
+    item->FLeaving = true;
+    first.Run([&] { Notify(item, cnExtracting); });
+    item->FLeaving = false;
+  }
+  if (item->FCollection == this) {
+    DropItem(item->FIndex);
+    item->CollectionChanged();
+    first.Run([&] { Changed(); });
+  }
+  first.Rethrow();
+}
+
+void TCollection::MoveItem(int from, int to) {
+  if (from == to) return;
+  const TPin self(this);
+  RelocateItem(from, to);
+  Changed();
+}
+
+}  // namespace fzy

@@ -1,0 +1,148 @@
+#pragma once
+
+#include <vector>
+
+#include "fuzzylogic/framework/Persistent.h"
+
+namespace fzy {
+
+class TCollection;
+
+/// What `TCollection::Notify` tells about an item.
+enum class TCollectionNotification : unsigned char { cnAdded, cnExtracting, cnDeleting };
+using enum TCollectionNotification;
+
+/// An item of an owned collection. Made on the heap by a `Create` of its class; its collection
+/// frees it, or `Free()` does, which takes it out first.
+class TCollectionItem : public TPersistent {
+ public:
+  using TPersistent::Free;
+
+  TCollection* GetCollection() const noexcept { return FCollection; }
+  /// Takes the item out of its collection and puts it at the end of another (or of none).
+  void SetCollection(TCollection* value);
+
+  /// Position in the collection, -1 without one. Constant time.
+  int GetIndex() const noexcept { return FCollection ? FIndex : -1; }
+  /// Moves the item; the items between shift by one. The index it already has changes nothing.
+  /// Without a collection nothing happens.
+  /// @throws the collection's index error
+  void SetIndex(int value);
+
+  /// A name for people; the class name unless a class says otherwise.
+  virtual TString GetDisplayName() const { return ClassName(); }
+  /// The name by which a named collection finds the item; empty unless a class has names.
+  virtual const TString& GetItemName() const;
+
+ protected:
+  TCollectionItem() = default;
+  ~TCollectionItem() override = default;
+
+  /// Tells the collection that this item changed (or, with `allItems`, that all may have), unless
+  /// an update block is open there.
+  void Changed(bool allItems);
+
+  void Leave() override;
+
+  /// Called whenever the item has joined or left a collection, before anybody is told.
+  virtual void CollectionChanged() {}
+
+ private:
+  friend class TCollection;
+
+  TCollection* FCollection = nullptr;
+  int FIndex = -1;
+  bool FLeaving = false;
+};
+
+/// An ordered collection that owns its items: freeing or clearing it frees them.
+///
+/// Two hooks tell a descendant what happens. `Notify(item, action)` is told of every item that has
+/// joined (`cnAdded`), is about to leave (`cnExtracting`, also when it is freed) or is about to be
+/// freed by `Delete` (`cnDeleting`, then `cnExtracting`), even inside an update block.
+/// `Update(item)` is told of changes, with the item or with nothing for the whole list: after every
+/// addition, removal, move and `Clear`, and when an item says that it changed; inside an update
+/// block it is held back and called once, with nothing, when the outermost block closes.
+///
+/// Where items are stored is a descendant's choice (the storage operations); by default an
+/// array of pointers.
+class TCollection : public TPersistent {
+ public:
+  /// Frees the items without telling anybody; `Free()` on a collection made on the heap tells.
+  ~TCollection() override;
+  using TPersistent::Free;
+
+  /// The object that the collection belongs to, or nothing.
+  virtual TPersistent* GetOwner() const { return nullptr; }
+  virtual int GetCount() const { return static_cast<int>(FItems.size()); }
+
+  /// Frees the item at `index` (`cnDeleting`, `cnExtracting`, then `Update`).
+  /// @throws the index error
+  void Delete(int index);
+  /// Frees all items, last to first, inside one update block; nothing happens on an empty list.
+  /// Items that handlers add meanwhile stay.
+  void Clear();
+
+  void BeginUpdate() noexcept { ++FUpdateCount; }
+  /// Closes one block; closing the outermost calls `Update` with nothing, whether or not anything
+  /// changed. Without an open block nothing happens.
+  void EndUpdate();
+  bool IsUpdating() const noexcept { return FUpdateCount > 0; }
+
+  /// From another collection: clears this one and appends a copy of each of its items, inside one
+  /// update block. A collection assigned to itself stays as it is.
+  void Assign(TPersistent* source) override;
+
+ protected:
+  TCollection() = default;
+
+  /// A new item of the collection's class, appended.
+  virtual TCollectionItem* AddItem() = 0;
+
+  virtual void Update(TCollectionItem* item);
+  virtual void Notify(TCollectionItem* item, TCollectionNotification action);
+
+  /// Raises the error for an index outside the list; EListError unless a descendant has its own.
+  [[noreturn]] virtual void FailIndex(int index) const;
+  void RequireIndex(int index) const {
+    if (index < 0 || index >= GetCount()) FailIndex(index);
+  }
+
+  // Storage.
+  virtual TCollectionItem* ItemAt(int index) const {
+    return FItems[static_cast<std::size_t>(index)];
+  }
+  virtual void StoreItem(TCollectionItem* item);
+  virtual void DropItem(int index);
+  virtual void RelocateItem(int from, int to);
+  virtual void DeleteItem(int index);
+  virtual void ClearItems();
+
+  /// Frees the items with `Notify` but without `Update`: the list itself is about to go.
+  void Leave() override;
+
+  /// Calls `Update(nullptr)` unless a block is open.
+  void Changed() { ItemChanged(nullptr); }
+  void ItemChanged(TCollectionItem* item) {
+    if (FUpdateCount == 0) Update(item);
+  }
+
+  void InsertItem(TCollectionItem* item);
+  void MoveItem(int from, int to);
+
+  /// For storage in descendants: makes `item` this collection's item at `index`, or nobody's.
+  void Adopt(TCollectionItem* item, int index) noexcept;
+  static void Disown(TCollectionItem* item) noexcept;
+
+  /// The stored pointers; a descendant with a storage of its own may use them as it likes.
+  std::vector<TCollectionItem*> FItems;
+
+ private:
+  friend class TCollectionItem;
+  void RemoveItem(TCollectionItem* item);
+  void Renumber(int first, int last) noexcept;
+
+  int FUpdateCount = 0;
+};
+
+}  // namespace fzy

@@ -1,0 +1,63 @@
+#include "fuzzylogic/framework/Component.h"
+
+#include <algorithm>
+
+namespace fzy {
+
+TComponent::TComponent(TComponent* owner) : FOwner(owner) {
+  if (!FOwner) return;
+  FOwner->FComponents.push_back(this);
+  if (FOwner->Is(csDesigning)) FState.Include(csDesigning);
+  FOwner->Notification(this, opInsert);
+}
+
+TComponent::~TComponent() {
+  Destroying();
+  while (!FComponents.empty()) FComponents.back()->Free();
+}
+
+void TComponent::FreeNotification(TComponent* component) {
+  if (!component || component == this) return;
+  if (std::find(FWatchers.begin(), FWatchers.end(), component) != FWatchers.end()) return;
+  FWatchers.push_back(component);
+  component->FWatchers.push_back(this);
+}
+
+void TComponent::RemoveFreeNotification(TComponent* component) noexcept {
+  if (!component) return;
+  std::erase(FWatchers, component);
+  std::erase(component->FWatchers, this);
+}
+
+void TComponent::Notification(TComponent* /*component*/, TOperation /*operation*/) {}
+
+void TComponent::SetState(TComponentStateFlag flag, bool value) noexcept {
+  if (value)
+    FState.Include(flag);
+  else
+    FState.Exclude(flag);
+}
+
+void TComponent::NotifyRemoval(TComponent* watcher) noexcept {
+  try {
+    watcher->Notification(this, opRemove);
+  } catch (...) {  // NOLINT(bugprone-empty-catch): a component on its way out cannot stop
+  }
+}
+
+void TComponent::Destroying() noexcept {
+  if (Is(csDestroying)) return;
+  FState.Include(csDestroying);
+  while (!FWatchers.empty()) {
+    TComponent* watcher = FWatchers.back();
+    RemoveFreeNotification(watcher);
+    NotifyRemoval(watcher);
+  }
+  if (FOwner) {
+    std::erase(FOwner->FComponents, this);
+    NotifyRemoval(FOwner);
+    FOwner = nullptr;
+  }
+}
+
+}  // namespace fzy

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "fuzzylogic/framework/EnumSet.h"
+#include "fuzzylogic/framework/Persistent.h"
+
+namespace fzy {
+
+/// A plain event: the handler is told who sends it.
+using TNotifyEvent = std::function<void(TObject* sender)>;
+
+enum class TOperation : unsigned char { opInsert, opRemove };
+using enum TOperation;
+
+/// csDesigning: the component stands in a form designer. csLoading: its stored state is being read.
+/// csDestroying: it is on its way out.
+enum class TComponentStateFlag : unsigned char { csDesigning, csLoading, csDestroying };
+using enum TComponentStateFlag;
+using TComponentState = TEnumSet<TComponentStateFlag>;
+
+/// An object that an application places in a form or makes in code. It may be owned by another
+/// component, which frees it, and two components may watch each other's end (`FreeNotification`).
+///
+/// Life: a component lives on the stack, as a member, or on the heap; on the heap it ends by
+/// `Free()` (or by its owner), which is also what an event handler calls: a handler must not
+/// `delete`. A component with an owner must live on the heap unless it goes before its owner.
+class TComponent : public TPersistent {
+ public:
+  /// @param owner the component that frees this one, or nothing
+  explicit TComponent(TComponent* owner = nullptr);
+  ~TComponent() override;
+  using TPersistent::Free;
+
+  TComponent* GetOwner() const noexcept { return FOwner; }
+  int GetComponentCount() const noexcept { return static_cast<int>(FComponents.size()); }
+  TComponent* GetComponent(int index) const {
+    return FComponents.at(static_cast<std::size_t>(index));
+  }
+
+  const TString& GetName() const noexcept { return FName; }
+  void SetName(TString value) { FName = std::move(value); }
+  std::intptr_t GetTag() const noexcept { return FTag; }
+  void SetTag(std::intptr_t value) noexcept { FTag = value; }
+
+  TComponentState GetComponentState() const noexcept { return FState; }
+  bool Is(TComponentStateFlag flag) const noexcept { return FState.Contains(flag); }
+  /// For form designers: sets or clears the designing state.
+  void SetDesigning(bool value) noexcept { SetState(csDesigning, value); }
+
+  /// Asks that `component` be told by `Notification(this, opRemove)` when this component goes.
+  void FreeNotification(TComponent* component);
+  void RemoveFreeNotification(TComponent* component) noexcept;
+
+  /// Told when a watched or owned component goes (`opRemove`) or an owned one comes (`opInsert`).
+  virtual void Notification(TComponent* component, TOperation operation);
+
+  /// Called when the stored state has been read; ends the loading state.
+  virtual void Loaded() { SetState(csLoading, false); }
+
+ protected:
+  /// Begins the loading state; `Loaded` ends it.
+  void Loading() noexcept { SetState(csLoading, true); }
+
+  /// Tells the watchers that this component goes, once. A class whose watchers or owner must find
+  /// it whole calls this first in its destructor.
+  void Destroying() noexcept;
+
+  void Leave() override { Destroying(); }
+
+ private:
+  void SetState(TComponentStateFlag flag, bool value) noexcept;
+  void NotifyRemoval(TComponent* watcher) noexcept;
+
+  TComponent* FOwner;
+  std::vector<TComponent*> FComponents;
+  std::vector<TComponent*> FWatchers;  // symmetric: each watches the other's end
+  TString FName;
+  std::intptr_t FTag = 0;
+  TComponentState FState;
+};
+
+}  // namespace fzy

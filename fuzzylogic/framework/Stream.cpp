@@ -1,0 +1,14 @@
+#include "fuzzylogic/framework/Stream.h"
+
+#include <algorithm>
+
+namespace fzy {
+
+std::size_t TMemoryStream::Read(char* buffer, std::size_t count) {
+  const std::size_t length = std::min(count, FBytes.size() - FPosition);
+  std::copy_n(FBytes.data() + FPosition, length, buffer);
+  FPosition += length;
+  return length;
+}
+
+}  // namespace fzy

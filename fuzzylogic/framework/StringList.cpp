@@ -1,0 +1,91 @@
+#include "fuzzylogic/framework/StringList.h"
+
+#include <algorithm>
+
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/framework/Format.h"
+#include "fuzzylogic/framework/Messages.h"
+
+namespace fzy {
+
+const TStringList::TLine& TStringList::Line(int index) const {
+  if (index < 0 || index >= GetCount())
+    throw EListError(FormatText(SListIndexError, {std::int64_t{index}}));
+  return FLines[static_cast<std::size_t>(index)];
+}
+
+bool TStringList::Same(std::u16string_view left, std::u16string_view right) const noexcept {
+  return FCaseSensitive ? left == right : SameText(left, right);
+}
+
+void TStringList::AddObject(TString text, TObject* object) {
+  FLines.push_back({std::move(text), object});
+}
+
+void TStringList::Delete(int index) {
+  Line(index);
+  FLines.erase(FLines.begin() + index);
+}
+
+void TStringList::Clear() { FLines.clear(); }
+
+TString TStringList::GetText() const {
+  std::size_t length = 0;
+  for (const TLine& line : FLines) length += line.Text.size() + 1;
+  TString text;
+  text.Reserve(length);
+  for (const TLine& line : FLines) {
+    text += line.Text;
+    text += u'\n';
+  }
+  return text;
+}
+
+void TStringList::SetText(const TString& text) {
+  FLines.clear();
+  const std::u16string_view all = text;
+  for (std::size_t start = 0; start < all.size();) {
+    const std::size_t end = std::min(all.find_first_of(u"\r\n", start), all.size());
+    Add(all.substr(start, end - start));
+    start = end + (all.substr(end, 2) == u"\r\n" ? 2 : 1);
+  }
+}
+
+int TStringList::IndexOf(const TString& text) const {
+  const auto found = std::find_if(FLines.begin(), FLines.end(),
+                                  [&](const TLine& line) { return Same(line.Text, text); });
+  return found == FLines.end() ? -1 : static_cast<int>(found - FLines.begin());
+}
+
+int TStringList::IndexOfName(const TString& name) const {
+  for (int i = 0; i < GetCount(); ++i) {
+    const std::u16string_view line = GetString(i);
+    const std::size_t sign = line.find(u'=');
+    if (sign != TString::npos && Same(line.substr(0, sign), name)) return i;
+  }
+  return -1;
+}
+
+TString TStringList::GetValue(const TString& name) const {
+  const int index = IndexOfName(name);
+  if (index < 0) return {};
+  const TString& line = GetString(index);
+  return line.Slice(line.Find(u"=") + 1);
+}
+
+void TStringList::SetValue(const TString& name, const TString& value) {
+  const int index = IndexOfName(name);
+  TString line = name + "=" + value;
+  if (index < 0)
+    Add(std::move(line));
+  else
+    FLines[static_cast<std::size_t>(index)].Text = std::move(line);
+}
+
+void TStringList::Assign(TPersistent* source) {
+  const auto* list = dynamic_cast<const TStringList*>(source);
+  if (!list) return TPersistent::Assign(source);
+  FLines = list->FLines;
+}
+
+}  // namespace fzy

@@ -1,0 +1,55 @@
+#include "fuzzylogic/framework/Text.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "fuzzylogic/framework/Encoding.h"
+
+namespace fzy {
+namespace {
+
+/// The lower-case form of one UTF-16 unit, for the alphabets whose letters lie in plain ranges.
+char16_t Fold(char16_t unit) noexcept {
+  const auto in = [unit](char16_t low, char16_t high) { return unit >= low && unit <= high; };
+  const auto up = [unit](int distance) { return static_cast<char16_t>(unit + distance); };
+  if (in(u'A', u'Z')) return up(32);
+  if (unit < 0xC0) return unit;
+  if (in(0xC0, 0xDE) && unit != 0xD7) return up(32);  // Latin-1
+  if (in(0x100, 0x137) || in(0x14A, 0x177))
+    return unit % 2 == 0 ? up(1) : unit;  // Latin Extended-A
+  if (in(0x139, 0x148) || in(0x179, 0x17E)) return unit % 2 == 1 ? up(1) : unit;
+  if (in(0x391, 0x3A9) && unit != 0x3A2) return up(32);  // Greek
+  if (in(0x400, 0x40F)) return up(80);                   // Cyrillic
+  if (in(0x410, 0x42F)) return up(32);
+  return unit;
+}
+
+}  // namespace
+
+TString::TString(std::string_view utf8) { TEncoding::UTF8()->Decode(utf8, true, FUnits); }
+
+std::string TString::Utf8() const {
+  std::string bytes;
+  TEncoding::UTF8()->Encode(FUnits, bytes);
+  return bytes;
+}
+
+TString TString::Slice(std::size_t start, std::size_t count) const {
+  return start < size() ? TString(View().substr(start, count)) : TString();
+}
+
+TString TString::Trim() const {
+  const auto blank = [](char16_t unit) { return unit <= 32; };
+  const auto first = std::find_if_not(FUnits.begin(), FUnits.end(), blank);
+  const auto last = std::find_if_not(FUnits.rbegin(), FUnits.rend(), blank).base();
+  return first < last ? TString(std::u16string(first, last)) : TString();
+}
+
+std::ostream& operator<<(std::ostream& out, const TString& text) { return out << text.Utf8(); }
+
+bool SameText(std::u16string_view left, std::u16string_view right) noexcept {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char16_t a, char16_t b) { return Fold(a) == Fold(b); });
+}
+
+}  // namespace fzy
