@@ -1,7 +1,9 @@
 #include "fuzzylogic/framework/Format.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <optional>
 
 namespace fzy {
@@ -12,6 +14,9 @@ char16_t DecimalSeparator = u'.';
 // The longest fixed number: 309 digits before the point and the decimals that a format may ask for.
 using TDigits = std::array<char, 512>;
 constexpr int MostDecimals = 99;
+
+// Never signed: the sign of a value that is not a number differs from one machine to the next.
+constexpr const char16_t* NotANumber = u"nan";
 
 TString Widen(const char* first, const char* last, char16_t separator) {
   std::u16string text(first, last);
@@ -79,13 +84,15 @@ TString FormatText(const TString& format, std::initializer_list<TFormatArg> args
 }
 
 TString FormatFixed(double value, int decimals) {
+  if (std::isnan(value)) return NotANumber;
   TDigits digits;
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                 std::chars_format::fixed, decimals);
+                                 std::chars_format::fixed, std::clamp(decimals, 0, MostDecimals));
   return Widen(digits.data(), end.ptr, DecimalSeparator);
 }
 
 TString FormatShortest(double value) {
+  if (std::isnan(value)) return NotANumber;
   TDigits digits;
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value);
   return Widen(digits.data(), end.ptr, u'.');

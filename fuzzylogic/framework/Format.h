@@ -17,11 +17,12 @@ using TFormatArg = std::variant<TString, std::int64_t, double>;
 /// that a badly translated message never hides the error it reports.
 TString FormatText(const TString& format, std::initializer_list<TFormatArg> args);
 
-/// The number with a fixed count of decimals, correctly rounded, with the process's decimal
-/// separator; "inf", "-inf" and "nan" for what is not finite.
+/// The number with a fixed count of decimals (at least 0, at most 99), correctly rounded, with the
+/// process's decimal separator; "inf", "-inf" and "nan" for what is not finite.
 TString FormatFixed(double value, int decimals);
 
-/// The shortest decimal text that reads back to the same bits; always with a point.
+/// The shortest decimal text that reads back to the same bits; the separator is always a point.
+/// What is not finite is written as by `FormatFixed`.
 TString FormatShortest(double value);
 
 /// The decimal separator of texts shown to people and of names with a number in them; a point until

@@ -15,9 +15,10 @@ char16_t Fold(char16_t unit) noexcept {
   if (in(u'A', u'Z')) return up(32);
   if (unit < 0xC0) return unit;
   if (in(0xC0, 0xDE) && unit != 0xD7) return up(32);  // Latin-1
-  if (in(0x100, 0x137) || in(0x14A, 0x177))
-    return unit % 2 == 0 ? up(1) : unit;  // Latin Extended-A
+  // Latin Extended-A; the Turkish letters of 0x130 and 0x131 are no pair.
+  if (in(0x100, 0x12F) || in(0x132, 0x137) || in(0x14A, 0x177)) return unit % 2 == 0 ? up(1) : unit;
   if (in(0x139, 0x148) || in(0x179, 0x17E)) return unit % 2 == 1 ? up(1) : unit;
+  if (unit == 0x178) return 0xFF;
   if (in(0x391, 0x3A9) && unit != 0x3A2) return up(32);  // Greek
   if (in(0x400, 0x40F)) return up(80);                   // Cyrillic
   if (in(0x410, 0x42F)) return up(32);

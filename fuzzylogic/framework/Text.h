@@ -77,8 +77,9 @@ class TString {
 /// Writes the text as UTF-8.
 std::ostream& operator<<(std::ostream& out, const TString& text);
 
-/// Whether two texts are equal without regard to case, for the Latin, Greek and Cyrillic letters of
-/// the Basic Multilingual Plane; independent of the process's locale.
+/// Whether two texts are equal without regard to case, for the letters of Latin-1 and Latin
+/// Extended-A, the plain Greek letters and the Cyrillic letters U+0400 to U+045F; all others are
+/// equal to themselves only. Independent of the process's locale.
 bool SameText(std::u16string_view left, std::u16string_view right) noexcept;
 
 }  // namespace fzy
