@@ -84,10 +84,15 @@ void TCollection::Clear() {
 
 void TCollection::ClearItems() {
   const TPin self(this);
+  // Handlers may free, move, take away and add items meanwhile: those that are here now go, and no
+  // others.
+  std::vector<std::pair<TCollectionItem*, TPin>> items;
+  items.reserve(static_cast<std::size_t>(GetCount()));
+  for (int i = 0; i < GetCount(); ++i) items.emplace_back(ItemAt(i), TPin(ItemAt(i)));
   TFirstException first;
-  for (int index = GetCount(); index-- > 0;) {
-    // A handler may have freed other items already.
-    if (index < GetCount()) first.Run([&] { ItemAt(index)->Free(); });
+  for (; !items.empty(); items.pop_back()) {
+    TCollectionItem* item = items.back().first;
+    if (item->FCollection == this) first.Run([item] { item->Free(); });
   }
   first.Rethrow();
 }

@@ -24,7 +24,12 @@ void TPersistent::Free() {
 }
 
 void TPersistent::Unpin() noexcept {
-  if (--FPins == 0 && FFreed) delete this;
+  // The last pin of a freed object stays on: pins that come and go while the destructor runs do not
+  // end the object again.
+  if (FPins == 1 && FFreed)
+    delete this;
+  else
+    --FPins;
 }
 
 }  // namespace fzy
