@@ -50,6 +50,7 @@ TCollection::~TCollection() {
     const TPin last(item);
     item->FFreed = true;
     Disown(item);
+    item->CollectionChanged();
   }
 }
 

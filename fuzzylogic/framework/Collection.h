@@ -145,4 +145,24 @@ class TCollection : public TPersistent {
   int FUpdateCount = 0;
 };
 
+/// Walks a list by index, for `for (auto* item : list)`; ends where the list ended when it began,
+/// or earlier when the list has become shorter.
+template <class List>
+class TListIterator {
+ public:
+  TListIterator(const List& list, int index) : FList(&list), FIndex(index) {}
+  auto* operator*() const { return FList->GetItem(FIndex); }
+  TListIterator& operator++() {
+    ++FIndex;
+    return *this;
+  }
+  friend bool operator!=(const TListIterator& at, const TListIterator& end) {
+    return at.FIndex < end.FIndex && at.FIndex < at.FList->GetCount();
+  }
+
+ private:
+  const List* FList;
+  int FIndex;
+};
+
 }  // namespace fzy

@@ -1,0 +1,198 @@
+#include "fuzzylogic/engine/FuzzySet.h"
+
+#include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+// Life, properties, notification, membership and text of a set. Its shapes, combinations, hedges,
+// cuts and inference stand in files of their own.
+
+namespace fzy {
+namespace {
+
+constexpr TFzyFloat WidestX = 2147483647.0;
+
+TFuzzyPoint PointOf(const TFuzzySetValue* value, const char* operation) {
+  if (!value) throw EFzyException(SFzySetMissing, {TString(operation)});
+  return value->GetPoint();
+}
+
+}  // namespace
+
+TFuzzySetClass TFuzzySet::Class() {
+  static constexpr TFuzzySetDescriptor descriptor{"TFuzzySet", [] { return new TFuzzySet; }};
+  return &descriptor;
+}
+
+TFuzzySet* TFuzzySet::Create(TFuzzySetCollection* collection, TFuzzySetClass setClass) {
+  TFuzzySet* set = setClass->New();
+  const TPin pinned(set);
+  set->Build(collection);
+  return set->Returned();
+}
+
+void TFuzzySet::Build(TFuzzySetCollection* collection) {
+  FValues = CreateValues();
+  TFirstException first;
+  first.Run([&] { SetCollection(collection); });
+  if (FSurroundings && FSurroundings->IsDesigning()) FDefined = true;
+  first.Rethrow();
+}
+
+TFuzzySetValues* TFuzzySet::CreateValues() { return new TFuzzySetValues(this); }
+
+TFuzzySet::~TFuzzySet() {
+  if (FValues) FValues->Free();
+}
+
+TOwned<TFuzzySet> TFuzzySet::NewInstance() const {
+  TOwned<TFuzzySet> set(GetClass()->New());
+  set->Build(Siblings());
+  return set;
+}
+
+TFuzzySetCollection* TFuzzySet::Siblings() const noexcept {
+  return static_cast<TFuzzySetCollection*>(TCollectionItem::GetCollection());
+}
+
+void TFuzzySet::CollectionChanged() {
+  FSurroundings = Siblings() ? Siblings()->GetSurroundings() : nullptr;
+}
+
+TFuzzySets* TFuzzySet::GetCollection() const {
+  return Siblings() ? Siblings()->AsFuzzySets() : nullptr;
+}
+
+TFuzzyVariable* TFuzzySet::GetVariable() const {
+  return FSurroundings ? FSurroundings->AsVariable() : nullptr;
+}
+
+TString TFuzzySet::GetDisplayName() const {
+  return FName.empty() ? TGCollectionItem::GetDisplayName() : FName;
+}
+
+void TFuzzySet::SetName(const TString& value) {
+  if (value == FName) return;
+  if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
+  FName = value;
+  Changed(false);
+}
+
+void TFuzzySet::SetComment(const TString& value) {
+  if (value == FComment) return;
+  FComment = value;
+  Changed(false);
+}
+
+void TFuzzySet::SetValues(TFuzzySetValues* value) {
+  const TPin self(this);
+  FValues->Assign(value);
+}
+
+TFzyFloat TFuzzySet::GetXRange(int index) const {
+  if (index != 0 && index != 1) throw EFzyException(SInvalidXRangeIndex, {std::int64_t{index}});
+  if (!FSurroundings) return index == 0 ? WidestX : -WidestX;
+  return index == 0 ? FSurroundings->GetMaximum() : FSurroundings->GetMinimum();
+}
+
+void TFuzzySet::Assign(TPersistent* source) {
+  auto* set = dynamic_cast<TFuzzySet*>(source);
+  if (!set) return TGCollectionItem::Assign(source);
+  if (set == this) return;
+  const TPin self(this);
+  const TPin pinned(set);
+  FName = set->FName;
+  TFirstException first;
+  first.Run([&] { SetValues(set->FValues); });
+  FSetType = set->FSetType;
+  FInflectionPoint = set->FInflectionPoint;
+  FExpression = set->FExpression;
+  first.Run([this] { Changed(false); });
+  first.Rethrow();
+}
+
+TFuzzySet* TFuzzySet::DoClone() {
+  const TPin self(this);
+  TOwned<TFuzzySet> copy = NewInstance();
+  copy->Assign(this);
+  return copy.Release();
+}
+
+void TFuzzySet::UpdateFuzzySetValue(TFuzzySetValue* /*value*/) { PointsChanged(); }
+
+void TFuzzySet::UpdateFuzzySetValues() { PointsChanged(); }
+
+void TFuzzySet::PointsChanged() {
+  const TPin self(this);
+  TFirstException first;
+  first.Run([this] { Changed(false); });
+  FSetType = fstUserDefined;
+  FExpression = TString();
+  first.Rethrow();
+}
+
+void TFuzzySet::AppendPoints(TString& text) const {
+  for (const TFuzzyPoint& point : FValues->Points()) {
+    text += u'(';
+    text += FormatFixed(point.X, 4);
+    text += u' ';
+    text += FormatFixed(point.Y, 4);
+    text += u") ";
+  }
+  text += u')';
+}
+
+TString TFuzzySet::GetValuesToString() const {
+  TString text(u"(");
+  AppendPoints(text);
+  return text;
+}
+
+TString TFuzzySet::ToString() const {
+  TString text(u"(");
+  text += FName;
+  text += u' ';
+  AppendPoints(text);
+  return text;
+}
+
+TFzyFloat TFuzzySet::DegreeOfMembership(TFzyFloat value) const {
+  RequireNumber(value, "DegreeOfMembership");
+  return Membership(FValues->Points(), FValues->IsAscending(), value);
+}
+
+TFzyFloat TFuzzySet::InterpolateX(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
+                                  TFzyFloat yValue) const {
+  return fzy::InterpolateX(x1, y1, x2, y2, yValue);
+}
+
+TFzyFloat TFuzzySet::InterpolateY(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
+                                  TFzyFloat xValue) const {
+  return fzy::InterpolateY(x1, y1, x2, y2, xValue);
+}
+
+TFzyFloat TFuzzySet::GetSlope(const TFuzzySetValue* value1, const TFuzzySetValue* value2) const {
+  return Slope(PointOf(value1, "GetSlope"), PointOf(value2, "GetSlope"));
+}
+
+namespace {
+
+void CheckRunArguments(const TFuzzySetValues& values, int index, int dir, const char* operation) {
+  if (index < 0 || index >= values.GetCount()) RaiseFuzzyIndex(index);
+  if (dir == 0) throw EFzyException(SFzyInvalidArgument, {TString(operation), std::int64_t{dir}});
+}
+
+}  // namespace
+
+int TFuzzySet::GetMaxYValueOfX(int index, int dir) const {
+  CheckRunArguments(*FValues, index, dir, "GetMaxYValueOfX");
+  return MaxYOfX(FValues->Points(), index, dir);
+}
+
+int TFuzzySet::GetMinYValueOfX(int index, int dir) const {
+  CheckRunArguments(*FValues, index, dir, "GetMinYValueOfX");
+  return MinYOfX(FValues->Points(), index, dir);
+}
+
+}  // namespace fzy

@@ -1,0 +1,115 @@
+#include "fuzzylogic/engine/FuzzySetValue.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/engine/FuzzySetValues.h"
+#include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy {
+namespace {
+
+/// A degree as a point may hold it: refused above all numbers, never negative.
+TFzyFloat AdmitY(TFzyFloat y, const char* operation) {
+  RequireNumber(y, operation);
+  if (y == std::numeric_limits<TFzyFloat>::infinity()) RequireFinite(y, operation);
+  return y < 0 ? 0 : y;
+}
+
+}  // namespace
+
+TFuzzySetValue* TFuzzySetValue::Create(TCollection* collection) {
+  auto* list = dynamic_cast<TFuzzySetValues*>(collection);
+  if (collection && !list) throw EFzyException(SFzyNotAPointList, {collection->ClassName()});
+  TFuzzyPoint point;
+  if (list && list->GetCount() > 0) point.X = list->Points().back().X + 1.0;
+  auto* value = new TFuzzySetValue(point);
+  const TPin pinned(value);
+  if (list) list->InsertItem(value);
+  return value->IsFreed() ? nullptr : value;
+}
+
+TFuzzySetValues* TFuzzySetValue::GetCollection() const noexcept {
+  return static_cast<TFuzzySetValues*>(TCollectionItem::GetCollection());
+}
+
+void TFuzzySetValue::SetCollection(TFuzzySetValues* value) {
+  TCollectionItem::SetCollection(value);
+}
+
+TFzyFloat TFuzzySetValue::GetX() const noexcept {
+  const TFuzzySetValues* list = GetCollection();
+  return list ? list->Points()[static_cast<std::size_t>(GetIndex())].X : FPoint.X;
+}
+
+TFzyFloat TFuzzySetValue::GetY() const noexcept {
+  const TFuzzySetValues* list = GetCollection();
+  return list ? list->Points()[static_cast<std::size_t>(GetIndex())].Y : FPoint.Y;
+}
+
+void TFuzzySetValue::SetX(TFzyFloat value) {
+  RequireNumber(value, "SetX");
+  if (value == GetX()) return;
+  if (TFuzzySetValues* list = GetCollection()) {
+    list->StoreX(GetIndex(), list->AdmitX(value));
+    Tell({utX});
+  } else {
+    RequireFinite(value, "SetX");
+    FPoint.X = value;
+  }
+}
+
+void TFuzzySetValue::SetY(TFzyFloat value) {
+  const TFzyFloat y = AdmitY(value, "SetY");
+  if (value == GetY()) return;
+  if (TFuzzySetValues* list = GetCollection()) {
+    list->FPoints[static_cast<std::size_t>(GetIndex())].Y = y;
+    Tell({utY});
+  } else {
+    FPoint.Y = y;
+  }
+}
+
+void TFuzzySetValue::SetValue(TFzyFloat x, TFzyFloat y) {
+  TFuzzySetValues* list = GetCollection();
+  const bool hasRange = list && list->GetFuzzySet();
+  if (hasRange) {
+    x = list->AdmitX(x);
+    y = AdmitY(y, "SetValue");
+  } else {
+    RequireFinite(x, "SetValue");
+    RequireFinite(y, "SetValue");
+  }
+  if (list) {
+    list->FPoints[static_cast<std::size_t>(GetIndex())].Y = y;
+    list->StoreX(GetIndex(), x);
+    Tell({utX, utY});
+  } else {
+    FPoint = {x, y};
+  }
+}
+
+void TFuzzySetValue::Tell(TXYUpdateTypes coordinates) {
+  TFuzzySetValues* list = GetCollection();
+  const TPin self(this);
+  const TPin pinned(list);
+  TFirstException first;
+  first.Run([&] { list->UpdateValue(this, coordinates); });
+  first.Run([this] { Changed(false); });
+  first.Rethrow();
+}
+
+void TFuzzySetValue::Assign(TPersistent* source) {
+  const auto* value = dynamic_cast<const TFuzzySetValue*>(source);
+  if (!value) return TCollectionItem::Assign(source);
+  SetValue(value->GetX(), value->GetY());
+}
+
+bool TFuzzySetValue::Equals(const TFuzzySetValue& source) const noexcept {
+  return SamePoint(GetPoint(), source.GetPoint());
+}
+
+}  // namespace fzy

@@ -1,0 +1,158 @@
+#pragma once
+
+#include "fuzzylogic/common/NamedCollection.h"
+#include "fuzzylogic/engine/FuzzyPoint.h"
+#include "fuzzylogic/engine/FuzzySetValue.h"
+#include "fuzzylogic/vocabulary/FuzzyExceptions.h"
+
+namespace fzy {
+
+class TFuzzySet;
+namespace detail {
+class TPointWriter;
+class TResampler;
+}  // namespace detail
+
+/// The point list of a fuzzy set: its membership function.
+///
+/// The points stand in one contiguous array (`Points()`), so that the mathematics reads them
+/// without copying; `TFuzzySetValue` objects are made when somebody asks for one.
+///
+/// After every change outside an update block the list is normalized: points ascend in X (those
+/// within 0.0001 count as equal and keep their order), no point equals its predecessor, and at most
+/// about three points share one X. Inside a block changes are only recorded; the closing block
+/// sorts and removes duplicates once, and only when a change fell out of order or beside a
+/// duplicate. Removal by the closing block keeps up to four points of one X. The owning set is told
+/// of every change.
+///
+/// A new point has X 1 above the last point's (0 in an empty list) and Y 0; setting exactly that X
+/// or Y is no change, and so not clamped. One thread at a time.
+class TFuzzySetValues : public TGCollection {
+ public:
+  /// A list owned by `fuzzySet`, or a free one. A set makes its own by `TFuzzySet::CreateValues`.
+  explicit TFuzzySetValues(TFuzzySet* fuzzySet = nullptr) noexcept : FFuzzySet(fuzzySet) {}
+  ~TFuzzySetValues() override;
+  TString ClassName() const override { return "TFuzzySetValues"; }
+
+  TPersistent* GetOwner() const override;
+  TFuzzySet* GetFuzzySet() const noexcept { return FFuzzySet; }
+  int GetCount() const override { return static_cast<int>(FPoints.size()); }
+
+  /// The curve; valid until the list changes.
+  TFuzzyCurve Points() const noexcept { return FPoints; }
+  /// Whether X never descends, exactly. Constant time while it does not.
+  bool IsAscending() const noexcept;
+
+  /// The point at `index`, as an object that the list owns.
+  /// @throws EFzyException for an index outside the list
+  TFuzzySetValue* GetItem(int index) const;
+  TFuzzySetValue* operator[](int index) const { return GetItem(index); }
+  /// Assigns the given point into the one at `index`.
+  void SetItem(int index, TFuzzySetValue* value);
+  TListIterator<TFuzzySetValues> begin() const { return {*this, 0}; }
+  TListIterator<TFuzzySetValues> end() const { return {*this, GetCount()}; }
+
+  /// Appends a point (see the class comment); the list owns it. Nothing is returned when a handler
+  /// freed it at once. Constant time on average, in order of X also with its normalization.
+  TFuzzySetValue* Add();
+  /// Appends a point and then sets X and then Y, each told for itself.
+  /// @throws EFzyException as the setters, before anything changes
+  TFuzzySetValue* Add(TFzyFloat x, TFzyFloat y);
+  /// Appends a point and moves it to `index`, where it stays until its X is set.
+  /// @throws EFzyException for an index outside the list (the end included)
+  TFuzzySetValue* Insert(int index);
+
+  /// Normalizes after `value` changed in the given coordinates. Called by the point setters, not by
+  /// users; producers of many points inside a block record their changes without it. Linear in the
+  /// points that share the changed X, plus the cost of sorting when the order was broken.
+  virtual void UpdateValue(TFuzzySetValue* value, TXYUpdateTypes updateType);
+
+  /// Sorts when a change fell out of order, inside one block. Points within the tolerance of each
+  /// other keep their order. n log n, unless X values chain up within the tolerance: then
+  /// quadratic.
+  void Sort();
+  /// Removes redundant points when a change put two side by side, inside one block: of equal
+  /// neighbours the later, and of a run of one X the fifth (counting afresh after it; so a second
+  /// pass may remove more). Linear.
+  void RemoveDuplicates();
+  /// Both of these inside one block.
+  void CleanupValues();
+
+  /// From `index` on (itself first) by steps of `dir` (0 counts as 1), the first point whose X (Y)
+  /// lies outside the tolerance of `x` (`y`); -1 when there is none.
+  int SkipX(int index, TFzyFloat x, int dir) const noexcept;
+  int SkipY(int index, TFzyFloat y, int dir) const noexcept;
+  /// The number of points whose X is exactly `x`. Linear.
+  int GetXCount(TFzyFloat x) const noexcept;
+
+  /// Adds points, evenly spaced in each gap between neighbours, until there are `newCount`; earlier
+  /// gaps get one more where it does not come out even. The shape stays. Nothing happens below 2 or
+  /// when there are as many already. Linear in the resulting count.
+  /// @throws EFzyException when a coordinate would not be finite; then nothing changes
+  void Expand(int newCount);
+  /// Adds points evenly spaced over the whole span of X. Nothing happens on fewer than two points,
+  /// or when the last X is not above the first. Linear.
+  /// @throws EFzyException as `Expand`
+  void ExpandSimple(int newCount);
+
+  /// Appends copies of `count` points of `source` from `index` on, each told for itself: a negative
+  /// index counts as 0, one beyond the end as the last point, and the count ends with the source.
+  virtual void Append(TFuzzySetValues* source, int index, int count);
+  void Append(TFuzzySetValues* source);
+
+  /// The least Y; the search ends at the first point of exactly 0.
+  /// @throws EFzyException (`SFuzzySetEmpty`) without points, as the other statistics
+  TFzyFloat GetMinValue() const;
+  /// The greatest Y; the search ends at the first point of exactly 1.
+  TFzyFloat GetMaxValue() const;
+  TFzyFloat GetAvgValue() const;
+  /// Average, greatest and least Y, where the greatest is at least 0 and the least at most 1.
+  void GetStatValues(TFzyFloat& avgY, TFzyFloat& maxY, TFzyFloat& minY) const;
+
+  void Assign(TPersistent* source) override;
+
+ protected:
+  TCollectionItem* AddItem() override { return Add(); }
+  void Update(TCollectionItem* item) override;
+  [[noreturn]] void FailIndex(int index) const override { RaiseFuzzyIndex(index); }
+
+  TCollectionItem* ItemAt(int index) const override;
+  void StoreItem(TCollectionItem* item) override;
+  void DropItem(int index) override;
+  void RelocateItem(int from, int to) override;
+  void DeleteItem(int index) override;
+  void ClearItems() override;
+
+ private:
+  friend class TFuzzySetValue;
+  friend class detail::TPointWriter;
+  friend class detail::TResampler;
+
+  bool Holds(const TFuzzySetValue* value) const noexcept;
+  TFuzzySetValue* Handle(int index) const noexcept;
+  void DropHandle(int index) noexcept;
+  void NumberHandles(int first, int last) noexcept;
+  void ErasePoint(int index) noexcept;
+  void Retain(int from, int to) noexcept;
+  void Truncate(int count) noexcept;
+  void NoteOrder(int index) noexcept;
+  void Reorder(const std::vector<int>& order);
+
+  TFzyFloat AdmitX(TFzyFloat x) const;
+  void StoreX(int index, TFzyFloat x) noexcept;
+  void Record(int index, TXYUpdateTypes updateType) noexcept;
+  bool EqualsNeighbour(int index) const noexcept;
+
+  void TrimSameX(TFuzzySetValue* value);
+  void CleanGroup(TFuzzySetValue* value);
+  void RequirePoints(const char* operation) const;
+
+  // The handles (`FItems` of the base) are either none at all, or one for each point, some nothing.
+  std::vector<TFuzzyPoint> FPoints;
+  TFuzzySet* FFuzzySet;
+  bool FSorted = true;
+  bool FDuplicatesRemoved = true;
+  mutable bool FAscending = true;  // false: X may descend somewhere, looked up when asked
+};
+
+}  // namespace fzy

@@ -1,0 +1,61 @@
+#include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/engine/FuzzySetValues.h"
+#include "fuzzylogic/engine/detail/Resampler.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
+
+// Points added to a list without changing its shape.
+
+namespace fzy {
+namespace {
+
+bool IsGap(const TFuzzyPoint& left, const TFuzzyPoint& right) {
+  return right.X - FuzzyTolerance > left.X;
+}
+
+int CountGaps(TFuzzyCurve curve) {
+  int gaps = 0;
+  for (std::size_t i = 1; i < curve.size(); ++i) gaps += IsGap(curve[i - 1], curve[i]) ? 1 : 0;
+  return gaps;
+}
+
+}  // namespace
+
+void TFuzzySetValues::Expand(int newCount) {
+  if (newCount < 2 || GetCount() >= newCount) return;
+  int missing = newCount - GetCount();
+  int gaps = CountGaps(FPoints);
+  detail::TResampler sampler(*this);
+  while (sampler.RestCount() > 1) {
+    const TFuzzyPoint left = sampler.Here();
+    const TFuzzyPoint right = sampler.Next();
+    sampler.Advance();
+    if (!IsGap(left, right)) continue;
+    const int share = missing > 0 ? (missing + gaps - 1) / gaps : 0;
+    const TFzyFloat step = (right.X - left.X) / (share + 1);
+    --gaps;
+    missing -= share;
+    for (int k = 0; k < share; ++k) {
+      sampler.Insert(sampler.Passed().X + step);
+      sampler.Advance();
+    }
+  }
+  sampler.Commit();
+}
+
+void TFuzzySetValues::ExpandSimple(int newCount) {
+  if (newCount < 2 || GetCount() >= newCount || GetCount() < 2) return;
+  if (!(FPoints.back().X > FPoints.front().X)) return;
+  const int missing = newCount - GetCount();
+  const TFzyFloat step = (FPoints.back().X - FPoints.front().X) / (missing + 1);
+  TFzyFloat x = FPoints.front().X;
+  detail::TResampler sampler(*this);
+  for (int k = 0; k < missing; ++k) {
+    x += step;
+    while (sampler.RestCount() > 1 && x > sampler.Here().X) sampler.Advance();
+    while (sampler.RestCount() > 1 && FloatEquals(sampler.Here().X, x)) sampler.Advance();
+    sampler.Insert(x);
+  }
+  sampler.Commit();
+}
+
+}  // namespace fzy

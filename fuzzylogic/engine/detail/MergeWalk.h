@@ -1,0 +1,98 @@
+#pragma once
+
+#include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/engine/detail/Segments.h"
+
+namespace fzy::detail {
+
+/// Degrees on a curve whose X may descend within the tolerance: searched anew for each X.
+class TPlainMembership {
+ public:
+  TPlainMembership(TFuzzyCurve curve, bool ascending) noexcept
+      : FCurve(curve), FAscending(ascending) {}
+  TFzyFloat At(TFzyFloat x) const noexcept { return Membership(FCurve, FAscending, x); }
+
+ private:
+  TFuzzyCurve FCurve;
+  bool FAscending;
+};
+
+/// The crossing of the pieces of A and B that span the gap before the next breakpoint. A flat curve
+/// is met by its level, whatever the piece; else the two segments are intersected.
+inline bool CrossingInGap(bool flatA, const TFuzzyPoint& prevA, const TFuzzyPoint& curA, bool flatB,
+                          const TFuzzyPoint& prevB, const TFuzzyPoint& curB,
+                          TFuzzyPoint& crossing) noexcept {
+  const auto between = [](TFzyFloat y, TFzyFloat from, TFzyFloat to) {
+    return (from < y && y < to) || (to < y && y < from);
+  };
+  if (flatA && between(curA.Y, prevB.Y, curB.Y)) {
+    crossing = {InterpolateX(prevB.X, prevB.Y, curB.X, curB.Y, curA.Y), curA.Y};
+    return true;
+  }
+  if (flatB && between(curB.Y, prevA.Y, curA.Y)) {
+    crossing = {InterpolateX(prevA.X, prevA.Y, curA.X, curA.Y, curB.Y), curB.Y};
+    return true;
+  }
+  return IntersectSegments(prevA, curA, prevB, curB, crossing);
+}
+
+/// The walk of two curves that both have points; `muA` and `muB` answer their degrees.
+template <class Membership, class Visit>
+bool WalkBoth(TFuzzyCurve a, TFuzzyCurve b, Membership muA, Membership muB, Visit& visit) {
+  const bool flatA = IsFlat(a);
+  const bool flatB = IsFlat(b);
+  const TFuzzyPoint* prevA = a.data();
+  const TFuzzyPoint* prevB = b.data();
+  const TFuzzyPoint* curA = prevA;
+  const TFuzzyPoint* curB = prevB;
+  std::size_t i = 0;
+  std::size_t j = 0;
+  while (i < a.size() || j < b.size()) {
+    const bool hasA = i < a.size();
+    const bool hasB = j < b.size();
+    // A finished curve goes on as the single point at its end.
+    if (hasA) curA = &a[i];
+    if (hasB) curB = &b[j];
+    TFuzzyPoint p;
+    if (CrossingInGap(flatA, *prevA, *curA, flatB, *prevB, *curB, p) && visit(p.X, p.Y, p.X, p.Y))
+      return true;
+
+    bool stop = false;
+    if (hasA && hasB && FloatEquals(curA->X, curB->X)) {
+      stop = visit(curA->X, curA->Y, curB->X, curB->Y);
+      ++i, ++j;
+      prevA = curA;
+      prevB = curB;
+    } else if (hasB && (!hasA || curB->X <= curA->X)) {
+      stop = visit(curB->X, muA.At(curB->X), curB->X, curB->Y);
+      ++j;
+      prevB = curB;
+    } else {
+      stop = visit(curA->X, curA->Y, curA->X, muB.At(curA->X));
+      ++i;
+      prevA = curA;
+    }
+    if (stop) return true;
+  }
+  return false;
+}
+
+/// Visits every breakpoint of two curves, with the degrees of both there, and every crossing
+/// between breakpoints, in order of X: `visit(x1, y1, x2, y2)` with (x1, y1) on A and (x2, y2) on
+/// B, until it returns true; the result says whether it did. A curve without points counts as
+/// absent: the other one's points are visited paired with themselves. Linear in the points of both
+/// when both ascend.
+template <class Visit>
+bool MergeWalk(TFuzzyCurve a, bool ascendingA, TFuzzyCurve b, bool ascendingB, Visit visit) {
+  if (a.empty() || b.empty()) {
+    for (const TFuzzyPoint& p : a.empty() ? b : a) {
+      if (visit(p.X, p.Y, p.X, p.Y)) return true;
+    }
+    return false;
+  }
+  if (ascendingA && ascendingB)
+    return WalkBoth(a, b, TMembershipCursor(a), TMembershipCursor(b), visit);
+  return WalkBoth(a, b, TPlainMembership(a, ascendingA), TPlainMembership(b, ascendingB), visit);
+}
+
+}  // namespace fzy::detail

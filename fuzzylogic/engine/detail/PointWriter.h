@@ -1,0 +1,54 @@
+#pragma once
+
+#include <limits>
+
+#include "fuzzylogic/engine/FuzzySetValues.h"
+
+namespace fzy::detail {
+
+/// @throws EFzyException when a degree is not a number or infinite above; below counts as 0
+inline void CheckDegree(TFzyFloat y, const char* operation) {
+  if (!(y < std::numeric_limits<TFzyFloat>::infinity())) RequireFinite(y, operation);
+}
+
+/// Changes many points of a list inside an open update block, without making an object for each:
+/// the same values, the same clamping and the same record of order and duplicates as the point
+/// setters, in constant time a point.
+class TPointWriter {
+ public:
+  explicit TPointWriter(TFuzzySetValues& values) noexcept : FValues(values) {}
+
+  /// As `Add`, `SetX(x)`, `SetY(y)`.
+  void Add(TFzyFloat x, TFzyFloat y);
+  /// As `Add`, `SetValue(x, y)`.
+  void Assign(const TFuzzyPoint& point);
+  void SetX(int index, TFzyFloat x);
+  void SetY(int index, TFzyFloat y);
+
+  /// Every Y (X) becomes `formula` of it. All are computed before the first is stored, so that a
+  /// formula which leaves the numbers changes nothing.
+  template <class Formula>
+  void TransformY(Formula formula, const char* operation) {
+    for (const TFuzzyPoint& point : FValues.FPoints) CheckDegree(formula(point.Y), operation);
+    for (int i = 0; i < FValues.GetCount(); ++i) SetY(i, formula(Point(i).Y));
+  }
+  template <class Formula>
+  void TransformX(Formula formula, const char* operation) {
+    for (const TFuzzyPoint& point : FValues.FPoints) RequireNumber(formula(point.X), operation);
+    for (int i = 0; i < FValues.GetCount(); ++i) SetX(i, formula(Point(i).X));
+  }
+
+  /// Thins flat runs out: one at the start keeps its last point, one inside its first and last, one
+  /// at the end its first.
+  void RemoveFlatPoints();
+
+ private:
+  const TFuzzyPoint& Point(int index) const noexcept {
+    return FValues.FPoints[static_cast<std::size_t>(index)];
+  }
+  void Append();
+
+  TFuzzySetValues& FValues;
+};
+
+}  // namespace fzy::detail

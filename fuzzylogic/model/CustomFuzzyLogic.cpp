@@ -1,0 +1,85 @@
+#include "fuzzylogic/model/CustomFuzzyLogic.h"
+
+#include <algorithm>
+
+#include "fuzzylogic/vocabulary/FuzzyExceptions.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy {
+
+TCustomFuzzyLogic::TCustomFuzzyLogic(TComponent* owner) : TComponent(owner) {
+  FVariables.SetCaseSensitive(false);
+}
+
+TCustomFuzzyLogic::~TCustomFuzzyLogic() {
+  Destroying();
+  TCustomFuzzyLogic::SetParser(nullptr);
+}
+
+void TCustomFuzzyLogic::SetNumFunctionValues(int value) noexcept {
+  FNumFunctionValues = std::max(2, value);
+}
+
+void TCustomFuzzyLogic::SetThreshold(TFzyFloat value) {
+  RequireNumber(value, "SetThreshold");
+  if (value == FThreshold) return;
+  FThreshold = std::clamp(value, 0.0, 1.0);
+  ThresholdChanged();
+}
+
+void TCustomFuzzyLogic::SetParser(TFuzzyTextParser* value) {
+  if (value == FParser) return;
+  if (FParser) FParser->RemoveFreeNotification(this);
+  FParser = value;
+  if (FParser) FParser->FreeNotification(this);
+}
+
+void TCustomFuzzyLogic::Notification(TComponent* component, TOperation operation) {
+  TComponent::Notification(component, operation);
+  if (operation == opRemove && FParser && component == FParser) SetParser(nullptr);
+}
+
+TStringList* TCustomFuzzyLogic::GetStrings() {
+  if (FNeedsUpdate) UpdateStrings();
+  return &FStrings;
+}
+
+void TCustomFuzzyLogic::SetStrings(TStringList* value) {
+  FStrings.Assign(value);
+  Parse();
+}
+
+void TCustomFuzzyLogic::SetStrings(const TString& text) {
+  FStrings.SetText(text);
+  Parse();
+}
+
+void TCustomFuzzyLogic::RequireParser() const {
+  if (!FParser) throw EFzyException(SParserUnassigned);
+}
+
+void TCustomFuzzyLogic::UpdateStrings() {
+  if (!Is(csLoading)) RequireParser();
+  FNeedsUpdate = false;
+}
+
+void TCustomFuzzyLogic::Parse() {
+  if (Is(csLoading)) return;
+  RequireParser();
+  ParseText(GetStrings()->GetText());
+}
+
+void TCustomFuzzyLogic::ParseText(const TString& text) {
+  const TPin self(this);
+  const TPin parser(FParser);
+  RequireParser();
+  FParser->Parse(text, nullptr);
+  FNeedsUpdate = false;
+}
+
+void TCustomFuzzyLogic::FireChange() {
+  const TPin self(this);
+  FireEvent(FOnChange, this);
+}
+
+}  // namespace fzy

@@ -1,0 +1,131 @@
+#pragma once
+
+#include <functional>
+
+#include "fuzzylogic/framework/Component.h"
+#include "fuzzylogic/framework/Encoding.h"
+#include "fuzzylogic/framework/StringList.h"
+#include "fuzzylogic/vocabulary/FuzzyTypes.h"
+
+namespace fzy {
+
+class TFuzzySet;
+class TFuzzyVariable;
+
+using TFuzzySetEvent = std::function<void(TObject* sender, TFuzzySet* fuzzySet)>;
+using TFuzzyVariableEvent = std::function<void(TObject* sender, TFuzzyVariable* fuzzyVariable)>;
+using TFuzzyVariableSetEvent =
+    std::function<void(TObject* sender, TFuzzyVariable* fuzzyVariable, TFuzzySet* fuzzySet)>;
+/// The handler may replace the result.
+using TFuzzyExpressionEvent = std::function<void(TObject* sender, TFuzzyVariable* fuzzyVariable,
+                                                 const TString& expression, TFuzzySet*& result)>;
+
+/// What a component knows of the parser it is linked to.
+class TFuzzyTextParser : public TComponent {
+ public:
+  /// Reads a whole definition text into the component that the parser names.
+  virtual void Parse(const TString& text, const TEncoding* encoding) = 0;
+  /// The definition text of a variable.
+  virtual TString PrettyPrint(TFuzzyVariable* fuzzyVariable) = 0;
+
+ protected:
+  using TComponent::TComponent;
+};
+
+/// What the fuzzy-logic components share: the settings that sets and variables consult, the
+/// definition text of the whole model, and the link to a parser (weak: not owned, and cleared when
+/// the parser goes; the parser's own link to a component is another one).
+///
+/// Changing a method takes effect at the next operation and tells nobody.
+class TCustomFuzzyLogic : public TComponent {
+ public:
+  explicit TCustomFuzzyLogic(TComponent* owner = nullptr);
+  ~TCustomFuzzyLogic() override;
+
+  TFuzzyCorrelationMethod GetCorrelationMethod() const noexcept { return FCorrelationMethod; }
+  void SetCorrelationMethod(TFuzzyCorrelationMethod value) noexcept { FCorrelationMethod = value; }
+  TFuzzyInferenceMethod GetInferenceMethod() const noexcept { return FInferenceMethod; }
+  void SetInferenceMethod(TFuzzyInferenceMethod value) noexcept { FInferenceMethod = value; }
+  TDefuzzificationMethod GetDefuzzificationMethod() const noexcept {
+    return FDefuzzificationMethod;
+  }
+  void SetDefuzzificationMethod(TDefuzzificationMethod value) noexcept {
+    FDefuzzificationMethod = value;
+  }
+  /// Points of the shapes that sets generate when their type is set; 7 at first, at least 2.
+  int GetNumFunctionValues() const noexcept { return FNumFunctionValues; }
+  void SetNumFunctionValues(int value) noexcept;
+  /// The threshold of every variable, clamped to [0, 1]; 0.01 at first. Setting overwrites those
+  /// set on single variables.
+  /// @throws EFzyException when the value is not a number
+  TFzyFloat GetThreshold() const noexcept { return FThreshold; }
+  void SetThreshold(TFzyFloat value);
+  /// Whether every variable that joins gets the terms "low", "medium" and "high"; true at first.
+  bool GetAutoTerms() const noexcept { return FAutoTerms; }
+  void SetAutoTerms(bool value) noexcept { FAutoTerms = value; }
+
+  TFuzzyTextParser* GetParser() const noexcept { return FParser; }
+  void SetParser(TFuzzyTextParser* value);
+
+  /// The definition text. After a change of the model it is regenerated first (`UpdateStrings`).
+  /// @throws EFzyException (`SParserUnassigned`) when that needs a parser and there is none
+  TStringList* GetStrings();
+  /// Copies the text and parses it: the model is rebuilt at once.
+  /// @throws as `Parse`; the text is assigned nevertheless
+  void SetStrings(TStringList* value);
+  /// The same from one text.
+  void SetStrings(const TString& text);
+  /// Entries name=value, without regard to case, that expressions may name as ?name.
+  TStringList* GetVariables() noexcept { return &FVariables; }
+  void SetVariables(TStringList* value) { FVariables.Assign(value); }
+
+  const TNotifyEvent& GetOnChange() const noexcept { return FOnChange; }
+  void SetOnChange(TNotifyEvent value) { FOnChange = std::move(value); }
+
+  void Notification(TComponent* component, TOperation operation) override;
+
+  /// Regenerates the text from the model; the base only sees to flag and parser. While loading
+  /// nothing is regenerated. A failure leaves the old text, still marked for regeneration.
+  /// @throws EFzyException (`SParserUnassigned`)
+  virtual void UpdateStrings();
+  /// Hands the text to the parser. While loading nothing happens.
+  /// @throws EFzyException (`SParserUnassigned`); the parser's EFzyParseException passes unchanged
+  virtual void Parse();
+
+ protected:
+  /// The component's threshold has changed.
+  virtual void ThresholdChanged() {}
+
+  void RequireParser() const;
+  void ParseText(const TString& text);
+  /// Whether the model changed since the text was last generated or parsed.
+  bool NeedsUpdate() const noexcept { return FNeedsUpdate; }
+  void SetNeedsUpdate(bool value) noexcept { FNeedsUpdate = value; }
+  /// The definition text as it stands, whether or not the model has changed.
+  TStringList& StoredStrings() noexcept { return FStrings; }
+
+  void FireChange();
+
+ private:
+  int FNumFunctionValues = 7;
+  TNotifyEvent FOnChange;
+  TDefuzzificationMethod FDefuzzificationMethod = dmCenterOfGravity;
+  TFuzzyTextParser* FParser = nullptr;
+  TStringList FStrings;
+  bool FNeedsUpdate = false;
+  TStringList FVariables;
+  bool FAutoTerms = true;
+  TFuzzyCorrelationMethod FCorrelationMethod = fcmMinimum;
+  TFuzzyInferenceMethod FInferenceMethod = fimMinMax;
+  TFzyFloat FThreshold = 0.01;
+};
+
+/// Calls a handler by a copy, so that it may replace or clear itself; nothing happens without one.
+template <class Handler, class... Args>
+void FireEvent(const Handler& handler, Args&&... args) {
+  if (!handler) return;
+  const Handler copy = handler;
+  copy(std::forward<Args>(args)...);
+}
+
+}  // namespace fzy

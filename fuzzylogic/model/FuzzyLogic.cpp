@@ -1,0 +1,152 @@
+#include "fuzzylogic/model/FuzzyLogic.h"
+
+#include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy {
+
+TFuzzyVariablesClass TFuzzyLogic::ItemsClass() {
+  static constexpr TFuzzyVariablesDescriptor descriptor{
+      "TFuzzyVariables", [](TFuzzyLogic* fuzzy) { return new TFuzzyVariables(fuzzy); }};
+  return &descriptor;
+}
+
+TFuzzyLogic::~TFuzzyLogic() {
+  Destroying();
+  Dismantle();
+  if (!FItems) return;
+  FItems->FFuzzy = nullptr;
+  FItems->Free();
+}
+
+void TFuzzyLogic::Leave() {
+  TCustomFuzzyLogic::Leave();
+  Dismantle();
+}
+
+/// Detaches the handlers, then lets the model go. The collection itself stays until the destructor,
+/// because operations that are still running may ask for it.
+void TFuzzyLogic::Dismantle() noexcept {
+  SetOnChange(nullptr);
+  FOnFuzzySetChange = FOnFuzzySetAdded = FOnFuzzySetDeleted = nullptr;
+  FOnVariableChange = FOnVariableAdded = FOnVariableDeleted = nullptr;
+  if (!FItems) return;
+  try {
+    FItems->Leave();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): of a descendant; the model goes all the same
+  }
+}
+
+TFuzzyVariables* TFuzzyLogic::CreateVariables() { return FItemsClass->New(this); }
+
+TFuzzyVariables* TFuzzyLogic::GetItems() {
+  if (!FItems) FItems = CreateVariables();
+  return FItems;
+}
+
+void TFuzzyLogic::SetItems(TFuzzyVariables* value) {
+  const TPin self(this);
+  GetItems()->Assign(value);
+}
+
+void TFuzzyLogic::ThresholdChanged() {
+  TCustomFuzzyLogic::ThresholdChanged();
+  for (TFuzzyVariable* variable : *GetItems()) variable->SetThreshold(GetThreshold());
+}
+
+void TFuzzyLogic::UpdateStrings() {
+  TCustomFuzzyLogic::UpdateStrings();
+  if (Is(csLoading)) return;
+  const TPin self(this);
+  const TPin parser(GetParser());
+  try {
+    TStringList lines;
+    for (TFuzzyVariable* variable : *GetItems()) lines.Add(GetParser()->PrettyPrint(variable));
+    TUpdateBlock block(StoredStrings());
+    StoredStrings().Assign(&lines);
+    block.Close();
+  } catch (...) {
+    SetNeedsUpdate(true);
+    throw;
+  }
+}
+
+void TFuzzyLogic::Parse() {
+  if (Is(csLoading)) return;
+  RequireParser();
+  const TPin self(this);
+  const TString text = StoredStrings().GetText();
+  TFirstException first;
+  first.Run([this] { GetItems()->Clear(); });
+  // Handlers of the removal may have assigned or regenerated another text meanwhile.
+  if (StoredStrings().GetText() != text) StoredStrings().SetText(text);
+  SetNeedsUpdate(false);
+  first.Run([&] { ParseText(text); });
+  first.Rethrow();
+}
+
+void TFuzzyLogic::AddAutoTerms(TFuzzyVariable* fuzzyVariable) {
+  const TPin self(this);
+  const TPin pinned(fuzzyVariable);
+  const TFzyFloat min = fuzzyVariable->GetMinimum();
+  const TFzyFloat max = fuzzyVariable->GetMaximum();
+  const auto add = [&](const TString& name, auto&& shape) {
+    if (fuzzyVariable->IsFreed() || fuzzyVariable->GetItems()->IndexOf(name) >= 0) return;
+    TFuzzySet* set = fuzzyVariable->GetItems()->Add(name);
+    if (!set) return;
+    const TPin pinnedSet(set);
+    shape(*set);
+    set->SetExpression(name);
+  };
+  const auto line = [&](TFzyFloat from, TFzyFloat to) {
+    return [=](TFuzzySet& set) {
+      set.GetValues()->Add(min, from);
+      set.GetValues()->Add(max, to);
+    };
+  };
+  TFirstException first;
+  first.Run([&] { add(SLowFuzzyTerm, line(1, 0)); });
+  first.Run([&] {
+    add(SMediumFuzzyTerm,
+        [=](TFuzzySet& set) { set.CreateTriangleFunctionValues(min, (min + max) / 2, max); });
+  });
+  first.Run([&] { add(SHighFuzzyTerm, line(0, 1)); });
+  first.Rethrow();
+}
+
+void TFuzzyLogic::NotifyVariable(TFuzzyVariable* fuzzyVariable, TCollectionNotification action) {
+  const TPin self(this);
+  if (action == cnExtracting) FireEvent(FOnVariableDeleted, this, fuzzyVariable);
+  if (action != cnAdded) return;
+  TFirstException first;
+  fuzzyVariable->SetThreshold(GetThreshold());
+  first.Run([&] { FireEvent(FOnVariableAdded, this, fuzzyVariable); });
+  // A handler may have taken the variable out again.
+  if (GetAutoTerms() && fuzzyVariable->GetFuzzy() == this)
+    first.Run([&] { AddAutoTerms(fuzzyVariable); });
+  first.Rethrow();
+}
+
+void TFuzzyLogic::NotifyFuzzySet(TFuzzySet* fuzzySet, TCollectionNotification action) {
+  const TPin self(this);
+  if (action == cnAdded) FireEvent(FOnFuzzySetAdded, this, fuzzySet);
+  if (action == cnExtracting) FireEvent(FOnFuzzySetDeleted, this, fuzzySet);
+}
+
+void TFuzzyLogic::UpdateVariable(TFuzzyVariable* fuzzyVariable) {
+  const TPin self(this);
+  SetNeedsUpdate(true);
+  if (fuzzyVariable)
+    FireEvent(FOnVariableChange, this, fuzzyVariable);
+  else
+    FireChange();
+}
+
+void TFuzzyLogic::UpdateFuzzySet(TFuzzySet* fuzzySet) {
+  const TPin self(this);
+  SetNeedsUpdate(true);
+  FireEvent(FOnFuzzySetChange, this, fuzzySet);
+}
+
+}  // namespace fzy

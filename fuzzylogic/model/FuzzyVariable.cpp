@@ -1,0 +1,223 @@
+#include "fuzzylogic/model/FuzzyVariable.h"
+
+#include <algorithm>
+
+#include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/StringList.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
+#include "fuzzylogic/model/FuzzyLogic.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy {
+
+TFuzzyVariableClass TFuzzyVariable::Class() {
+  static constexpr TFuzzyVariableDescriptor descriptor{"TFuzzyVariable",
+                                                       [] { return new TFuzzyVariable; }};
+  return &descriptor;
+}
+
+TFuzzyVariable* TFuzzyVariable::Create(TFuzzyVariables* collection, TFuzzySetClass setClass,
+                                       TFuzzyVariableClass variableClass) {
+  TFuzzyVariable* variable = variableClass->New();
+  const TPin pinned(variable);
+  variable->Build(collection, setClass);
+  return variable->IsFreed() ? nullptr : variable;
+}
+
+void TFuzzyVariable::Build(TFuzzyVariables* collection, TFuzzySetClass setClass) {
+  FSetClass = setClass;
+  FItems = CreateItems();
+  SetCollection(collection);
+}
+
+TFuzzyVariable::~TFuzzyVariable() {
+  if (!FItems) return;
+  FItems->FVariable = nullptr;
+  FItems->Free();
+}
+
+void TFuzzyVariable::Leave() {
+  TFirstException first;
+  first.Run([this] { FItems->Leave(); });
+  first.Run([this] { TGCollectionItem::Leave(); });
+  first.Rethrow();
+}
+
+void TFuzzyVariable::SetCollection(TFuzzyVariables* value) {
+  TCollectionItem::SetCollection(value);
+}
+
+void TFuzzyVariable::CollectionChanged() {
+  FVariables = static_cast<TFuzzyVariables*>(TCollectionItem::GetCollection());
+}
+
+TFuzzyLogic* TFuzzyVariable::GetFuzzy() const noexcept {
+  return FVariables ? FVariables->GetFuzzy() : nullptr;
+}
+
+TString TFuzzyVariable::GetDisplayName() const {
+  return FName.empty() ? TGCollectionItem::GetDisplayName() : FName;
+}
+
+void TFuzzyVariable::SetText(TString TFuzzyVariable::*property, const TString& value) {
+  if (this->*property == value) return;
+  this->*property = value;
+  Changed(false);
+}
+
+void TFuzzyVariable::SetName(const TString& value) { SetText(&TFuzzyVariable::FName, value); }
+
+void TFuzzyVariable::SetUnits(const TString& value) { SetText(&TFuzzyVariable::FUnits, value); }
+
+void TFuzzyVariable::SetComment(const TString& value) { SetText(&TFuzzyVariable::FComment, value); }
+
+void TFuzzyVariable::SetMinimum(TFzyFloat value) {
+  RequireFinite(value, "SetMinimum");
+  if (value == FMinimum) return;
+  FMinimum = value;
+  FMaximum = std::max(FMaximum, value);
+  Changed(false);
+}
+
+void TFuzzyVariable::SetMaximum(TFzyFloat value) {
+  RequireFinite(value, "SetMaximum");
+  if (value == FMaximum) return;
+  FMaximum = value;
+  FMinimum = std::min(FMinimum, value);
+  Changed(false);
+}
+
+void TFuzzyVariable::SetThreshold(TFzyFloat value) {
+  RequireNumber(value, "SetThreshold");
+  FThreshold = std::clamp(value, 0.0, 1.0);
+}
+
+void TFuzzyVariable::SetItemIndex(int value) {
+  if (value == FItemIndex) return;
+  if (value >= FItems->GetCount()) RaiseFuzzyIndex(value);
+  FItemIndex = value;
+  Changed(false);
+}
+
+void TFuzzyVariable::SetItems(TFuzzySets* value) {
+  const TPin self(this);
+  FItems->Assign(value);
+}
+
+void TFuzzyVariable::Assign(TPersistent* source) {
+  auto* variable = dynamic_cast<TFuzzyVariable*>(source);
+  if (!variable) return TGCollectionItem::Assign(source);
+  if (variable == this) return;
+  const TPin pinned(variable);
+  FName = variable->FName;
+  FMinimum = variable->FMinimum;
+  FMaximum = variable->FMaximum;
+  FThreshold = variable->FThreshold;
+  FUnits = variable->FUnits;
+  FComment = variable->FComment;
+  FItemIndex = variable->FItemIndex;
+  SetItems(variable->FItems);
+}
+
+void TFuzzyVariable::AssignTo(TPersistent* dest) {
+  auto* list = dynamic_cast<TStringList*>(dest);
+  if (!list) return TGCollectionItem::AssignTo(dest);
+  TUpdateBlock block(*list);
+  list->Clear();
+  for (TFuzzySet* set : *FItems) list->AddObject(set->GetName(), set);
+  block.Close();
+}
+
+void TFuzzyVariable::PullItemIndexBack() noexcept {
+  FItemIndex = std::min(FItemIndex, FItems->GetCount() - 1);
+}
+
+void TFuzzyVariable::Notify(TFuzzySet* fuzzySet, TCollectionNotification action) {
+  const TPin self(this);
+  if (FVariables)
+    FVariables->NotifyFuzzySet(fuzzySet, action);
+  else
+    Changed(false);
+}
+
+void TFuzzyVariable::Update(TFuzzySet* fuzzySet) {
+  const TPin self(this);
+  PullItemIndexBack();
+  if (fuzzySet && FVariables)
+    FVariables->UpdateFuzzySet(fuzzySet);
+  else
+    Changed(false);
+}
+
+// Rules
+
+TFzyFloat TFuzzyVariable::GetCorrelationStrength(std::span<TFuzzySet* const> premises,
+                                                 std::span<TFuzzySet* const> matchings) const {
+  if (matchings.size() < premises.size()) {
+    throw EFzyException(SFzyMatchingsMissing, {TString("GetCorrelationStrength"),
+                                               static_cast<std::int64_t>(premises.size()),
+                                               static_cast<std::int64_t>(matchings.size())});
+  }
+  TFzyFloat strength = 1.0;
+  for (std::size_t i = 0; i < premises.size(); ++i) {
+    if (!premises[i]) throw EFzyException(SFzySetMissing, {TString("GetCorrelationStrength")});
+    strength = std::min(strength, premises[i]->GetCorrelationStrength(matchings[i]));
+  }
+  return strength;
+}
+
+TFuzzySet* TFuzzyVariable::AssertRule(TFzyFloat correlationStrength, TFuzzySet* newEvidence,
+                                      TFuzzySet* oldEvidence) {
+  RequireNumber(correlationStrength, "AssertRule");
+  if (!newEvidence) throw EFzyException(SFzySetMissing, {TString("AssertRule")});
+  if (correlationStrength < FThreshold) return nullptr;
+  const TPin self(this);
+  const TPin pinned(oldEvidence);
+  TOwned<TFuzzySet> conclusion(newEvidence->Clone());
+  if (conclusion) conclusion->Correlate(correlationStrength);
+  if (!conclusion || !oldEvidence) return conclusion.Release();
+  TOwned<TFuzzySet> evidence(oldEvidence->Infer(conclusion.Get(), false));
+  if (conclusion) conclusion->Free();
+  return evidence.Release();
+}
+
+TFuzzySet* TFuzzyVariable::AssertRule(TFuzzySet* premise, TFuzzySet* newEvidence,
+                                      TFuzzySet* matching, TFuzzySet* oldEvidence) {
+  if (!premise) throw EFzyException(SFzySetMissing, {TString("AssertRule")});
+  return AssertRule(premise->GetCorrelationStrength(matching), newEvidence, oldEvidence);
+}
+
+TFuzzySet* TFuzzyVariable::AssertRule(std::span<TFuzzySet* const> premises,
+                                      std::span<TFuzzySet* const> matchings, TFuzzySet* newEvidence,
+                                      TFuzzySet* oldEvidence) {
+  return AssertRule(GetCorrelationStrength(premises, matchings), newEvidence, oldEvidence);
+}
+
+TFuzzySet* TFuzzyVariable::AssertRule(std::initializer_list<TFuzzySet*> premises,
+                                      std::initializer_list<TFuzzySet*> matchings,
+                                      TFuzzySet* newEvidence, TFuzzySet* oldEvidence) {
+  return AssertRule(std::span(premises.begin(), premises.size()),
+                    std::span(matchings.begin(), matchings.size()), newEvidence, oldEvidence);
+}
+
+// What sets ask
+
+TFuzzyCorrelationMethod TFuzzyVariable::GetCorrelationMethod() const {
+  return GetFuzzy() ? GetFuzzy()->GetCorrelationMethod() : fcmMinimum;
+}
+
+TFuzzyInferenceMethod TFuzzyVariable::GetInferenceMethod() const {
+  return GetFuzzy() ? GetFuzzy()->GetInferenceMethod() : fimMinMax;
+}
+
+TDefuzzificationMethod TFuzzyVariable::GetDefuzzificationMethod() const {
+  return GetFuzzy() ? GetFuzzy()->GetDefuzzificationMethod() : dmCenterOfGravity;
+}
+
+int TFuzzyVariable::GetNumFunctionValues() const {
+  return GetFuzzy() ? GetFuzzy()->GetNumFunctionValues() : 7;
+}
+
+bool TFuzzyVariable::IsDesigning() const { return GetFuzzy() && GetFuzzy()->Is(csDesigning); }
+
+}  // namespace fzy
