@@ -8,16 +8,28 @@ TComponent::TComponent(TComponent* owner) : FOwner(owner) {
   if (!FOwner) return;
   FOwner->FComponents.push_back(this);
   if (FOwner->Is(csDesigning)) FState.Include(csDesigning);
-  FOwner->Notification(this, opInsert);
+  try {
+    FOwner->Notification(this, opInsert);
+  } catch (...) {
+    std::erase(FOwner->FComponents, this);
+    throw;
+  }
 }
 
 TComponent::~TComponent() {
   Destroying();
-  while (!FComponents.empty()) FComponents.back()->Free();
+  while (!FComponents.empty()) {
+    TComponent* component = FComponents.back();
+    FComponents.pop_back();
+    component->FOwner = nullptr;
+    // One on its way out may have brought its owner's end about; it goes on by itself.
+    if (!component->Is(csDestroying)) component->Free();
+  }
 }
 
 void TComponent::FreeNotification(TComponent* component) {
   if (!component || component == this) return;
+  if (Is(csDestroying) || component->Is(csDestroying)) return;
   if (std::find(FWatchers.begin(), FWatchers.end(), component) != FWatchers.end()) return;
   FWatchers.push_back(component);
   component->FWatchers.push_back(this);

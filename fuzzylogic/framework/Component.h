@@ -50,7 +50,8 @@ class TComponent : public TPersistent {
   /// For form designers: sets or clears the designing state.
   void SetDesigning(bool value) noexcept { SetState(csDesigning, value); }
 
-  /// Asks that `component` be told by `Notification(this, opRemove)` when this component goes.
+  /// Asks that `component` be told by `Notification(this, opRemove)` when this component goes. One
+  /// that is on its way out takes no new watchers.
   void FreeNotification(TComponent* component);
   void RemoveFreeNotification(TComponent* component) noexcept;
 

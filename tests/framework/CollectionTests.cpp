@@ -1,0 +1,352 @@
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "fuzzylogic/framework/Collection.h"
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/framework/StringList.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
+
+namespace fzy {
+namespace {
+
+class TNodes;
+
+class TNode final : public TCollectionItem {
+ public:
+  static inline int Alive = 0;
+
+  explicit TNode(std::string name = "") : FName(std::move(name)) { ++Alive; }
+  ~TNode() override {
+    const TPin pinned(this);  // as any operation does that a destructor calls
+    --Alive;
+  }
+
+  TString ClassName() const override { return "TNode"; }
+  void Assign(TPersistent* source) override {
+    auto* node = dynamic_cast<TNode*>(source);
+    if (!node) return TCollectionItem::Assign(source);
+    SetName(node->FName);
+  }
+  void AssignTo(TPersistent* dest) override {
+    auto* list = dynamic_cast<TStringList*>(dest);
+    if (!list) return TCollectionItem::AssignTo(dest);
+    list->Add(FName);
+  }
+  const std::string& GetName() const { return FName; }
+  void SetName(std::string name) {
+    FName = std::move(name);
+    Changed(false);
+  }
+  void TellAll() { Changed(true); }
+
+ private:
+  std::string FName;
+};
+
+/// Writes down each call of a hook with what is to be seen at that moment: "hook name@index", or
+/// "update[ABC]" with the items in the list. A handler may then do as it likes.
+class TNodes final : public TCollection {
+ public:
+  explicit TNodes(const std::string& names = "") {
+    for (const char name : names) Add(std::string(1, name));
+    Log.clear();
+  }
+
+  TString ClassName() const override { return "TNodes"; }
+  TNode* At(int index) const { return static_cast<TNode*>(ItemAt(index)); }
+  TNode* Add(const std::string& name) {
+    const TPin self(this);
+    auto* node = new TNode(name);
+    const TPin pinned(node);
+    node->SetCollection(this);
+    return node->IsFreed() ? nullptr : node;
+  }
+  void Insert(int index, const std::string& name) {
+    const TPin self(this);
+    if (TNode* node = Add(name)) node->SetIndex(index);
+  }
+
+  std::string Names() const {
+    std::string names;
+    for (int i = 0; i < GetCount(); ++i) names += At(i)->GetName();
+    return names;
+  }
+  std::string TakeLog() { return std::exchange(Log, {}); }
+
+  std::function<void(const std::string& hook, TNode* item)> Handler;
+
+ protected:
+  TCollectionItem* AddItem() override { return Add(""); }
+  void Update(TCollectionItem* item) override { Tell("update", static_cast<TNode*>(item)); }
+  void Notify(TCollectionItem* item, TCollectionNotification action) override {
+    const char* hook = action == cnAdded        ? "added"
+                       : action == cnExtracting ? "extracting"
+                                                : "deleting";
+    Tell(hook, static_cast<TNode*>(item));
+  }
+
+ private:
+  void Tell(const std::string& hook, TNode* item) {
+    if (!Log.empty()) Log += ' ';
+    Log += hook;
+    Log +=
+        item ? ' ' + item->GetName() + '@' + std::to_string(item->GetIndex()) : '[' + Names() + ']';
+    if (const auto handler = Handler) handler(hook, item);
+  }
+
+  std::string Log;
+};
+
+struct TOperationCase {
+  const char* Name;
+  std::function<void(TNodes&)> Run;
+  const char* Log;
+};
+
+TNodes* Other = nullptr;  // a second list that operations and handlers use
+
+const TOperationCase Operations[] = {
+    {"add", [](TNodes& list) { list.Add("D"); }, "added D@3 update[ABCD]"},
+    {"insert", [](TNodes& list) { list.Insert(0, "D"); }, "added D@3 update[ABCD] update[DABC]"},
+    {"delete", [](TNodes& list) { list.Delete(1); }, "deleting B@1 extracting B@1 update[AC]"},
+    {"free", [](TNodes& list) { list.At(1)->Free(); }, "extracting B@1 update[AC]"},
+    {"clear", [](TNodes& list) { list.Clear(); },
+     "extracting C@2 extracting B@1 extracting A@0 update[]"},
+    {"move up", [](TNodes& list) { list.At(0)->SetIndex(2); }, "update[BCA]"},
+    {"move down", [](TNodes& list) { list.At(2)->SetIndex(0); }, "update[CAB]"},
+    {"stay", [](TNodes& list) { list.At(1)->SetIndex(1); }, ""},
+    {"change", [](TNodes& list) { list.At(1)->SetName("X"); }, "update X@1"},
+    {"change of all", [](TNodes& list) { list.At(1)->TellAll(); }, "update[ABC]"},
+    {"assign", [](TNodes& list) { list.Assign(Other); },
+     "extracting C@2 extracting B@1 extracting A@0 added @0 added @1 update[XY]"},
+    {"assign itself", [](TNodes& list) { list.Assign(&list); }, ""},
+    {"leave", [](TNodes& list) { list.At(0)->SetCollection(Other); }, "extracting A@0 update[BC]"},
+    {"join", [](TNodes& list) { Other->At(0)->SetCollection(&list); }, "added X@3 update[ABCX]"},
+    {"blocks",
+     [](TNodes& list) {
+       TUpdateBlock outer(list);
+       list.Add("D");
+       {
+         TUpdateBlock inner(list);
+         if (list.GetCount() > 1) list.Delete(1);
+       }
+       if (list.GetCount() > 1) list.At(0)->SetName("Z");
+       if (list.GetCount() > 1) list.At(0)->SetIndex(1);
+       outer.Close();
+     },
+     "added D@3 deleting B@1 extracting B@1 update[CZD]"},
+    {"empty block", [](TNodes& list) { TUpdateBlock(list).Close(); }, "update[ABC]"},
+    {"block too many closed", [](TNodes& list) { list.EndUpdate(); }, ""},
+};
+
+TEST(Collection, TellsWhatHappensInOrder) {
+  for (const TOperationCase& operation : Operations) {
+    TNodes list("ABC");
+    TNodes other("XY");
+    Other = &other;
+    operation.Run(list);
+    EXPECT_EQ(list.TakeLog(), operation.Log) << operation.Name;
+    EXPECT_FALSE(list.IsUpdating()) << operation.Name;
+  }
+  TNodes empty;
+  empty.Clear();
+  EXPECT_EQ(empty.TakeLog(), "");
+  EXPECT_EQ(TNode::Alive, 0) << "a list that goes frees its items";
+}
+
+TEST(Collection, RefusesIndicesOutsideAndStaysAsItWas) {
+  TNodes list("ABC");
+  for (const int index : {-1, 3}) {
+    EXPECT_THROW(list.Delete(index), EListError);
+    try {
+      list.At(0)->SetIndex(index);
+      ADD_FAILURE() << index;
+    } catch (const EListError& error) {
+      EXPECT_EQ(error.GetMessage(), "List index out of bounds (" + std::to_string(index) + ")");
+    }
+  }
+  EXPECT_EQ(list.Names() + list.TakeLog(), "ABC");
+}
+
+// What a handler does with the item it is told of, or with the first when it is told of the list.
+struct THandlerCase {
+  const char* Name;
+  std::function<void(TNodes&, TNode&)> Act;
+};
+
+const THandlerCase Handlers[] = {
+    {"throws", [](TNodes&, TNode&) { throw EException("handler"); }},
+    {"frees the item", [](TNodes&, TNode& item) { item.Free(); }},
+    {"frees the first", [](TNodes& list, TNode&) { list.At(0)->Free(); }},
+    {"deletes the last", [](TNodes& list, TNode&) { list.Delete(list.GetCount() - 1); }},
+    {"takes the item away", [](TNodes&, TNode& item) { item.SetCollection(Other); }},
+    {"takes the item out and in again",
+     [](TNodes& list, TNode& item) {
+       item.SetCollection(Other);
+       item.SetCollection(&list);
+     }},
+    {"moves the item",
+     [](TNodes& list, TNode& item) { item.SetIndex(list.GetCount() - 1 - item.GetIndex()); }},
+    {"adds", [](TNodes& list, TNode&) { list.Add("+"); }},
+    {"inserts in front", [](TNodes& list, TNode&) { list.Insert(0, "+"); }},
+    {"frees the first and adds",
+     [](TNodes& list, TNode&) {
+       list.At(0)->Free();
+       list.Add("+");
+     }},
+    {"clears", [](TNodes& list, TNode&) { list.Clear(); }},
+    {"assigns", [](TNodes& list, TNode&) { list.Assign(Other); }},
+    {"frees the sender", [](TNodes& list, TNode&) { list.Free(); }},
+};
+
+void ExpectSound(TNodes& list) {
+  EXPECT_FALSE(list.IsUpdating());
+  for (int i = 0; i < list.GetCount(); ++i) {
+    EXPECT_EQ(list.At(i)->GetIndex(), i);
+    EXPECT_EQ(list.At(i)->GetCollection(), &list);
+    EXPECT_FALSE(list.At(i)->IsFreed());
+  }
+  list.TakeLog();
+  const int count = list.GetCount();
+  list.Add("N");
+  const std::string at = "added N@" + std::to_string(count);
+  EXPECT_EQ(list.TakeLog(), at + " update[" + list.Names() + "]");
+}
+
+// Every handler at every hook of every operation; the handler acts once, or also on what its own
+// deeds bring about.
+TEST(Collection, SurvivesWhateverHandlersDo) {
+  for (const TOperationCase& operation : Operations) {
+    for (const char* hook : {"added", "extracting", "deleting", "update"}) {
+      for (const THandlerCase& handler : Handlers) {
+        for (const int times : {1, 3}) {
+          SCOPED_TRACE(std::string(operation.Name) + ", at " + hook + " a handler that " +
+                       handler.Name + ", times: " + std::to_string(times));
+          {
+            TOwned<TNodes> owned(new TNodes("ABC"));
+            TNodes other("XY");
+            Other = &other;
+            TNodes& list = *owned;
+            int acted = 0;
+            list.Handler = [&](const std::string& told, TNode* item) {
+              if (told != hook || acted == times || list.GetCount() == 0) return;
+              ++acted;
+              handler.Act(list, item ? *item : *list.At(0));
+            };
+            bool thrown = false;
+            try {
+              operation.Run(list);
+            } catch (const EException& error) {
+              thrown = true;
+              EXPECT_EQ(error.GetMessage(), "handler");
+            }
+            list.Handler = nullptr;
+            const std::string doing = handler.Name;
+            EXPECT_EQ(thrown, doing == "throws" && acted > 0);
+            if (operation.Name == std::string("clear")) {
+              EXPECT_EQ(list.Names().find_first_of("ABC"), std::string::npos) << list.Names();
+              if (doing == "adds" || doing == "inserts in front") {
+                EXPECT_EQ(list.Names(), std::string(static_cast<std::size_t>(acted), '+'));
+              }
+            }
+            EXPECT_EQ(list.IsFreed(), doing == "frees the sender" && acted > 0);
+            if (!list.IsFreed()) ExpectSound(list);
+            ExpectSound(other);
+          }
+          ASSERT_EQ(TNode::Alive, 0);
+        }
+      }
+    }
+  }
+}
+
+TEST(Persistent, AssignAsksTheSourceAndThenRefusesByName) {
+  TNodes list("A");
+  TStringList lines;
+  lines.Assign(list.At(0));
+  EXPECT_EQ(lines.GetText(), "A\n");
+  const std::pair<std::function<void()>, const char*> refused[] = {
+      {[&] { list.At(0)->Assign(&lines); }, "Cannot assign a TStringList to a TNode"},
+      {[&] { list.At(0)->Assign(nullptr); }, "Cannot assign a nil to a TNode"},
+      {[&] { list.Assign(&lines); }, "Cannot assign a TStringList to a TNodes"},
+      {[&] { lines.AssignTo(nullptr); }, "Cannot assign a TStringList to a nil"}};
+  for (const auto& [assign, message] : refused) {
+    try {
+      assign();
+      ADD_FAILURE() << message;
+    } catch (const EConvertError& error) {
+      EXPECT_STREQ(error.what(), message);
+    }
+  }
+  EXPECT_EQ(list.Names() + list.TakeLog(), "A");
+}
+
+TEST(Collection, ThatEndsTellsOfItsItemsButNotOfChanges) {
+  auto* list = new TNodes("AB");
+  const TPin pinned(list);
+  list->Free();
+  list->Free();
+  EXPECT_EQ(list->TakeLog(), "extracting B@1 extracting A@0");
+  EXPECT_EQ(TNode::Alive, 0);
+}
+
+TEST(Pin, KeepsMemoryUntilTheLastPinGoesButTellsAtOnce) {
+  TNodes list("AB");
+  TNode* node = list.At(0);
+  {
+    const TPin outer(node);
+    {
+      TPin inner(node);
+      const TPin moved(std::move(inner));
+      node->Free();
+      EXPECT_EQ(list.TakeLog(), "extracting A@0 update[B]");
+      EXPECT_TRUE(node->IsFreed());
+      EXPECT_EQ(node->GetIndex(), -1);
+      node->Free();
+      node->SetCollection(&list);
+      EXPECT_EQ(list.Names() + list.TakeLog(), "B") << "what was freed joins nothing again";
+    }
+    EXPECT_EQ(TNode::Alive, 2);
+  }
+  EXPECT_EQ(TNode::Alive, 1);
+}
+
+TEST(Owned, FreesItsItemUnlessItWentEarlierOrWasGivenUp) {
+  TNodes list;
+  { const TOwned<TNode> owned(list.Add("A")); }
+  EXPECT_EQ(list.TakeLog(), "added A@0 update[A] extracting A@0 update[]");
+
+  TOwned<TNode> early(list.Add("B"));
+  TNode* kept = list.Add("C");
+  TOwned<TNode> moved = TOwned<TNode>(kept);
+  list.Delete(0);
+  EXPECT_FALSE(early);
+  EXPECT_EQ(early.Get(), nullptr);
+  EXPECT_EQ(early.Release(), nullptr);
+
+  early = std::move(moved);
+  EXPECT_EQ(early.Get(), kept);
+  EXPECT_EQ(early.Release(), kept);
+  early.Reset();
+  EXPECT_EQ(list.Names(), "C") << "given up, so it stays";
+
+  list.TakeLog();
+  list.Handler = [](const std::string&, TNode*) { throw EException("handler"); };
+  TOwned<TNode>(kept).Reset();
+  EXPECT_EQ(list.TakeLog(), "extracting C@0 update[]");
+  list.Handler = nullptr;
+
+  TOwned<TNode> orphan;
+  {
+    TNodes gone("D");
+    orphan = TOwned<TNode>(gone.At(0));
+  }
+  EXPECT_FALSE(orphan);
+  EXPECT_EQ(TNode::Alive, 1) << "its memory waits for the handle";
+  orphan.Reset();
+  EXPECT_EQ(TNode::Alive, 0);
+}
+
+}  // namespace
+}  // namespace fzy
