@@ -109,6 +109,8 @@ class TInterfaced : public I {
     if (count == 0) delete this;
     return count;
   }
+  /// Whether one reference alone keeps the object.
+  bool IsLastReference() const noexcept { return FRefCount == 1; }
 
  protected:
   TInterfaced() = default;

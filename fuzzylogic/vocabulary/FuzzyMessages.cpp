@@ -49,6 +49,9 @@ constinit TMessage SFzyInvalidToken{u"Invalid item in fuzzy expression: %s"};
 constinit TMessage SFzyInvalidValuePair{u"Invalid X/Y value pair: %s"};
 constinit TMessage SFzyUnexpectedToken{u"Unexpected token: \"%s\""};
 
+constinit TMessage SFzyExpressionRefused{u"Fuzzy expressions are not read by this parser"};
+constinit TMessage SFzyPrintingRefused{u"Definition text is not written by this parser"};
+
 constinit TMessage SFzyNotANumber{u"Invalid operation: \"%s\".  Not a number"};
 constinit TMessage SFzyNotFinite{u"Invalid operation: \"%s\".  Not a finite number"};
 constinit TMessage SFzySetMissing{u"Invalid operation: \"%s\".  No fuzzy set given"};

@@ -85,6 +85,11 @@ extern TMessage SFzyInvalidValuePair;
 /// "Unexpected token: "%s""
 extern TMessage SFzyUnexpectedToken;
 
+/// "Fuzzy expressions are not read by this parser"
+extern TMessage SFzyExpressionRefused;
+/// "Definition text is not written by this parser"
+extern TMessage SFzyPrintingRefused;
+
 // What the library refuses because it would leave the numbers or reach outside an object.
 
 /// "Invalid operation: "%s".  Not a number"

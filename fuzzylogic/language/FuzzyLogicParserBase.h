@@ -1,0 +1,95 @@
+#pragma once
+
+#include "fuzzylogic/language/FuzzyStreamToken.h"
+#include "fuzzylogic/model/FuzzyLogic.h"
+
+namespace fzy {
+
+/// Fired before a function call in a definition text is carried out. The handler may fill or
+/// replace `result` itself and then sets `handled`; so it can add functions of its own.
+using TCalcFuzzyFunctionEvent =
+    std::function<void(TObject* sender, const TString& funcName,
+                       const Ref<IFuzzyStreamTokenList>& list, TFuzzySet*& result, bool& handled)>;
+
+/// The frame of a parser: its link to the component that it reads into (weak, cleared when that
+/// goes), its events, its error reports, and the shape functions "pi", "tri", "s", "z" and "beta".
+class TCustomFuzzyLogicParser : public TFuzzyTextParser {
+ public:
+  explicit TCustomFuzzyLogicParser(TComponent* owner = nullptr) : TFuzzyTextParser(owner) {}
+  ~TCustomFuzzyLogicParser() override;
+
+  TCustomFuzzyLogic* GetFuzzyLogic() const noexcept { return FFuzzyLogic; }
+  /// Does not touch the component's own link to a parser.
+  void SetFuzzyLogic(TCustomFuzzyLogic* value);
+  void Notification(TComponent* component, TOperation operation) override;
+
+  // Events: a parse begins and has succeeded; a term, a variable was read; a function is called.
+  const TNotifyEvent& GetOnParsing() const noexcept { return FOnParsing; }
+  void SetOnParsing(TNotifyEvent value) { FOnParsing = std::move(value); }
+  const TNotifyEvent& GetOnParsed() const noexcept { return FOnParsed; }
+  void SetOnParsed(TNotifyEvent value) { FOnParsed = std::move(value); }
+  const TFuzzySetEvent& GetOnParseFuzzySet() const noexcept { return FOnParseFuzzySet; }
+  void SetOnParseFuzzySet(TFuzzySetEvent value) { FOnParseFuzzySet = std::move(value); }
+  const TFuzzyVariableEvent& GetOnParseFuzzyVariable() const noexcept {
+    return FOnParseFuzzyVariable;
+  }
+  void SetOnParseFuzzyVariable(TFuzzyVariableEvent value) {
+    FOnParseFuzzyVariable = std::move(value);
+  }
+  const TCalcFuzzyFunctionEvent& GetOnCalcFuzzyFunction() const noexcept {
+    return FOnCalcFuzzyFunction;
+  }
+  void SetOnCalcFuzzyFunction(TCalcFuzzyFunctionEvent value) {
+    FOnCalcFuzzyFunction = std::move(value);
+  }
+
+  /// Reads a whole definition text into the linked component, framed by `OnParsing` and (when
+  /// nothing was raised) `OnParsed`. The text is Unicode already, so `encoding` does not matter.
+  /// @throws EFzyParseException (`SFuzzyLogicNotSet`) without a component, before any event; and
+  /// every
+  ///   reading error. What was built before an error stays.
+  void Parse(const TString& text, const TEncoding* encoding) override;
+
+  /// Carries out a shape function on `fuzzySet`: "pi" (Range Center, or Left Right Center), "tri"
+  /// (Left Middle Right), "s" and "z" (Left Right), "beta" (Range Center Inflection_Point
+  /// [Weight]), with the component's number of points.
+  /// @throws EFzyParseException for arguments that are no numbers, their count, and an unknown
+  /// name;
+  ///   EFzyException as the shapes do
+  virtual void CalcFuzzyFunction(const TString& funcName, const Ref<IFuzzyStreamTokenList>& list,
+                                 TFuzzySet*& fuzzySet);
+  /// Fires `OnCalcFuzzyFunction`; unless that handled it, the virtual form. Returns the set,
+  /// replaced or not.
+  TFuzzySet* CalcFuzzyFunction(TFuzzySet* fuzzySet, const TString& funcName,
+                               const Ref<IFuzzyStreamTokenList>& list);
+
+  virtual void ParseFuzzyLogic(const TString& text, const TEncoding* encoding) = 0;
+  virtual TFuzzySet* ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
+                                   const TEncoding* encoding) = 0;
+  virtual TFuzzyVariable* ParseFuzzyVariable(const TString& text, const TEncoding* encoding) = 0;
+
+  /// Raises an EFzyParseException "Parsing Error, msg in method at line n: "text"". A text of more
+  /// than 255 characters is shown as its first and last 128.
+  virtual void ParseError(const TString& method, const TString& msg, TString text, int lineNumber);
+  /// The same with the text read so far and the current line.
+  [[noreturn]] void ParseError(const TString& method, const TString& msg);
+  [[noreturn]] void ParseError(const TString& method, const TString& format,
+                               std::initializer_list<TFormatArg> args);
+
+  /// Whether every token is of one of the kinds; true for an empty list.
+  bool VerifyAll(const Ref<IFuzzyStreamTokenList>& list, TFuzzyStreamTokenTypes allowedTypes) const;
+
+  /// The line of the current token, and the tokens read so far; 0 and nothing between parses.
+  virtual int GetLineNumber() { return 0; }
+  virtual TString GetParsedText() { return {}; }
+
+ private:
+  TFuzzySetEvent FOnParseFuzzySet;
+  TFuzzyVariableEvent FOnParseFuzzyVariable;
+  TCustomFuzzyLogic* FFuzzyLogic = nullptr;
+  TCalcFuzzyFunctionEvent FOnCalcFuzzyFunction;
+  TNotifyEvent FOnParsed;
+  TNotifyEvent FOnParsing;
+};
+
+}  // namespace fzy

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <vector>
+
+#include "fuzzylogic/common/TextStream.h"
+#include "fuzzylogic/language/FuzzyStreamToken.h"
+#include "fuzzylogic/language/TokenEcho.h"
+
+namespace fzy {
+
+/// Turns definition text into tokens. Tokens are handed out one balanced construct at a time:
+/// before the first token of a parenthesised group is seen, the whole group has been read and
+/// buffered, 72 bytes a token and more for words longer than a few characters. Lines are counted
+/// from 1.
+///
+/// A character of code 32 or below is a blank. ( ) [ ] = & | ~ are tokens of their own where a
+/// token starts; "..." is a string, in which the escape character "\" takes the next one literally;
+/// ";" starts a comment up to the end of the line. A word ends at a blank, which is consumed, or
+/// before one of [ ] ( ) & ; < " | ~; the escape character inside a word takes the next character
+/// literally. A word that starts with "?" is a variable, one that reads as a number a number, any
+/// other an atom.
+///
+/// Time and memory are linear in the text; nothing recurses.
+class TFuzzyLogicTokenStream : public TGTextStream {
+ public:
+  /// Owns `stream`; no encoding means UTF-8.
+  TFuzzyLogicTokenStream(std::unique_ptr<TStream> stream, const TEncoding* encoding);
+  ~TFuzzyLogicTokenStream() override;
+
+  /// Skips blanks up to and including the next line end; whether there was one.
+  virtual bool SkipInLineSpaces();
+  /// The next character; a line feed counts a line.
+  char16_t GetChar() override;
+  using TGTextStream::GetChar;
+  /// The rest of the line; it goes to the white space of the next token and counts a line.
+  TString GetLine() override;
+
+  /// The next raw token. At the end of the text, a token of kind `fstNone` with the text "EOF".
+  /// @throws EFzyParseException (`SUnbalancedString`, with the line on which the string opens)
+  virtual Ref<IFuzzyStreamToken> BuildNextToken();
+  /// Makes the token of a kind: 34 a string, 13 an atom "CRLF", -1 what stands before the end, 0 a
+  /// word to be classified, or the code of a punctuation character. The white space read so far is
+  /// handed over to the token.
+  /// @throws EFzyParseException (`SInvalidBaseTokenHint`) for any other
+  virtual Ref<IFuzzyStreamToken> FinishToken(int tokenType, const TString& text);
+  /// Forgets what is buffered and rewinds the echo; the position in the text stays.
+  virtual void Clear();
+  virtual void DiscardUntilEOL();
+  /// Takes tokens until as many ")" as "(" were handed out, or the text ends.
+  virtual void MoveToNextConstruct();
+  /// The next token; at the end of the text, end tokens for ever.
+  virtual Ref<IFuzzyStreamToken> NextToken();
+  /// Makes a token the next one again; any number of them. It leaves the echo.
+  virtual void PutBackToken(const Ref<IFuzzyStreamToken>& token);
+  /// Peeks at the word behind the "(" of the next construct; empty when there is none (a token that
+  /// is not "(" stays consumed).
+  virtual TString Head();
+
+  /// The content of a string whose opening quote was read, appended to `prefix`.
+  TString ReadString(const TString& prefix);
+  /// Buffers the next construct; always true. A stray ")" makes it read on until the parentheses
+  /// balance or the text ends.
+  bool PrepareSExp();
+  /// The token last handed out or put back; reads one when there is none yet.
+  Ref<IFuzzyStreamToken> GetCurrentToken();
+  void SetLineNumber(int value) noexcept { FLineNumber = value; }
+  int GetParenthesisLevel() const noexcept { return FParenthesisLevel; }
+
+  /// The echo: the tokens handed out since the current construct began, with line breaks.
+  TString ToString() const { return FEcho.ToString(); }
+
+ private:
+  void SkipBlanksAndComments();
+  Ref<IFuzzyStreamToken> BuildWord();
+  void CountParenthesis(const IFuzzyStreamToken& token, int direction) noexcept;
+
+  std::vector<Ref<IFuzzyStreamToken>> FStack;      // the top is the next token
+  std::vector<Ref<IFuzzyStreamToken>> FTempStack;  // while one construct is read
+  int FLineNumber = 1;
+  TString FText;
+  TTokenEcho FEcho;
+  Ref<IFuzzyStreamToken> FCurrentToken;
+  int FParenthesisLevel = 0;
+  TString FWhiteSpace;
+  char16_t FCommentChar = u';';
+  char16_t FQuoteChar = u'"';
+  char16_t FEscapeChar = u'\\';
+};
+
+}  // namespace fzy

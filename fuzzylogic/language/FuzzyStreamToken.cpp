@@ -1,0 +1,199 @@
+#include "fuzzylogic/language/FuzzyStreamToken.h"
+
+#include <array>
+#include <vector>
+
+#include "fuzzylogic/engine/FuzzySet.h"
+#include "fuzzylogic/framework/Messages.h"
+
+namespace fzy {
+namespace {
+
+constexpr int KindOf(TFuzzyStreamTokenType kind) { return static_cast<int>(kind); }
+
+const TString& PunctuationText(int kind) {
+  static const auto texts = [] {
+    std::array<TString, 128> result;
+    for (const char16_t ch : std::u16string_view(u"()[]=&|~")) result[ch] = TString(1, ch);
+    return result;
+  }();
+  return texts[kind >= 0 && kind < 128 ? static_cast<std::size_t>(kind) : 0];
+}
+
+}  // namespace
+
+// TFuzzyStreamToken
+
+TFuzzyStreamToken::~TFuzzyStreamToken() = default;
+
+const TString& TFuzzyStreamToken::GetText() const {
+  return HasText() ? TBaseStreamTokenOf::GetText() : PunctuationText(GetDataType());
+}
+
+TFuzzyStreamToken::TPayload& TFuzzyStreamToken::Payload() {
+  if (!FPayload) FPayload = std::make_unique<TPayload>();
+  return *FPayload;
+}
+
+std::intptr_t TFuzzyStreamToken::GetTag() const { return FPayload ? FPayload->Tag : 0; }
+
+void TFuzzyStreamToken::SetTag(std::intptr_t value) {
+  if (value != GetTag()) Payload().Tag = value;
+}
+
+Ref<IBaseStreamToken> TFuzzyStreamToken::Clone() const {
+  const Ref<TFuzzyStreamToken> copy = Create();
+  copy->Assign(*this);
+  return copy;
+}
+
+void TFuzzyStreamToken::Assign(const IBaseStreamToken& source) {
+  TBaseStreamTokenOf::Assign(source);
+  if (const auto* token = dynamic_cast<const TFuzzyStreamToken*>(&source)) {
+    FPayload = token->FPayload ? std::make_unique<TPayload>(*token->FPayload) : nullptr;
+  }
+}
+
+bool TFuzzyStreamToken::Equals(const IBaseStreamToken& other) const {
+  if (!TBaseStreamTokenOf::Equals(other)) return false;
+  const auto* token = dynamic_cast<const TFuzzyStreamToken*>(&other);
+  if (!token || GetDataType() == KindOf(fstList)) return ToString() == other.ToString();
+  return GetIntfValue() == token->GetIntfValue() && GetObjValue() == token->GetObjValue();
+}
+
+TString TFuzzyStreamToken::ToString() const {
+  switch (GetDataType()) {
+    case KindOf(fstInterface):
+      return "<interface>";
+    case KindOf(fstObject):
+      return "<object>";
+    case KindOf(fstList): {
+      const Ref<IFuzzyStreamTokenList> list = GetList();
+      return list ? list->ToString() : TString();
+    }
+    case KindOf(fstIFuzzySet): {
+      const Ref<IFuzzySet> set = GetFuzzySetIntf();
+      return set ? set->ToString() : TString();
+    }
+    case KindOf(fstFuzzySet): {
+      const TFuzzySet* set = GetFuzzySet();
+      return set ? set->GetExpression() : TString();
+    }
+    default:
+      return TBaseStreamTokenOf::ToString();
+  }
+}
+
+Ref<IInterface> TFuzzyStreamToken::GetIntfValue() const {
+  return FPayload ? FPayload->Intf : nullptr;
+}
+
+Ref<IFuzzySet> TFuzzyStreamToken::GetFuzzySetIntf() const {
+  return Query<IFuzzySet>(FPayload ? FPayload->Intf.Get() : nullptr);
+}
+
+Ref<IFuzzyStreamTokenList> TFuzzyStreamToken::GetList() const {
+  return Query<IFuzzyStreamTokenList>(FPayload ? FPayload->Intf.Get() : nullptr);
+}
+
+TObject* TFuzzyStreamToken::GetObjValue() const { return FPayload ? FPayload->Object : nullptr; }
+
+TFuzzySet* TFuzzyStreamToken::GetFuzzySet() const {
+  return dynamic_cast<TFuzzySet*>(GetObjValue());
+}
+
+void TFuzzyStreamToken::SetIntf(const Ref<IInterface>& value, TFuzzyStreamTokenType kind) {
+  Payload().Intf = value;
+  SetDataType(KindOf(value ? kind : fstNone));
+}
+
+void TFuzzyStreamToken::SetIntfValue(const Ref<IInterface>& value) { SetIntf(value, fstInterface); }
+
+void TFuzzyStreamToken::SetList(const Ref<IFuzzyStreamTokenList>& value) {
+  SetIntf(value, fstList);
+}
+
+void TFuzzyStreamToken::SetFuzzySetIntf(const Ref<IFuzzySet>& value) {
+  SetIntf(value, fstIFuzzySet);
+}
+
+void TFuzzyStreamToken::SetObjValue(TObject* value) {
+  Payload().Object = value;
+  SetDataType(KindOf(value ? fstObject : fstNone));
+}
+
+void TFuzzyStreamToken::SetFuzzySet(TFuzzySet* value) {
+  Payload().Object = value;
+  SetDataType(KindOf(value ? fstFuzzySet : fstNone));
+}
+
+// TFuzzyStreamTokenList
+
+TFuzzyStreamTokenList::~TFuzzyStreamTokenList() {
+  // A nested list would free its own content in turn, one stack frame a level. So the tokens of
+  // lists that go with this one are moved here first and freed in a loop.
+  std::vector<Ref<IFuzzyStreamToken>> doomed = std::move(FTokens.Items());
+  while (!doomed.empty()) {
+    const Ref<IFuzzyStreamToken> token = std::move(doomed.back());
+    doomed.pop_back();
+    auto* last = dynamic_cast<TFuzzyStreamToken*>(token.Get());
+    if (!last || last->GetDataType() != KindOf(fstList) || !last->IsLastReference()) continue;
+    const Ref<IInterface> held = last->GetIntfValue();
+    auto* list = dynamic_cast<TFuzzyStreamTokenList*>(held.Get());
+    last->Payload().Intf = nullptr;
+    if (!list || !list->IsLastReference()) continue;
+    for (auto& item : list->FTokens.Items()) doomed.push_back(std::move(item));
+    list->FTokens.Clear();
+  }
+}
+
+void TFuzzyStreamTokenList::PutBaseStreamToken(int index, const Ref<IBaseStreamToken>& value) {
+  const Ref<IFuzzyStreamToken> token = Query<IFuzzyStreamToken>(value.Get());
+  if (!token)
+    throw EConvertError(FormatText(SAssignError, {TString("token"), TString("IFuzzyStreamToken")}));
+  FTokens.Put(index, token);
+}
+
+TString TFuzzyStreamTokenList::ToString() const {
+  TString text;
+  std::vector<std::pair<const TFuzzyStreamTokenList*, std::size_t>> levels;
+  levels.emplace_back(this, 0);
+  while (!levels.empty()) {
+    auto& [list, next] = levels.back();
+    if (next == list->FTokens.Items().size()) {
+      levels.pop_back();
+      continue;
+    }
+    if (next > 0) text += u' ';
+    const Ref<IFuzzyStreamToken>& token = list->FTokens.Items()[next++];
+    const TFuzzyStreamTokenList* nested = nullptr;
+    if (token->GetDataType() == KindOf(fstList))
+      nested = dynamic_cast<const TFuzzyStreamTokenList*>(token->GetList().Get());
+    if (nested)
+      levels.emplace_back(nested, 0);
+    else
+      text += token->ToString();
+  }
+  return text;
+}
+
+bool TFuzzyStreamTokenList::Equals(const Ref<IFuzzyStreamTokenList>& list) const {
+  if (!list || list->GetValueCount() != GetValueCount()) return false;
+  for (int i = 0; i < GetValueCount(); ++i) {
+    if (!Get(i)->Equals(*list->Get(i))) return false;
+  }
+  return true;
+}
+
+void TFuzzyStreamTokenList::Append(const Ref<IFuzzyStreamTokenList>& list) {
+  const int count = list ? list->GetValueCount() : 0;  // the list may be this one
+  for (int i = 0; i < count; ++i) Add(list->Get(i));
+}
+
+Ref<IFuzzyStreamTokenList> TFuzzyStreamTokenList::Clone() const {
+  const Ref<TFuzzyStreamTokenList> copy = Create();
+  copy->FTokens = FTokens;
+  return copy;
+}
+
+}  // namespace fzy

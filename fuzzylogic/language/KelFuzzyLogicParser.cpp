@@ -1,0 +1,263 @@
+#include "fuzzylogic/language/KelFuzzyLogicParser.h"
+
+#include <vector>
+
+#include "fuzzylogic/common/StringStream.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
+#include "fuzzylogic/interfaces/UniqueID.h"
+#include "fuzzylogic/language/detail/DefinitionReader.h"
+
+namespace fzy {
+namespace {
+
+/// How the reader builds the owned model.
+struct TClassModel {
+  using TVariable = TFuzzyVariable*;
+  using TSet = TFuzzySet*;
+
+  /// A set that a handler may free while the reader works on it.
+  class THeldSet {
+   public:
+    explicit THeldSet(TFuzzySet* set) noexcept : FSet(set), FPin(set) {}
+    TFuzzySet* Get() const noexcept { return FSet && !FSet->IsFreed() ? FSet : nullptr; }
+
+   private:
+    TFuzzySet* FSet;
+    TPin FPin;
+  };
+
+  static TFuzzySet* AddSet(TKelFuzzyLogicParser& /*parser*/, TFuzzyVariable* variable) {
+    return variable->GetItems()->Add();
+  }
+  static void AddPoint(TFuzzySet* set, TFzyFloat x, TFzyFloat y) { set->GetValues()->Add(x, y); }
+  static void NameSet(TFuzzySet* set, const TString& name, const TString& comment) {
+    set->SetName(name);
+    set->SetExpression(name);
+    set->SetComment(comment);
+  }
+  static void FireParseFuzzySet(TKelFuzzyLogicParser& parser, TFuzzyVariable* /*variable*/,
+                                TFuzzySet* set) {
+    FireEvent(parser.GetOnParseFuzzySet(), &parser, set);
+  }
+  static TString ExpressionRefused() { return SFzyExpressionRefused; }
+};
+
+using TClassReader = detail::TDefinitionReader<TClassModel>;
+
+/// Holds a new variable of the component while the reader fills it: inside an update block of the
+/// collection, and outside the collection as long as automatic terms would join it.
+class TNewVariable {
+ public:
+  explicit TNewVariable(TFuzzyLogic& fuzzy)
+      : FFuzzyPin(&fuzzy),
+        FItems(fuzzy.GetItems()),
+        FBlock(*FItems),
+        FVariable(FItems->Add()),
+        FPin(FVariable) {
+    // Freed by a handler of its addition: the text is read all the same, into a stand-in.
+    if (!FVariable) {
+      FStandIn = TOwned<TFuzzyVariable>(TFuzzyVariable::Create());
+      FVariable = FStandIn.Get();
+    } else if (fuzzy.GetAutoTerms()) {
+      FVariable->SetCollection(nullptr);
+      FDetached = true;
+      FVariable->GetItems()->Clear();
+    }
+  }
+
+  TFuzzyVariable* operator->() const noexcept { return FVariable; }
+  TFuzzyVariable* Get() const noexcept { return FVariable; }
+
+  /// Puts the variable back and closes the block; both are done even when a handler throws.
+  void Close() {
+    TFirstException first;
+    if (std::exchange(FDetached, false) && !FVariable->IsFreed() && !FVariable->GetCollection())
+      first.Run([this] { FVariable->SetCollection(FItems); });
+    first.Run([this] { FBlock.Close(); });
+    first.Rethrow();
+  }
+
+  /// The variable, unless a handler freed it.
+  TFuzzyVariable* Result() const noexcept {
+    return FStandIn || FVariable->IsFreed() ? nullptr : FVariable;
+  }
+
+ private:
+  TPin FFuzzyPin;
+  TFuzzyVariables* FItems;
+  TUpdateBlock<TFuzzyVariables> FBlock;
+  TFuzzyVariable* FVariable;
+  TPin FPin;
+  TOwned<TFuzzyVariable> FStandIn;
+  bool FDetached = false;
+};
+
+}  // namespace
+
+/// The tokenizer of one entry point, in force from here to the end of the scope.
+class TKelFuzzyLogicParser::TStreamFrame {
+ public:
+  TStreamFrame(TKelFuzzyLogicParser& parser, const TString& text, const TEncoding* encoding)
+      : FPin(&parser),
+        FParser(parser),
+        FKept(parser.FStream),
+        FStream(parser.CreateStream(std::make_unique<TKelStringStream>(text, encoding), encoding)) {
+    FParser.FStream = FStream.get();
+  }
+  TStreamFrame(const TStreamFrame&) = delete;
+  TStreamFrame& operator=(const TStreamFrame&) = delete;
+  ~TStreamFrame() { FParser.FStream = FKept; }
+
+ private:
+  TPin FPin;
+  TKelFuzzyLogicParser& FParser;
+  TFuzzyLogicTokenStream* FKept;
+  std::unique_ptr<TFuzzyLogicTokenStream> FStream;
+};
+
+// Entry points
+
+void TKelFuzzyLogicParser::ParseFuzzyLogic(const TString& text, const TEncoding* encoding) {
+  if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
+  const TStreamFrame frame(*this, text, encoding);
+  ParseFuzzyLogic();
+}
+
+TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable(const TString& text,
+                                                         const TEncoding* encoding) {
+  if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
+  const TStreamFrame frame(*this, text, encoding);
+  return ParseFuzzyVariable();
+}
+
+TFuzzySet* TKelFuzzyLogicParser::ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
+                                               const TEncoding* encoding) {
+  if (!variable) throw EFzyParseException(SFzyUndefinedVariable);
+  const TStreamFrame frame(*this, text, encoding);
+  return ParseFuzzySet(variable);
+}
+
+TString TKelFuzzyLogicParser::PrettyPrint(TFuzzyVariable* /*fuzzyVariable*/) {
+  throw EFzyParseException(SFzyPrintingRefused);
+}
+
+std::unique_ptr<TFuzzyLogicTokenStream> TKelFuzzyLogicParser::CreateStream(
+    std::unique_ptr<TStream> stream, const TEncoding* encoding) {
+  return std::make_unique<TFuzzyLogicTokenStream>(std::move(stream), encoding);
+}
+
+int TKelFuzzyLogicParser::GetLineNumber() {
+  return FStream ? FStream->GetCurrentToken()->GetLineNumber()
+                 : TCustomFuzzyLogicParser::GetLineNumber();
+}
+
+TString TKelFuzzyLogicParser::GetParsedText() {
+  return FStream ? FStream->ToString() : TCustomFuzzyLogicParser::GetParsedText();
+}
+
+TString TKelFuzzyLogicParser::GetUniqueName() const {
+  return TString("FuzzySet") + TString(std::to_string(GetUniqueID()));
+}
+
+// Reading steps
+
+void TKelFuzzyLogicParser::ParseFuzzyLogic() {
+  for (;;) {
+    const Ref<IFuzzyStreamToken> t = FStream->NextToken();
+    if (detail::IsEnd(*t)) return;
+    if (!detail::IsOpen(*t)) ParseError("ParseFuzzyLogic", SFzyUnexpectedToken, {t->ToString()});
+    FStream->PutBackToken(t);
+    ParseFuzzyVariable();
+  }
+}
+
+Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseHeader(TString& name, TString& comment,
+                                                         bool allowComment, const TString& keyword,
+                                                         const TString& method,
+                                                         const TString& errorMsg) {
+  const Ref<IFuzzyStreamToken> t1 = FStream->NextToken();
+  const Ref<IFuzzyStreamToken> t2 = FStream->NextToken();
+  if (!detail::IsOpen(*t1) || !detail::IsAtom(*t2) || t2->GetText() != keyword)
+    ParseError(method, errorMsg);
+  Ref<IFuzzyStreamToken> t = FStream->NextToken();
+  if (!detail::IsAtom(*t)) ParseError(method, SFzyMissingName);
+  name = t->GetText();
+  comment = TString();
+  t = FStream->NextToken();
+  if (allowComment && t->GetDataType() == detail::KindOf(fstString)) {
+    comment = t->GetText();
+    t = FStream->NextToken();
+  }
+  return t;
+}
+
+TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
+  TString name;
+  TString comment;
+  const Ref<IFuzzyStreamToken> t = ParseHeader(name, comment, true, "deffuzzy",
+                                               "ParseFuzzyVariable", SFzyExpectedFuzzyDefinition);
+  auto* fuzzy = dynamic_cast<TFuzzyLogic*>(GetFuzzyLogic());
+  if (!fuzzy) throw EFzyParseException(SFuzzyLogicNotTFuzzyLogic);
+  TNewVariable variable(*fuzzy);
+  TFirstException first;
+  first.Run([&] {
+    variable->SetName(name);
+    variable->SetComment(comment);
+    TClassReader(*this, *FStream).ReadClauses(variable.Get(), t);
+  });
+  first.Run([&] { variable.Close(); });
+  first.Rethrow();
+  if (variable.Result()) FireEvent(GetOnParseFuzzyVariable(), this, variable.Result());
+  return variable.Result();
+}
+
+TFuzzySet* TKelFuzzyLogicParser::ParseFuzzySet(TFuzzyVariable* variable) {
+  const TPin pinned(variable);
+  return TClassReader(*this, *FStream).ReadSet(variable);
+}
+
+TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyValues(TFuzzyVariable* variable) {
+  return TClassReader(*this, *FStream).ReadValues(variable);
+}
+
+TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyValuePairs(TFuzzyVariable* variable) {
+  return TClassReader(*this, *FStream).ReadValuePairs(variable);
+}
+
+TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyFunction(TFuzzyVariable* variable) {
+  return TClassReader(*this, *FStream).ReadFunction(variable);
+}
+
+TFuzzySet* TKelFuzzyLogicParser::ConvertListToValues(TFuzzySet* fuzzySet,
+                                                     const Ref<IFuzzyStreamTokenList>& list) {
+  const TClassModel::THeldSet held(fuzzySet);
+  TClassReader(*this, *FStream).ConvertList(fuzzySet, list);
+  return held.Get();
+}
+
+Ref<IFuzzyStreamTokenList> TKelFuzzyLogicParser::ParseTokenList() {
+  struct TGroup {
+    Ref<IFuzzyStreamTokenList> List;
+    Ref<IFuzzyStreamToken> Token;  // the "(" that becomes the list's token; none for the outermost
+  };
+  std::vector<TGroup> groups;
+  groups.push_back({TFuzzyStreamTokenList::Create(), nullptr});
+  for (;;) {
+    const Ref<IFuzzyStreamToken> t = FStream->NextToken();
+    if (detail::IsOpen(*t)) {
+      groups.push_back({TFuzzyStreamTokenList::Create(), t});
+    } else if (!detail::IsClose(*t) && !detail::IsEnd(*t)) {
+      groups.back().List->Add(t);
+    } else {
+      FStream->PutBackToken(t);
+      const TGroup done = std::move(groups.back());
+      groups.pop_back();
+      if (groups.empty()) return done.List;
+      FStream->NextToken();  // the nested group's ")"
+      done.Token->SetList(done.List);
+      groups.back().List->Add(done.Token);
+    }
+  }
+}
+
+}  // namespace fzy

@@ -1,0 +1,170 @@
+#pragma once
+
+#include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy::detail {
+
+constexpr int KindOf(TFuzzyStreamTokenType kind) { return static_cast<int>(kind); }
+
+inline bool IsOpen(const IFuzzyStreamToken& token) { return token.GetDataType() == u'('; }
+inline bool IsClose(const IFuzzyStreamToken& token) { return token.GetDataType() == u')'; }
+inline bool IsEnd(const IFuzzyStreamToken& token) { return token.GetDataType() == KindOf(fstNone); }
+inline bool IsAtom(const IFuzzyStreamToken& token) {
+  return token.GetDataType() == KindOf(fstAtom);
+}
+inline bool IsNumber(const IFuzzyStreamToken& token) {
+  return token.GetDataType() == KindOf(fstInteger) || token.GetDataType() == KindOf(fstFloat);
+}
+
+/// The reading steps of a variable and its terms, for one object model. `Model` says how variables
+/// and sets of that model are held while handlers may free them, how a set is added, named and
+/// filled, and which event tells of it. Steps within steps go through the parser, so that its
+/// descendants may override each.
+template <class Model>
+class TDefinitionReader {
+ public:
+  using TVariable = typename Model::TVariable;
+  using TSet = typename Model::TSet;
+
+  TDefinitionReader(TKelFuzzyLogicParser& parser, TFuzzyLogicTokenStream& stream)
+      : FParser(parser), FStream(stream) {}
+
+  /// The clauses of a variable, from the token `t` behind its head to its ")".
+  void ReadClauses(const TVariable& variable, Ref<IFuzzyStreamToken> t) {
+    constexpr const char* method = "ParseFuzzyVariable";
+    while (!IsClose(*t)) {
+      const Ref<IFuzzyStreamToken> keyword = FStream.NextToken();
+      if (!IsOpen(*t)) FParser.ParseError(method, SFzyMissingOpenParens);
+      const TClause clause = FindClause(*keyword);
+      if (!clause)
+        FParser.ParseError(method, SFzyExpectedKeyword, {TString("range, units, or values")});
+      t = (this->*clause)(variable);
+      if (!IsClose(*t)) FParser.ParseError(method, SFzyMissingCloseParens);
+      t = FStream.NextToken();
+    }
+  }
+
+  /// One term.
+  TSet ReadSet(const TVariable& variable) {
+    constexpr const char* method = "ParseFuzzySet";
+    TString name;
+    TString comment;
+    FStream.PutBackToken(
+        FParser.ParseHeader(name, comment, true, "term", method, SFzyExpectedFuzzySet));
+    const typename Model::THeldSet set(FParser.ParseFuzzyValues(variable));
+    if (set.Get()) Model::NameSet(set.Get(), name, comment);
+    if (!IsClose(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingCloseParens);
+    if (set.Get()) Model::FireParseFuzzySet(FParser, variable, set.Get());
+    return set.Get();
+  }
+
+  /// The body of a term, by what it starts with.
+  TSet ReadValues(const TVariable& variable) {
+    const Ref<IFuzzyStreamToken> t1 = FStream.NextToken();
+    if (!IsOpen(*t1)) {
+      FStream.PutBackToken(t1);
+      FParser.ParseTokenList();
+      FParser.ParseError("EvalFuzzyExpression", Model::ExpressionRefused());
+    }
+    const Ref<IFuzzyStreamToken> t2 = FStream.NextToken();
+    FStream.PutBackToken(t2);
+    FStream.PutBackToken(t1);
+    return IsOpen(*t2) ? FParser.ParseFuzzyValuePairs(variable)
+                       : FParser.ParseFuzzyFunction(variable);
+  }
+
+  /// A list of points. What stands where a point's ")" belongs is taken for it.
+  TSet ReadValuePairs(const TVariable& variable) {
+    constexpr const char* method = "ParseFuzzyValuePairs";
+    const typename Model::THeldSet set(Model::AddSet(FParser, variable));
+    if (!IsOpen(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingOpenParens);
+    Ref<IFuzzyStreamToken> t = FStream.NextToken();
+    while (IsOpen(*t)) {
+      const Ref<IFuzzyStreamToken> x = FStream.NextToken();
+      const Ref<IFuzzyStreamToken> y = FStream.NextToken();
+      if (!IsNumber(*x) || !IsNumber(*y)) FParser.ParseError(method, SFzyExpectedNumber);
+      if (set.Get()) Model::AddPoint(set.Get(), x->GetNumber(), y->GetNumber());
+      FStream.NextToken();
+      t = FStream.NextToken();
+    }
+    if (!IsClose(*t)) FParser.ParseError(method, SFzyMissingCloseParens);
+    return set.Get();
+  }
+
+  /// The call of a shape function.
+  TSet ReadFunction(const TVariable& variable) {
+    constexpr const char* method = "ParseFuzzyFunction";
+    if (!IsOpen(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingOpenParens);
+    const Ref<IFuzzyStreamToken> name = FStream.NextToken();
+    if (!IsAtom(*name)) FParser.ParseError(method, SFzyMissingName);
+    const Ref<IFuzzyStreamTokenList> arguments = FParser.ParseTokenList();
+    const typename Model::THeldSet made(Model::AddSet(FParser, variable));
+    const typename Model::THeldSet set(
+        FParser.CalcFuzzyFunction(made.Get(), name->GetText(), arguments));
+    FStream.NextToken();  // taken for the call's ")" whatever it is
+    return set.Get();
+  }
+
+  /// Points from token groups of two numbers each.
+  void ConvertList(const TSet& fuzzySet, const Ref<IFuzzyStreamTokenList>& list) {
+    constexpr const char* method = "ConvertListToValues";
+    const typename Model::THeldSet set(fuzzySet);
+    for (int i = 0; i < list->GetValueCount(); ++i) {
+      const Ref<IFuzzyStreamToken> item = list->Get(i);
+      const Ref<IFuzzyStreamTokenList> pair =
+          item->GetDataType() == KindOf(fstList) ? item->GetList() : nullptr;
+      if (!pair || pair->GetValueCount() != 2)
+        FParser.ParseError(method, SFzyInvalidValuePair, {item->ToString()});
+      if (!FParser.VerifyAll(pair, {fstInteger, fstFloat}))
+        FParser.ParseError(method, SFzyExpectedNumber);
+      if (set.Get())
+        Model::AddPoint(set.Get(), pair->Get(0)->GetNumber(), pair->Get(1)->GetNumber());
+    }
+  }
+
+ private:
+  /// Reads a clause behind its keyword and returns the token that should close it.
+  using TClause = Ref<IFuzzyStreamToken> (TDefinitionReader::*)(const TVariable&);
+
+  static TClause FindClause(const IFuzzyStreamToken& keyword) {
+    if (!IsAtom(keyword)) return nullptr;
+    const std::u16string_view word = keyword.GetText();
+    if (word == u"range") return &TDefinitionReader::ReadRange;
+    if (word == u"units") return &TDefinitionReader::ReadUnits;
+    if (word == u"values") return &TDefinitionReader::ReadTerms;
+    return nullptr;
+  }
+
+  Ref<IFuzzyStreamToken> ReadRange(const TVariable& variable) {
+    const Ref<IFuzzyStreamToken> minimum = FStream.NextToken();
+    const Ref<IFuzzyStreamToken> maximum = FStream.NextToken();
+    if (!IsNumber(*minimum) || !IsNumber(*maximum))
+      FParser.ParseError("ParseFuzzyVariable", SFzyExpectedNumber);
+    variable->SetMinimum(minimum->GetNumber());
+    variable->SetMaximum(maximum->GetNumber());
+    return FStream.NextToken();
+  }
+
+  Ref<IFuzzyStreamToken> ReadUnits(const TVariable& variable) {
+    variable->SetUnits(FStream.NextToken()->ToString());
+    return FStream.NextToken();
+  }
+
+  Ref<IFuzzyStreamToken> ReadTerms(const TVariable& variable) {
+    Ref<IFuzzyStreamToken> t = FStream.NextToken();
+    while (!IsClose(*t)) {
+      FStream.PutBackToken(t);
+      const typename Model::THeldSet set(FParser.ParseFuzzySet(variable));
+      if (set.Get()) set.Get()->SetDefined(true);
+      t = FStream.NextToken();
+    }
+    return t;
+  }
+
+  TKelFuzzyLogicParser& FParser;
+  TFuzzyLogicTokenStream& FStream;
+};
+
+}  // namespace fzy::detail
