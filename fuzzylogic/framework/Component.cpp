@@ -32,13 +32,16 @@ void TComponent::FreeNotification(TComponent* component) {
   if (Is(csDestroying) || component->Is(csDestroying)) return;
   if (std::find(FWatchers.begin(), FWatchers.end(), component) != FWatchers.end()) return;
   FWatchers.push_back(component);
-  component->FWatchers.push_back(this);
+  component->FWatched.push_back(this);
+}
+
+bool TComponent::Unwatch(TComponent* watcher) noexcept {
+  std::erase(watcher->FWatched, this);
+  return std::erase(FWatchers, watcher) > 0;
 }
 
 void TComponent::RemoveFreeNotification(TComponent* component) noexcept {
-  if (!component) return;
-  std::erase(FWatchers, component);
-  std::erase(component->FWatchers, this);
+  if (component && !Unwatch(component)) component->Unwatch(this);
 }
 
 void TComponent::Notification(TComponent* /*component*/, TOperation /*operation*/) {}
@@ -60,10 +63,11 @@ void TComponent::NotifyRemoval(TComponent* watcher) noexcept {
 void TComponent::Destroying() noexcept {
   if (Is(csDestroying)) return;
   FState.Include(csDestroying);
-  while (!FWatchers.empty()) {
-    TComponent* watcher = FWatchers.back();
-    RemoveFreeNotification(watcher);
-    NotifyRemoval(watcher);
+  while (!FWatchers.empty() || !FWatched.empty()) {
+    TComponent* other = (FWatchers.empty() ? FWatched : FWatchers).back();
+    Unwatch(other);
+    other->Unwatch(this);
+    NotifyRemoval(other);
   }
   if (FOwner) {
     std::erase(FOwner->FComponents, this);

@@ -53,6 +53,9 @@ class TComponent : public TPersistent {
   /// Asks that `component` be told by `Notification(this, opRemove)` when this component goes. One
   /// that is on its way out takes no new watchers.
   void FreeNotification(TComponent* component);
+  /// Takes that back. What the other has asked of this one in its turn stays, so that each of two
+  /// components that link to each other may drop its own link; it is taken back only when there is
+  /// nothing else to take back.
   void RemoveFreeNotification(TComponent* component) noexcept;
 
   /// Told when a watched or owned component goes (`opRemove`) or an owned one comes (`opInsert`).
@@ -74,10 +77,12 @@ class TComponent : public TPersistent {
  private:
   void SetState(TComponentStateFlag flag, bool value) noexcept;
   void NotifyRemoval(TComponent* watcher) noexcept;
+  bool Unwatch(TComponent* watcher) noexcept;
 
   TComponent* FOwner;
   std::vector<TComponent*> FComponents;
-  std::vector<TComponent*> FWatchers;  // symmetric: each watches the other's end
+  std::vector<TComponent*> FWatchers;
+  std::vector<TComponent*> FWatched;  // those that have this one among their watchers
   TString FName;
   std::intptr_t FTag = 0;
   TComponentState FState;

@@ -16,6 +16,13 @@ TCustomFuzzyLogic::~TCustomFuzzyLogic() {
   TCustomFuzzyLogic::SetParser(nullptr);
 }
 
+/// An operation that is still running keeps the memory, but nobody tells of the parser's end any
+/// more.
+void TCustomFuzzyLogic::Leave() {
+  TComponent::Leave();
+  TCustomFuzzyLogic::SetParser(nullptr);
+}
+
 void TCustomFuzzyLogic::SetNumFunctionValues(int value) noexcept {
   FNumFunctionValues = std::max(2, value);
 }

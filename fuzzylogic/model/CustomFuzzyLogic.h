@@ -96,6 +96,8 @@ class TCustomFuzzyLogic : public TComponent {
   /// The component's threshold has changed.
   virtual void ThresholdChanged() {}
 
+  void Leave() override;
+
   void RequireParser() const;
   void ParseText(const TString& text);
   /// Whether the model changed since the text was last generated or parsed.

@@ -62,7 +62,10 @@ void TFuzzyLogic::UpdateStrings() {
   const TPin parser(GetParser());
   try {
     TStringList lines;
-    for (TFuzzyVariable* variable : *GetItems()) lines.Add(GetParser()->PrettyPrint(variable));
+    for (TFuzzyVariable* variable : *GetItems()) {
+      RequireParser();  // it may unlink itself meanwhile
+      lines.Add(GetParser()->PrettyPrint(variable));
+    }
     TUpdateBlock block(StoredStrings());
     StoredStrings().Assign(&lines);
     block.Close();
@@ -82,7 +85,7 @@ void TFuzzyLogic::Parse() {
   // Handlers of the removal may have assigned or regenerated another text meanwhile.
   if (StoredStrings().GetText() != text) StoredStrings().SetText(text);
   SetNeedsUpdate(false);
-  first.Run([&] { ParseText(text); });
+  if (!IsFreed()) first.Run([&] { ParseText(text); });
   first.Rethrow();
 }
 

@@ -17,7 +17,8 @@ TCollectionItem* TFuzzySets::AddItem() { return TFuzzySet::Create(this, FSetClas
 TFuzzySet* TFuzzySets::Add() {
   const TPin self(this);
   TFuzzySet* set = TFuzzySet::Create(this, FSetClass);
-  if (set && FVariable) FVariable->FItemIndex = set->GetIndex();
+  // A handler may have filed the set elsewhere.
+  if (set && FVariable && set->GetCollection() == this) FVariable->FItemIndex = set->GetIndex();
   return set;
 }
 
