@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include "fuzzylogic/framework/Text.h"
 
 namespace fzy {
@@ -18,28 +16,25 @@ class TSparseText {
   }
   ~TSparseText() { Drop(); }
 
-  const TString& Get() const noexcept { return *FText; }
-  bool IsEmpty() const noexcept { return FText->empty(); }
+  const TString& Get() const noexcept { return FText ? *FText : Empty; }
+  bool IsEmpty() const noexcept { return !FText; }
   void Set(const TString& text) {
-    const TString* next = text.empty() ? &Empty() : text == Blank() ? &Blank() : new TString(text);
+    if (text.empty() && !FText) return;
+    const bool blank = text.size() == 1 && text[0] == u' ';
+    const TString* next = text.empty() ? nullptr : blank ? &Blank : new TString(text);
     Drop();
     FText = next;
   }
 
  private:
-  static const TString& Empty() noexcept {
-    static const TString text;
-    return text;
-  }
-  static const TString& Blank() noexcept {
-    static const TString text(u" ");
-    return text;
-  }
+  inline static constinit const TString Empty;
+  inline static constinit const TString Blank{1, u' '};
+
   void Drop() noexcept {
-    if (FText != &Empty() && FText != &Blank()) delete FText;
+    if (FText != &Blank) delete FText;
   }
 
-  const TString* FText = &Empty();
+  const TString* FText = nullptr;
 };
 
 }  // namespace fzy

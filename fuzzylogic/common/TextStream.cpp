@@ -62,6 +62,4 @@ TString TGTextStream::GetLine() {
   return line;
 }
 
-bool TGTextStream::IsEof() { return FPutBack.empty() && FPosition == FText.size() && !Fill(); }
-
 }  // namespace fzy

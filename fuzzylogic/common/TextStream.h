@@ -27,7 +27,15 @@ class TGTextStream {
   /// Consumes the rest of the line with its end (CR, LF or CR LF) and returns it without the end.
   virtual TString GetLine();
   /// Nothing left and nothing put back.
-  bool IsEof();
+  bool IsEof() { return FPutBack.empty() && FPosition == FText.size() && !Fill(); }
+
+ protected:
+  /// Shows the next character without consuming it; false at the end.
+  bool Peek(char16_t& ch) {
+    if (IsEof()) return false;
+    ch = FPutBack.empty() ? FText[FPosition] : FPutBack.back();
+    return true;
+  }
 
  private:
   bool Fill();

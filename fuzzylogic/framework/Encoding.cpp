@@ -1,5 +1,6 @@
 #include "fuzzylogic/framework/Encoding.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace fzy {
@@ -39,16 +40,31 @@ TLead ReadLead(std::uint8_t byte) {
   return {-1, 0, 0, 0};
 }
 
+/// Appends the run of ASCII characters that starts at `from` and returns where it ends: most texts
+/// are little else, and a run is copied as a block.
+template <class From, class To>
+std::size_t AppendASCII(From source, std::size_t from, To& target) {
+  const auto foreign = [](auto unit) { return unit < 0 || unit >= 0x80; };
+  const auto first = source.begin() + static_cast<std::ptrdiff_t>(from);
+  const auto last = std::find_if(first, source.end(), foreign);
+  const std::size_t length = static_cast<std::size_t>(last - first);
+  const std::size_t old = target.size();
+  target.resize(old + length);
+  std::transform(first, last, target.begin() + static_cast<std::ptrdiff_t>(old),
+                 [](auto unit) { return static_cast<typename To::value_type>(unit); });
+  return from + length;
+}
+
 class TUTF8Encoding final : public TEncoding {
  public:
   void Encode(std::u16string_view text, std::string& bytes) const override {
     bytes.reserve(bytes.size() + text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-      std::uint32_t code = text[i];
-      if (code < 0x80) {
-        bytes += static_cast<char>(code);
+      if (text[i] < 0x80) {
+        i = AppendASCII(text, i, bytes) - 1;
         continue;
       }
+      std::uint32_t code = text[i];
       if (IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
         code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00U);
       } else if (IsHighSurrogate(text[i]) || IsLowSurrogate(text[i])) {
@@ -62,10 +78,8 @@ class TUTF8Encoding final : public TEncoding {
     text.reserve(text.size() + bytes.size());
     std::size_t i = 0;
     while (i < bytes.size()) {
-      const auto byte = static_cast<std::uint8_t>(bytes[i]);
-      if (byte < 0x80) {
-        text += static_cast<char16_t>(byte);
-        ++i;
+      if (static_cast<std::uint8_t>(bytes[i]) < 0x80) {
+        i = AppendASCII(bytes, i, text);
         continue;
       }
       const std::size_t used = DecodeSequence(bytes.substr(i), last, text);

@@ -56,6 +56,9 @@ class Ref {
   Ref(const Ref& other) noexcept : Ref(other.FObject) {}
   Ref(Ref&& other) noexcept : FObject(std::exchange(other.FObject, nullptr)) {}
   template <class Other>
+  requires std::is_convertible_v<Other*, I*> Ref(Ref<Other>&& other)
+  noexcept : FObject(other.Detach()) {}
+  template <class Other>
   requires std::is_convertible_v<Other*, I*> Ref(const Ref<Other>& other)
   noexcept : Ref(static_cast<I*>(other.Get())) {}
   Ref& operator=(Ref other) noexcept {
@@ -72,6 +75,9 @@ class Ref {
     result.FObject = counted;
     return result;
   }
+
+  /// Gives the counted pointer up.
+  I* Detach() noexcept { return std::exchange(FObject, nullptr); }
 
   I* Get() const noexcept { return FObject; }
   I* operator->() const noexcept { return FObject; }

@@ -25,7 +25,7 @@ class TString {
   TString(const char16_t* units) : FUnits(units) {}
   TString(std::u16string_view units) : FUnits(units) {}
   TString(std::u16string units) noexcept : FUnits(std::move(units)) {}
-  TString(std::size_t count, char16_t unit) : FUnits(count, unit) {}
+  constexpr TString(std::size_t count, char16_t unit) : FUnits(count, unit) {}
 
   std::size_t size() const noexcept { return FUnits.size(); }
   bool empty() const noexcept { return FUnits.empty(); }
@@ -49,6 +49,10 @@ class TString {
   /// The text without leading and trailing units of code 32 or below.
   TString Trim() const;
 
+  TString& operator=(std::u16string_view units) {
+    FUnits = units;
+    return *this;
+  }
   TString& operator+=(std::u16string_view text) {
     FUnits += text;
     return *this;
@@ -58,6 +62,8 @@ class TString {
     return *this;
   }
   void Reserve(std::size_t count) { FUnits.reserve(count); }
+  /// Empties the text and keeps its memory.
+  void Clear() noexcept { FUnits.clear(); }
 
   friend TString operator+(TString left, const TString& right) {
     left.FUnits += right.FUnits;

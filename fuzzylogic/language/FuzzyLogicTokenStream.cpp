@@ -1,6 +1,7 @@
 #include "fuzzylogic/language/FuzzyLogicTokenStream.h"
 
 #include <algorithm>
+#include <array>
 
 #include "fuzzylogic/common/CommonMessages.h"
 #include "fuzzylogic/common/HelperFunctions.h"
@@ -24,8 +25,12 @@ bool IsPunctuation(int ch) {
 }
 
 bool EndsWord(char16_t ch) {
-  constexpr std::u16string_view characters = u"[]()&;<\"|~";
-  return characters.find(ch) != TString::npos;
+  static constexpr auto ends = [] {
+    std::array<bool, 128> table{};
+    for (const char16_t end : std::u16string_view(u"[]()&;<\"|~")) table[end] = true;
+    return table;
+  }();
+  return ch < ends.size() && ends[ch];
 }
 
 bool IsKind(const IFuzzyStreamToken& token, int kind) { return token.GetDataType() == kind; }
@@ -99,14 +104,17 @@ bool TFuzzyLogicTokenStream::SkipInLineSpaces() {
 }
 
 void TFuzzyLogicTokenStream::SkipBlanksAndComments() {
-  for (;;) {
-    while (SkipInLineSpaces() && !IsEof()) {
+  char16_t ch = 0;
+  while (Peek(ch)) {
+    if (IsBlank(ch)) {
+      SkipInLineSpaces();
+    } else if (ch == FCommentChar) {
+      GetChar(ch);
+      FWhiteSpace += ch;
+      GetLine();
+    } else {
+      return;
     }
-    char16_t ch = 0;
-    if (!GetChar(ch)) return;
-    if (ch != FCommentChar) return PutBack(ch);
-    FWhiteSpace += ch;
-    GetLine();
   }
 }
 
@@ -128,50 +136,56 @@ TString TFuzzyLogicTokenStream::ReadString(const TString& prefix) {
 
 // Tokens
 
-Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::BuildNextToken() {
-  FText = TString();
+/// Reads the next raw token into `FText`, `FTokenLine` and `FWhiteSpace`; the result is the kind
+/// that `FinishToken` makes of it.
+int TFuzzyLogicTokenStream::ScanToken() {
+  FText.Clear();
   SkipBlanksAndComments();
-  if (IsEof()) return FinishToken(EndType, FText);
+  FTokenLine = FLineNumber;
+  if (IsEof()) return EndType;
   const char16_t ch = GetChar();
   if (ch == FQuoteChar) {
     FText = ReadString(FText);
-    return FinishToken(StringType, FText);
+    FTokenLine = FLineNumber;
+    return StringType;
   }
   FText += ch;
-  return IsPunctuation(ch) ? FinishToken(ch, FText) : BuildWord();
+  return IsPunctuation(ch) ? ch : ScanWord();
 }
 
-Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::BuildWord() {
+int TFuzzyLogicTokenStream::ScanWord() {
   for (;;) {
-    const int line = FLineNumber;
-    if (IsEof()) return FinishToken(EndType, FText);
+    FTokenLine = FLineNumber;  // a line feed that ends the word is counted, but not for the word
+    if (IsEof()) return EndType;
     char16_t ch = GetChar();
     if (IsBlank(ch)) {
       FWhiteSpace += ch;
-      const Ref<IFuzzyStreamToken> token = FinishToken(WordType, FText);
-      token->SetLineNumber(line);
       // A carriage return ends the line here unless the line feed of a pair still follows.
-      if (ch == u'\r' && GetChar(ch)) {
-        if (ch != u'\n') ++FLineNumber;
-        PutBack(ch);
-      }
-      return token;
+      if (ch == u'\r' && !(Peek(ch) && ch == u'\n')) ++FLineNumber;
+      return WordType;
     }
     if (EndsWord(ch)) {
       PutBack(ch);
-      return FinishToken(WordType, FText);
+      return WordType;
     }
     if (ch == FEscapeChar) {
-      if (IsEof()) return FinishToken(EndType, FText);
+      if (IsEof()) return EndType;
       ch = GetChar();
     }
     FText += ch;
   }
 }
 
+Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::BuildNextToken() {
+  const int type = ScanToken();
+  Ref<IFuzzyStreamToken> token = FinishToken(type, FText);
+  token->SetLineNumber(FTokenLine);
+  return token;
+}
+
 Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::FinishToken(int tokenType, const TString& text) {
   if (tokenType == EndType && !text.empty()) return FinishToken(WordType, text);
-  const Ref<TFuzzyStreamToken> token = TFuzzyStreamToken::Create();
+  Ref<TFuzzyStreamToken> token = TFuzzyStreamToken::Create();
   token->SetLineNumber(FLineNumber);
   if (tokenType == WordType) {
     Classify(text, *token);
@@ -191,29 +205,30 @@ Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::FinishToken(int tokenType, const 
                              FLineNumber);
   }
   token->SetWhitespace(FWhiteSpace);
-  FWhiteSpace = TString();
+  FWhiteSpace.Clear();
   return token;
 }
 
 bool TFuzzyLogicTokenStream::PrepareSExp() {
   FEcho.Rewind();
-  FTempStack.clear();  // what an unterminated string left behind
   int depth = 0;
-  do {
-    FTempStack.push_back(BuildNextToken());
-    const IFuzzyStreamToken& token = *FTempStack.back();
-    if (IsKind(token, KindOf(fstNone))) break;
-    depth += IsKind(token, u'(') ? 1 : IsKind(token, u')') ? -1 : 0;
-  } while (depth != 0);
-  // The first token read comes to the top. A large construct is turned around in place.
-  std::reverse(FTempStack.begin(), FTempStack.end());
-  if (FStack.empty()) {
-    FStack.swap(FTempStack);
-  } else {
-    FStack.insert(FStack.end(), FTempStack.begin(), FTempStack.end());
-    FTempStack.clear();
+  for (;;) {
+    const int type = ScanToken();
+    const bool end = type == EndType && FText.empty();
+    depth += type == u'(' ? 1 : type == u')' ? -1 : 0;
+    FBuffer.Push(type, FTokenLine, FText, FWhiteSpace);
+    FWhiteSpace.Clear();
+    if (end || depth == 0) return true;
   }
-  return true;
+}
+
+Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::TakeBuffered() {
+  FText = FBuffer.GetText();
+  FWhiteSpace = FBuffer.GetWhitespace();
+  Ref<IFuzzyStreamToken> token = FinishToken(FBuffer.GetType(), FText);
+  token->SetLineNumber(FBuffer.GetLine());
+  FBuffer.Pop();
+  return token;
 }
 
 void TFuzzyLogicTokenStream::CountParenthesis(const IFuzzyStreamToken& token,
@@ -223,14 +238,18 @@ void TFuzzyLogicTokenStream::CountParenthesis(const IFuzzyStreamToken& token,
 }
 
 Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::NextToken() {
-  if (FStack.empty()) PrepareSExp();
-  Ref<IFuzzyStreamToken> token = std::move(FStack.back());
-  FStack.pop_back();
+  Ref<IFuzzyStreamToken> token;
+  if (FStack.empty()) {
+    if (FBuffer.IsEmpty()) PrepareSExp();
+    token = TakeBuffered();
+  } else {
+    token = std::move(FStack.back());
+    FStack.pop_back();
+  }
   if (FCurrentToken && FCurrentToken->GetLineNumber() < token->GetLineNumber())
-    FEcho.Write(u"\r\n");
+    FEcho.WriteLineBreak();
   FCurrentToken = token;
-  FEcho.Write(token->ToString());
-  FEcho.Write(u" ");
+  FEcho.Write(*token);
   CountParenthesis(*token, 1);
   return token;
 }
@@ -238,13 +257,14 @@ Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::NextToken() {
 void TFuzzyLogicTokenStream::PutBackToken(const Ref<IFuzzyStreamToken>& token) {
   FStack.push_back(token);
   FCurrentToken = token;
-  FEcho.TakeBack(token->ToString().size());
+  FEcho.TakeBack(*token);
   CountParenthesis(*token, -1);
 }
 
 TString TFuzzyLogicTokenStream::Head() {
   const Ref<IFuzzyStreamToken> token = NextToken();
-  if (!IsKind(*token, u'(') || FStack.empty()) return {};
+  if (!IsKind(*token, u'(') || (FStack.empty() && FBuffer.IsEmpty())) return {};
+  if (FStack.empty()) FStack.push_back(TakeBuffered());
   const Ref<IFuzzyStreamToken> head = FStack.back();
   PutBackToken(token);
   if (IsKind(*head, KindOf(fstAtom)))
@@ -264,6 +284,7 @@ Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::GetCurrentToken() {
 
 void TFuzzyLogicTokenStream::Clear() {
   FStack.clear();
+  FBuffer.Clear();
   FEcho.Rewind();
 }
 

@@ -4,14 +4,15 @@
 
 #include "fuzzylogic/common/TextStream.h"
 #include "fuzzylogic/language/FuzzyStreamToken.h"
+#include "fuzzylogic/language/TokenBuffer.h"
 #include "fuzzylogic/language/TokenEcho.h"
 
 namespace fzy {
 
 /// Turns definition text into tokens. Tokens are handed out one balanced construct at a time:
 /// before the first token of a parenthesised group is seen, the whole group has been read and
-/// buffered, 72 bytes a token and more for words longer than a few characters. Lines are counted
-/// from 1.
+/// buffered, in 16 bytes a token and 2 for each of its characters and of the blanks before it.
+/// Lines are counted from 1.
 ///
 /// A character of code 32 or below is a blank. ( ) [ ] = & | ~ are tokens of their own where a
 /// token starts; "..." is a string, in which the escape character "\" takes the next one literally;
@@ -70,13 +71,16 @@ class TFuzzyLogicTokenStream : public TGTextStream {
   TString ToString() const { return FEcho.ToString(); }
 
  private:
+  int ScanToken();
+  int ScanWord();
   void SkipBlanksAndComments();
-  Ref<IFuzzyStreamToken> BuildWord();
+  Ref<IFuzzyStreamToken> TakeBuffered();
   void CountParenthesis(const IFuzzyStreamToken& token, int direction) noexcept;
 
-  std::vector<Ref<IFuzzyStreamToken>> FStack;      // the top is the next token
-  std::vector<Ref<IFuzzyStreamToken>> FTempStack;  // while one construct is read
+  TTokenBuffer FBuffer;                        // the rest of the construct that was read
+  std::vector<Ref<IFuzzyStreamToken>> FStack;  // tokens put back; the top is the next token
   int FLineNumber = 1;
+  int FTokenLine = 1;
   TString FText;
   TTokenEcho FEcho;
   Ref<IFuzzyStreamToken> FCurrentToken;

@@ -174,7 +174,7 @@ void TKelFuzzyLogicParser::ParseFuzzyLogic() {
 Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseHeader(TString& name, TString& comment,
                                                          bool allowComment, const TString& keyword,
                                                          const TString& method,
-                                                         const TString& errorMsg) {
+                                                         const TMessage& errorMsg) {
   const Ref<IFuzzyStreamToken> t1 = FStream->NextToken();
   const Ref<IFuzzyStreamToken> t2 = FStream->NextToken();
   if (!detail::IsOpen(*t1) || !detail::IsAtom(*t2) || t2->GetText() != keyword)
@@ -192,10 +192,12 @@ Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseHeader(TString& name, TString&
 }
 
 TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
+  static const TString keyword = "deffuzzy";
+  static const TString method = "ParseFuzzyVariable";
   TString name;
   TString comment;
-  const Ref<IFuzzyStreamToken> t = ParseHeader(name, comment, true, "deffuzzy",
-                                               "ParseFuzzyVariable", SFzyExpectedFuzzyDefinition);
+  const Ref<IFuzzyStreamToken> t =
+      ParseHeader(name, comment, true, keyword, method, SFzyExpectedFuzzyDefinition);
   auto* fuzzy = dynamic_cast<TFuzzyLogic*>(GetFuzzyLogic());
   if (!fuzzy) throw EFzyParseException(SFuzzyLogicNotTFuzzyLogic);
   TNewVariable variable(*fuzzy);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fuzzylogic/framework/Message.h"
 #include "fuzzylogic/language/FuzzyLogicParserBase.h"
 #include "fuzzylogic/language/FuzzyLogicTokenStream.h"
 
@@ -58,7 +59,7 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   /// The head "( keyword name" with an optional comment; returns the token behind it.
   virtual Ref<IFuzzyStreamToken> ParseHeader(TString& name, TString& comment, bool allowComment,
                                              const TString& keyword, const TString& method,
-                                             const TString& errorMsg);
+                                             const TMessage& errorMsg);
   /// The tokens up to the end of the current group, nested groups as list tokens; the closing ")"
   /// stays.
   Ref<IFuzzyStreamTokenList> ParseTokenList();

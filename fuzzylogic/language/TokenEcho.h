@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fuzzylogic/framework/Text.h"
+#include "fuzzylogic/language/FuzzyStreamToken.h"
 
 namespace fzy {
 
@@ -10,14 +10,17 @@ namespace fzy {
 class TTokenEcho {
  public:
   void Rewind() noexcept { FPosition = 0; }
-  void Write(std::u16string_view text);
-  /// Takes back a token of `length` units and the blank behind it: cuts the text there, drops
-  /// blanks and line breaks at its end, and closes it with one blank. The cost is that of what is
-  /// cut.
-  void TakeBack(std::size_t length);
+  /// Writes the token's text and a blank.
+  void Write(const IFuzzyStreamToken& token);
+  void WriteLineBreak() { Write(u"\r\n"); }
+  /// Takes a token back that was written last: cuts the text before it, drops blanks and line
+  /// breaks at its end, and closes it with one blank. The cost is that of what is cut.
+  void TakeBack(const IFuzzyStreamToken& token);
   TString ToString() const { return std::u16string_view(FText); }
 
  private:
+  void Write(std::u16string_view text);
+
   std::u16string FText;
   std::size_t FPosition = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string_view>
 
 #include "fuzzylogic/framework/Text.h"
 #include "fuzzylogic/vocabulary/FuzzyTypes.h"
@@ -10,12 +11,12 @@ namespace fzy {
 // The words of the definition language. All look-ups compare exactly and case-sensitively, take the
 // first equal entry of a table, and never raise: an unknown word gives false.
 
-using TFuzzyCorrelationMethodNames = std::array<const char16_t*, 2>;
-using TFuzzyInferenceMethodNames = std::array<const char16_t*, 5>;
-using TFuzzyHedgeNames = std::array<const char16_t*, 20>;
-using TBaseFuzzyHedgeNames = std::array<const char16_t*, 9>;
+using TFuzzyCorrelationMethodNames = std::array<std::u16string_view, 2>;
+using TFuzzyInferenceMethodNames = std::array<std::u16string_view, 5>;
+using TFuzzyHedgeNames = std::array<std::u16string_view, 20>;
+using TBaseFuzzyHedgeNames = std::array<std::u16string_view, 9>;
 using TFuzzyHedgeModifiers = std::array<TFzyFloat, 20>;
-using TFuzzyOperationKeywords = std::array<const char16_t*, 7>;
+using TFuzzyOperationKeywords = std::array<std::u16string_view, 7>;
 
 /// The words of the hedges ("very"), and the numeric parameter of each (0 where it takes none).
 extern const TFuzzyHedgeNames HedgeNames;

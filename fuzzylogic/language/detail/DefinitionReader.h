@@ -48,11 +48,12 @@ class TDefinitionReader {
 
   /// One term.
   TSet ReadSet(const TVariable& variable) {
-    constexpr const char* method = "ParseFuzzySet";
+    static const TString method = "ParseFuzzySet";
+    static const TString keyword = "term";
     TString name;
     TString comment;
     FStream.PutBackToken(
-        FParser.ParseHeader(name, comment, true, "term", method, SFzyExpectedFuzzySet));
+        FParser.ParseHeader(name, comment, true, keyword, method, SFzyExpectedFuzzySet));
     const typename Model::THeldSet set(FParser.ParseFuzzyValues(variable));
     if (set.Get()) Model::NameSet(set.Get(), name, comment);
     if (!IsClose(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingCloseParens);
