@@ -4,6 +4,7 @@
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzyOperators.h"
+#include "fuzzylogic/engine/FuzzyPointWalk.h"
 #include "fuzzylogic/engine/FuzzySet.h"
 #include "fuzzylogic/framework/StringList.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
