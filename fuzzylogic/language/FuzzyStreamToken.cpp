@@ -196,4 +196,10 @@ Ref<IFuzzyStreamTokenList> TFuzzyStreamTokenList::Clone() const {
   return copy;
 }
 
+void TFuzzyStreamTokenList::Assign(const Ref<IFuzzyStreamTokenList>& source) {
+  const Ref<TFuzzyStreamTokenList> copy = Create();
+  copy->Append(source);
+  std::swap(FTokens, copy->FTokens);
+}
+
 }  // namespace fzy

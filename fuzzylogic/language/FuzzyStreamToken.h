@@ -145,6 +145,8 @@ class TFuzzyStreamTokenList final : public TInterfaced<IFuzzyStreamTokenList> {
   int Remove(const Ref<IFuzzyStreamToken>& item) override { return FTokens.Remove(item); }
   /// A new list of the same tokens.
   Ref<IFuzzyStreamTokenList> Clone() const;
+  /// Holds the tokens of `source` instead of its own.
+  void Assign(const Ref<IFuzzyStreamTokenList>& source);
 
  private:
   TFuzzyStreamTokenList() = default;
