@@ -116,12 +116,12 @@ void TFuzzySetValues::TrimSameX(TFuzzySetValue* value) {
 void TFuzzySetValues::CleanGroup(TFuzzySetValue* value) {
   if (GetCount() < 2 || !Holds(value)) return;
   const TFzyFloat x = value->GetX();
-  const int start = SkipX(value->GetIndex(), x, -1) + 1;
+  const auto start = [&] { return SkipX(value->GetIndex(), x, -1) + 1; };
   const auto inGroup = [&](int i) {
     return i < GetCount() && FloatEquals(FPoints[static_cast<std::size_t>(i)].X, x);
   };
   TFirstException first;
-  int i = start + 1;
+  int i = start() + 1;
   while (inGroup(i)) {
     const auto at = FPoints.begin() + i;
     if (!SamePoint(*at, *(at - 1))) {
@@ -131,10 +131,13 @@ void TFuzzySetValues::CleanGroup(TFuzzySetValue* value) {
     first.Run([&] { Delete(value->GetIndex() == i - 1 ? i : i - 1); });
     if (!Holds(value) || value->GetX() != x) return first.Rethrow();
   }
-  if (i - start > 3) {
+  // Counted anew: the list may have been cleaned up as a whole when it told of a deletion.
+  const int index = value->GetIndex();
+  int end = index;
+  while (inGroup(end)) ++end;
+  if (end - start() > 3) {
     // The point before the changed one gives way; where that is another X's, the one after it.
-    const int index = value->GetIndex();
-    first.Run([&] { Delete(index > start ? index - 1 : index + 1); });
+    first.Run([&] { Delete(index > start() ? index - 1 : index + 1); });
   }
   first.Rethrow();
 }
