@@ -19,7 +19,7 @@ void TGCollectionItem::Unwatch(TGCollectionItem* item) noexcept {
 }
 
 void TGCollectionItem::FreeNotification(TGCollectionItem* item) {
-  if (!item || item == this) return;
+  if (!item || item == this || IsFreed() || item->IsFreed()) return;
   RemoveFreeNotification(item);
   Watch(item);
   item->Watch(this);

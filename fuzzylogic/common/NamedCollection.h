@@ -11,7 +11,8 @@ namespace fzy {
 /// A collection item whose end others may watch.
 class TGCollectionItem : public TCollectionItem {
  public:
-  /// Asks that `item` be told by `Notification(this, opRemove)` when this item is freed.
+  /// Asks that `item` be told by `Notification(this, opRemove)` when this item is freed. One that
+  /// was freed already takes no new watchers.
   void FreeNotification(TGCollectionItem* item);
   void RemoveFreeNotification(TGCollectionItem* item) noexcept;
   /// Told when a watched item goes. The watched item has left its collection but is still whole.
