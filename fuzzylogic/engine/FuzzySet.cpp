@@ -43,7 +43,9 @@ void TFuzzySet::Build(TFuzzySetCollection* collection) {
 TFuzzySetValues* TFuzzySet::CreateValues() { return new TFuzzySetValues(this); }
 
 TFuzzySet::~TFuzzySet() {
-  if (FValues) FValues->Free();
+  if (!FValues) return;
+  FValues->FFuzzySet = nullptr;  // an operation of the list may still be running
+  FValues->Free();
 }
 
 TOwned<TFuzzySet> TFuzzySet::NewInstance() const {

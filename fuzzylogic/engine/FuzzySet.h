@@ -352,7 +352,7 @@ class TFuzzySet : public TGCollectionItem {
   TFuzzySet* CombineBy(TFuzzySet* other, const TString& keyword,
                        TFzyFloat (*formula)(TFzyFloat, TFzyFloat));
   void ComplementBeyond(bool above);
-  void ApplySlightly();
+  bool ApplySlightly();
 
   TFuzzySurroundings* FSurroundings = nullptr;
   TFuzzySetValues* FValues = nullptr;

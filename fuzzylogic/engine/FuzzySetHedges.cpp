@@ -108,7 +108,7 @@ TFuzzySet* TFuzzySet::DoHedge(TFuzzyHedge hedgeType) {
       ComplementBeyond(hedgeType == fhAbove);
       break;
     case Slightly:
-      ApplySlightly();
+      if (!ApplySlightly()) return nullptr;
       break;
     case TTransformation::Normalize:
       Normalize();
@@ -230,12 +230,15 @@ void TFuzzySet::ComplementBeyond(bool above) {
   block.Close();
 }
 
-void TFuzzySet::ApplySlightly() {
+/// False when a handler freed the combination at once; the set is unchanged then. Temporary sets
+/// that were freed are kept by their handles and serve all the same.
+bool TFuzzySet::ApplySlightly() {
   if (FValues->GetCount() == 0)
     FValues->GetMaxValue();  // as `Normalize` would, before sets are made
   TFuzzySetCollection* siblings = Siblings();
   const TPin pinned(siblings);
   if (siblings) siblings->BeginUpdate();
+  bool applied = false;
   TFirstException first;
   first.Run([&] {
     TOwned<TFuzzySet> a = NewInstance();
@@ -247,8 +250,9 @@ void TFuzzySet::ApplySlightly() {
     a->Hedge(fhNot);
     b->Assign(this);
     b->Hedge(fhPlus);
-    TOwned<TFuzzySet> c(b->Intersection(a.Get()));
-    if (!a || !b || !c) return;  // freed by a handler
+    TOwned<TFuzzySet> c(b->Intersection(&*a));
+    applied = static_cast<bool>(c);
+    if (!applied) return;
     c->Hedge(fhNormalize);
     c->Hedge(fhPositively);
     first.Run([&] { FValues->Assign(c->FValues); });
@@ -258,6 +262,7 @@ void TFuzzySet::ApplySlightly() {
   });
   if (siblings) first.Run([&] { siblings->EndUpdate(); });
   first.Rethrow();
+  return applied;
 }
 
 }  // namespace fzy

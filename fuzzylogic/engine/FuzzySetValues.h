@@ -124,6 +124,7 @@ class TFuzzySetValues : public TGCollection {
   void ClearItems() override;
 
  private:
+  friend class TFuzzySet;
   friend class TFuzzySetValue;
   friend class detail::TPointWriter;
   friend class detail::TResampler;
