@@ -1,0 +1,412 @@
+#include <functional>
+#include <memory>
+#include <set>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "fuzzylogic/engine/FuzzyCurve.h"
+#include "tests/model/EventRecorder.h"
+#include "tests/model/TestParser.h"
+
+// What handlers may do: one table of deeds, done at every event of a table of operations.
+
+namespace fzy {
+namespace {
+
+using test::TEventRecorder;
+using test::TTestParser;
+
+struct EOops : std::exception {};
+
+int Alive = 0;  // counted objects whose memory has not been given back
+
+template <class Base>
+class TCounted : public Base {
+ public:
+  template <class... Args>
+  explicit TCounted(Args... args) : Base(args...) {
+    ++Alive;
+  }
+  ~TCounted() override { --Alive; }
+};
+
+class TCountedSet final : public TCounted<TFuzzySet> {
+ public:
+  static TFuzzySetClass Class() {
+    static constexpr TFuzzySetDescriptor descriptor{"TCountedSet",
+                                                    []() -> TFuzzySet* { return new TCountedSet; }};
+    return &descriptor;
+  }
+  TFuzzySetClass GetClass() const override { return Class(); }
+};
+
+class TCountedVariable final : public TCounted<TFuzzyVariable> {
+ public:
+  static TFuzzyVariableClass Class() {
+    static constexpr TFuzzyVariableDescriptor descriptor{
+        "TCountedVariable", []() -> TFuzzyVariable* { return new TCountedVariable; }};
+    return &descriptor;
+  }
+  TFuzzyVariableClass GetClass() const override { return Class(); }
+};
+
+class TCountedLogic final : public TCounted<TFuzzyLogic> {
+ public:
+  TCountedLogic() {
+    static constexpr TFuzzyVariablesDescriptor descriptor{
+        "TFuzzyVariables", [](TFuzzyLogic* fuzzy) {
+          return new TFuzzyVariables(fuzzy, TCountedVariable::Class(), TCountedSet::Class());
+        }};
+    FItemsClass = &descriptor;
+  }
+};
+
+/// A component on the heap with a parser; both may go at any moment, which this object notices.
+class TWorld final : public TComponent {
+ public:
+  TWorld() {
+    Fuzzy->FreeNotification(this);
+    Parser->FreeNotification(this);
+    Parser->SetFuzzyLogic(Fuzzy);
+    Fuzzy->SetParser(Parser);
+    TFuzzyVariable* a = Fuzzy->GetItems()->Add("a");
+    a->SetMaximum(10);
+    Add(a, "low", {{0, 1}, {5, 0}});
+    Add(a, "mid", {{2, 0}, {5, 1}, {8, 0}});
+    Add(a, "old", {{5, 0}, {10, 1}});
+    Add(Fuzzy->GetItems()->Add("b"), "x", {{0, 0}, {1, 1}});
+    Outside =
+        TOwned(TFuzzyVariable::Create(nullptr, TCountedSet::Class(), TCountedVariable::Class()));
+    Add(Outside.Get(), "only", {{0, 1}});
+    Recorder = std::make_unique<TEventRecorder>(*Fuzzy);
+  }
+  ~TWorld() override {
+    if (Product && !Product->GetCollection()) Product->Free();
+    TakenOut.clear();
+    Outside.Reset();
+    if (Fuzzy) Fuzzy->Free();
+    if (Parser) Parser->Free();
+  }
+  TString ClassName() const override { return "TWorld"; }
+
+  void Notification(TComponent* component, TOperation operation) override {
+    if (operation != opRemove) return;
+    if (component == Fuzzy) Fuzzy = nullptr;
+    if (component == Parser) Parser = nullptr;
+  }
+
+  static TFuzzySet* Add(TFuzzyVariable* variable, const char* name,
+                        std::initializer_list<TFuzzyPoint> points) {
+    TFuzzySet* set = variable->GetItems()->Add(name);
+    for (const TFuzzyPoint& point : points) set->GetValues()->Add(point.X, point.Y);
+    return set;
+  }
+  TFuzzyVariable* Variable(int index) const { return Fuzzy->GetItems()->GetItem(index); }
+  TFuzzySet* Set(int index) const { return Variable(0)->GetItems()->GetItem(index); }
+
+  TFuzzyLogic* Fuzzy = new TCountedLogic;
+  TTestParser* Parser = new TTestParser;
+  std::unique_ptr<TEventRecorder> Recorder;
+  std::unique_ptr<TEventRecorder> Replaced;
+  TOwned<TFuzzyVariable> Outside;                // in no component
+  std::vector<TOwned<TFuzzyVariable>> TakenOut;  // by handlers
+  TFuzzySet* Product = nullptr;                  // what the operation returned
+};
+
+// Operations. Each is one call of the library, so that all the handler spoils is spoilt below it.
+
+struct TOperationCase {
+  const char* Name;
+  void (*Do)(TWorld& w);
+};
+
+const TOperationCase Operations[] = {
+    {"add variable", [](TWorld& w) { w.Fuzzy->GetItems()->Add("new"); }},
+    {"add variable and terms",
+     [](TWorld& w) {
+       w.Fuzzy->SetAutoTerms(true);
+       w.Fuzzy->GetItems()->Insert(0);
+     }},
+    {"rename variable", [](TWorld& w) { w.Variable(0)->SetName("new"); }},
+    {"free variable", [](TWorld& w) { w.Variable(0)->Free(); }},
+    {"clear variables", [](TWorld& w) { w.Fuzzy->GetItems()->Clear(); }},
+    {"assign variable", [](TWorld& w) { w.Variable(1)->Assign(w.Variable(0)); }},
+    {"take variable out",
+     [](TWorld& w) {
+       TFuzzyVariable* variable = w.Variable(0);
+       w.TakenOut.emplace_back(variable);
+       variable->SetCollection(nullptr);
+     }},
+    {"put variable in",
+     [](TWorld& w) {
+       w.Fuzzy->SetAutoTerms(true);
+       w.Outside->SetCollection(w.Fuzzy->GetItems());
+     }},
+    {"assign variables",
+     [](TWorld& w) {
+       TFuzzyVariables source;
+       TWorld::Add(source.Add("c"), "y", {{0, 0.5}});
+       TWorld::Add(source.Add("d"), "z", {{0, 0.5}});
+       w.Fuzzy->SetItems(&source);
+     }},
+    {"add set", [](TWorld& w) { w.Product = w.Variable(0)->GetItems()->Add("new"); }},
+    {"insert set", [](TWorld& w) { w.Product = w.Variable(0)->GetItems()->Insert(0); }},
+    {"delete set", [](TWorld& w) { w.Variable(0)->GetItems()->Delete(2); }},
+    {"assign sets", [](TWorld& w) { w.Variable(1)->SetItems(w.Variable(0)->GetItems()); }},
+    {"move set", [](TWorld& w) { w.Set(0)->SetCollection(w.Variable(1)->GetItems()); }},
+    {"shape set", [](TWorld& w) { w.Set(0)->SetSetType(fstPICurve); }},
+    {"add point", [](TWorld& w) { w.Set(1)->GetValues()->Add(4, 0.5); }},
+    {"move point", [](TWorld& w) { w.Set(1)->GetValues()->GetItem(0)->SetX(8); }},
+    {"append points", [](TWorld& w) { w.Set(0)->GetValues()->Append(w.Set(2)->GetValues()); }},
+    {"slightly", [](TWorld& w) { w.Product = w.Set(1)->Hedge(fhSlightly); }},
+    {"assert rule",
+     [](TWorld& w) { w.Product = w.Variable(0)->AssertRule(0.5, w.Set(1), w.Set(2)); }},
+    {"assert rule on premises",
+     [](TWorld& w) {
+       w.Product = w.Variable(0)->AssertRule({w.Set(0)}, {w.Set(1)}, w.Set(1), nullptr);
+     }},
+    {"parse", [](TWorld& w) { w.Fuzzy->SetStrings(TString("p q r\ns")); }},
+};
+
+// Deeds. `variable` and `set` are those that the event tells about, or the first ones there; either
+// may be nothing, and the component is still there.
+
+struct TDeed {
+  const char* Name;
+  void (*Do)(TWorld& w, TFuzzyVariable* variable, TFuzzySet* set);
+};
+
+void FreeComponent(TWorld& w, TFuzzyVariable*, TFuzzySet*) { w.Fuzzy->Free(); }
+void FreeParser(TWorld& w, TFuzzyVariable*, TFuzzySet*) {
+  if (w.Parser) w.Parser->Free();
+}
+void ClearAll(TWorld& w, TFuzzyVariable*, TFuzzySet*) { w.Fuzzy->GetItems()->Clear(); }
+void FreeVariable(TWorld&, TFuzzyVariable* variable, TFuzzySet*) {
+  if (variable) variable->Free();
+}
+void FreeSet(TWorld&, TFuzzyVariable*, TFuzzySet* set) {
+  if (set) set->Free();
+}
+void ParseAgain(TWorld& w, TFuzzyVariable*, TFuzzySet*) {
+  if (w.Parser) w.Fuzzy->SetStrings(TString("nested one two"));
+}
+[[noreturn]] void Throw(TWorld&, TFuzzyVariable*, TFuzzySet*) { throw EOops(); }
+
+const TDeed Deeds[] = {
+    {"throw", Throw},
+    {"free the set", FreeSet},
+    {"free the variable", FreeVariable},
+    {"free the component", FreeComponent},
+    {"free the parser", FreeParser},
+    {"free component and parser",
+     [](TWorld& w, TFuzzyVariable* v, TFuzzySet* s) {
+       FreeComponent(w, v, s);
+       FreeParser(w, v, s);
+     }},
+    {"clear all", ClearAll},
+    {"free all sets but the one told about",
+     [](TWorld& w, TFuzzyVariable*, TFuzzySet* told) {
+       for (int v = 0; v < w.Fuzzy->GetItems()->GetCount(); ++v) {
+         TFuzzySets* sets = w.Variable(v)->GetItems();
+         for (int i = sets->GetCount() - 1; i >= 0; --i) {
+           if (i < sets->GetCount() && sets->GetItem(i) != told) sets->Delete(i);
+         }
+       }
+     }},
+    {"add things",
+     [](TWorld& w, TFuzzyVariable* variable, TFuzzySet*) {
+       w.Fuzzy->GetItems()->Insert(0)->GetItems()->Add("added");
+       if (variable) variable->GetItems()->Insert(0);
+     }},
+    {"rename and refill",
+     [](TWorld&, TFuzzyVariable* variable, TFuzzySet* set) {
+       if (variable) variable->SetName("renamed");
+       if (!set) return;
+       set->SetName("renamed");
+       set->SetSetType(fstTriangle);
+       set->GetValues()->Add(0.5, 0.25);
+       set->GetValues()->GetItem(0)->SetX(0.75);
+     }},
+    {"delete the points",
+     [](TWorld&, TFuzzyVariable*, TFuzzySet* set) {
+       while (set && set->GetValues()->GetCount() > 0) set->GetValues()->Delete(0);
+     }},
+    {"move to the front",
+     [](TWorld&, TFuzzyVariable* variable, TFuzzySet* set) {
+       if (set) set->SetIndex(0);
+       if (variable) variable->SetIndex(0);
+     }},
+    {"file the set elsewhere",
+     [](TWorld& w, TFuzzyVariable*, TFuzzySet* set) {
+       const int count = w.Fuzzy->GetItems()->GetCount();
+       if (set && count > 0) set->SetCollection(w.Variable(count - 1)->GetItems());
+     }},
+    {"take the variable out",
+     [](TWorld& w, TFuzzyVariable* variable, TFuzzySet*) {
+       if (!variable) return;
+       w.TakenOut.emplace_back(variable);
+       variable->SetCollection(nullptr);
+     }},
+    {"take the variable out and put it back",
+     [](TWorld& w, TFuzzyVariable* variable, TFuzzySet*) {
+       if (!variable) return;
+       variable->SetCollection(nullptr);
+       variable->SetCollection(w.Fuzzy->GetItems());
+     }},
+    {"replace the handlers",
+     [](TWorld& w, TFuzzyVariable*, TFuzzySet*) {
+       w.Recorder.swap(w.Replaced);
+       w.Recorder = std::make_unique<TEventRecorder>(*w.Fuzzy);
+     }},
+    {"clear the handlers",
+     [](TWorld& w, TFuzzyVariable*, TFuzzySet*) { TEventRecorder::Detach(*w.Fuzzy); }},
+    {"parse again", ParseAgain},
+    {"read the text",
+     [](TWorld& w, TFuzzyVariable*, TFuzzySet*) {
+       if (w.Parser) w.Fuzzy->GetStrings();
+     }},
+    {"assert a rule",
+     [](TWorld&, TFuzzyVariable* variable, TFuzzySet* set) {
+       if (variable && set) variable->AssertRule(1, set, set);
+     }},
+    {"free the variable and throw",
+     [](TWorld& w, TFuzzyVariable* variable, TFuzzySet* set) {
+       FreeVariable(w, variable, set);
+       Throw(w, variable, set);
+     }},
+    {"clear, parse again and free the component",
+     [](TWorld& w, TFuzzyVariable* variable, TFuzzySet* set) {
+       ClearAll(w, variable, set);
+       if (w.Fuzzy) ParseAgain(w, variable, set);
+       if (w.Fuzzy) FreeComponent(w, variable, set);
+     }},
+};
+
+// What must hold afterwards.
+
+void ExpectSound(TFuzzySet* set, int index) {
+  EXPECT_EQ(set->GetIndex(), index);
+  TFuzzySetValues* values = set->GetValues();
+  EXPECT_FALSE(values->IsUpdating());
+  for (int i = 0; i < values->GetCount(); ++i) {
+    EXPECT_EQ(values->GetItem(i)->GetIndex(), i);
+    if (i == 0) continue;
+    const TFuzzyPoint before = values->GetItem(i - 1)->GetPoint();
+    const TFuzzyPoint point = values->GetItem(i)->GetPoint();
+    EXPECT_LE(before.X, point.X + FuzzyTolerance);
+    EXPECT_FALSE(SamePoint(before, point));
+  }
+}
+
+void ExpectSound(TFuzzyVariable* variable, TFuzzyVariables* list, int index) {
+  EXPECT_EQ(variable->GetIndex(), index);
+  EXPECT_EQ(variable->GetCollection(), list);
+  EXPECT_LT(variable->GetItemIndex(), std::max(1, variable->GetItems()->GetCount()));
+  TFuzzySets* sets = variable->GetItems();
+  EXPECT_FALSE(sets->IsUpdating());
+  for (int i = 0; i < sets->GetCount(); ++i) {
+    EXPECT_EQ(sets->GetItem(i)->GetVariable(), variable);
+    ExpectSound(sets->GetItem(i), i);
+  }
+}
+
+/// Every object still tells of its next change, and the list of the next addition.
+void ExpectTelling(TFuzzyLogic& fuzzy) {
+  fuzzy.SetAutoTerms(false);
+  TEventRecorder recorder(fuzzy);
+  const auto next = [&recorder](const std::string& log) { EXPECT_EQ(recorder.Take(), log); };
+  for (TFuzzyVariable* variable : *fuzzy.GetItems()) {
+    for (TFuzzySet* set : *variable->GetItems()) {
+      set->SetComment("next");
+      next("SetChanged " + test::NameOf(set));
+      set->GetValues()->Clear();
+      set->SetValues(set->GetValues());
+      recorder.Take();
+      set->GetValues()->Add();
+      next("SetChanged " + test::NameOf(set));
+    }
+    variable->SetComment("next");
+    next("VariableChanged " + test::NameOf(variable));
+    variable->GetItems()->Add();
+    next("SetAdded " + test::NameOf(variable) + ".-; VariableChanged " + test::NameOf(variable));
+  }
+  fuzzy.GetItems()->Add();
+  next("VariableAdded -; Changed");
+  TEventRecorder::Detach(fuzzy);
+}
+
+void ExpectSound(TWorld& world) {
+  if (world.Product) {
+    EXPECT_FALSE(world.Product->IsFreed());
+  }
+  if (!world.Fuzzy) return;
+  TFuzzyVariables* list = world.Fuzzy->GetItems();
+  EXPECT_FALSE(list->IsUpdating());
+  EXPECT_EQ(list->GetFuzzy(), world.Fuzzy);
+  for (int i = 0; i < list->GetCount(); ++i) ExpectSound(list->GetItem(i), list, i);
+  ExpectTelling(*world.Fuzzy);
+}
+
+class Handlers : public testing::TestWithParam<TDeed> {
+ protected:
+  /// Runs an operation and does the deed at the events from the `first` on, `times` times (nested
+  /// or not); returns whether there were so many events.
+  bool Run(const TOperationCase& operation, int first, int times) {
+    const int before = Alive;
+    int events = 0;
+    int done = 0;
+    {
+      TWorld w;
+      w.Recorder->Handler = [&](std::size_t event, TFuzzyVariable* variable, TFuzzySet* set) {
+        if (events++ < first || done == times || !w.Fuzzy) return;
+        if (done++ == 0) FReached.insert(event);
+        if (!variable && w.Fuzzy->GetItems()->GetCount() > 0) variable = w.Variable(0);
+        if (!set && variable && variable->GetItems()->GetCount() > 0)
+          set = variable->GetItems()->GetItem(0);
+        GetParam().Do(w, variable, set);
+      };
+      bool thrown = false;
+      try {
+        operation.Do(w);
+      } catch (const EOops&) {
+        thrown = true;
+      } catch (const EFzyException& e) {
+        EXPECT_EQ(w.Parser, nullptr) << e.what();
+        EXPECT_STREQ(e.what(), "Parser not assigned.  Cannot parse");
+      }
+      const bool throws = std::string_view(GetParam().Name).find("throw") != std::string_view::npos;
+      EXPECT_EQ(thrown, done > 0 && throws);
+      ExpectSound(w);
+    }
+    EXPECT_EQ(Alive, before) << "objects left";
+    return done > 0;
+  }
+
+  std::set<std::size_t> FReached;
+};
+
+TEST_P(Handlers, LeaveEverythingSound) {
+  for (const TOperationCase& operation : Operations) {
+    for (const int times : {1, 4}) {
+      for (int first = 0;; ++first) {
+        SCOPED_TRACE(std::string(operation.Name) + ", event " + std::to_string(first) + ", times " +
+                     std::to_string(times));
+        if (!Run(operation, first, times)) break;
+        ASSERT_FALSE(HasFailure());
+      }
+    }
+  }
+  EXPECT_EQ(FReached.size(), test::EventNames.size()) << "an event was never spoilt";
+}
+
+INSTANTIATE_TEST_SUITE_P(, Handlers, testing::ValuesIn(Deeds), [](const auto& deed) {
+  std::string name = deed.param.Name;
+  for (char& c : name) {
+    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+  }
+  return name;
+});
+
+}  // namespace
+}  // namespace fzy
