@@ -178,13 +178,13 @@ void TFuzzySet::FuzzyApproximation(int n, TFzyFloat x) {
   const TFzyFloat width = curve.back().X - curve.front().X;
   const TFzyFloat scale = width == 0 ? CrispScale : width / (maximum - minimum);
   RequireFinite(scale, "approximation");
-
-  TUpdateBlock block(*FValues);
-  FValues->Expand(n);
   TFuzzySetValues grid;
   grid.Add(minimum, 0);
   grid.Add(maximum, 0);
   grid.Expand(ApproximationPoints);
+
+  TUpdateBlock block(*FValues);
+  FValues->Expand(n);
   std::vector<TFuzzyPoint> bells(grid.Points().begin(), grid.Points().end());
   for (const TFuzzyPoint& point : FValues->Points()) {
     if (!(point.Y > 0)) continue;

@@ -31,7 +31,7 @@ void TResampler::Insert(TFzyFloat x) {
   const TFuzzyPoint& right = FRest.back().Point;
   const TFzyFloat y = InterpolateY(left.X, left.Y, right.X, right.Y, point.X);
   RequireFinite(y, "Expand");
-  point.Y = y < 0 ? 0 : y;
+  point.Y = y > 0 ? y : 0;
   FDuplicatesRemoved = FDuplicatesRemoved && FSorted &&
                        (y == 0 || (!SamePoint(point, left) && !SamePoint(point, right)));
   FRest.push_back({point, nullptr});
