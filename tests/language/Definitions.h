@@ -1,0 +1,82 @@
+#pragma once
+
+#include <string>
+
+#include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include "fuzzylogic/model/FuzzyLogic.h"
+
+namespace fzy::test {
+
+/// A component without automatic terms and a parser, each linked to the other.
+struct TScene {
+  TScene() {
+    Fuzzy.SetAutoTerms(false);
+    Parser.SetFuzzyLogic(&Fuzzy);
+    Fuzzy.SetParser(&Parser);
+  }
+
+  TFuzzyLogic Fuzzy;
+  TKelFuzzyLogicParser Parser;
+};
+
+inline std::string Number(double value) { return FormatShortest(value).Utf8(); }
+
+/// A set as "name 'comment' tri *=expression (0 0)(1 1)"; the star is for a defined one, and what
+/// is empty or user-defined is left out.
+inline std::string Dump(const TFuzzySet* set) {
+  static constexpr const char* types[] = {"", " tri", " z", " pi", " beta", " s"};
+  std::string text = set->GetName().Utf8();
+  if (!set->GetComment().empty()) text += " '" + set->GetComment().Utf8() + '\'';
+  text += types[static_cast<int>(set->GetSetType())];
+  text += set->GetDefined() ? " *" : " ";
+  if (!set->GetExpression().empty()) text += '=' + set->GetExpression().Utf8();
+  text += ' ';
+  for (const TFuzzyPoint& point : set->GetValues()->Points())
+    text += '(' + Number(point.X) + ' ' + Number(point.Y) + ')';
+  return text;
+}
+
+/// A variable as "name 'comment' 0..1 units {set; set}".
+inline std::string Dump(const TFuzzyVariable* variable) {
+  std::string text = variable->GetName().Utf8();
+  if (!variable->GetComment().empty()) text += " '" + variable->GetComment().Utf8() + '\'';
+  text += ' ' + Number(variable->GetMinimum()) + ".." + Number(variable->GetMaximum());
+  if (!variable->GetUnits().empty()) text += ' ' + variable->GetUnits().Utf8();
+  text += " {";
+  const char* separator = "";
+  for (const TFuzzySet* set : *variable->GetItems()) {
+    text += separator + Dump(set);
+    separator = "; ";
+  }
+  return text + '}';
+}
+
+inline std::string Dump(TFuzzyLogic& fuzzy) {
+  std::string text;
+  for (const TFuzzyVariable* variable : *fuzzy.GetItems())
+    text += (text.empty() ? "" : " ") + Dump(variable);
+  return text;
+}
+
+/// What an action raises: an error of reading as "line n: message", another one as its message.
+template <class Action>
+std::string Failure(Action&& action) {
+  try {
+    action();
+  } catch (const EFzyParseException& error) {
+    return "line " + std::to_string(error.GetLineNumber()) + ": " + error.what();
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+  return "nothing";
+}
+
+/// The failure of a reading step.
+inline std::string ParseFailure(const std::string& message, const std::string& step, int line,
+                                const std::string& echo) {
+  const std::string number = std::to_string(line);
+  return "line " + number + ": Parsing Error, " + message + " in " + step + " at line " + number +
+         ": \"" + echo + '"';
+}
+
+}  // namespace fzy::test
