@@ -96,7 +96,7 @@ TFuzzySet* TFuzzySet::DoHedge(TFuzzyHedge hedgeType) {
   switch (Transformations[Ordinal(hedgeType)]) {
     case Complement: {
       TUpdateBlock block(*FValues);
-      detail::TPointWriter(*FValues).TransformY([](TFzyFloat y) { return 1 - y; }, "not");
+      detail::TPointWriter(*FValues).TransformY([](TFzyFloat y) { return 1 - y; });
       block.Close();
       break;
     }
@@ -136,14 +136,12 @@ TFuzzySet* TFuzzySet::Hedge(TBaseFuzzyHedge modifyType, TFzyFloat value, bool mo
   const TModifier modifier = Modifiers[Ordinal(modifyType)];
   const bool power = modifyType == bfhPower;
   const TPin self(this);
-  TUpdateBlock block(*FValues);
+  const auto ofY = [&](TFzyFloat y) { return power && !(y > 0 && y < 1) ? y : modifier(y, v); };
+  const auto ofX = [&](TFzyFloat x) { return power && !(x > 0) ? x : modifier(x, v); };
   detail::TPointWriter points(*FValues);
-  if (modifyY) {
-    points.TransformY([&](TFzyFloat y) { return power && !(y > 0 && y < 1) ? y : modifier(y, v); },
-                      "Hedge");
-  } else {
-    points.TransformX([&](TFzyFloat x) { return power && !(x > 0) ? x : modifier(x, v); }, "Hedge");
-  }
+  modifyY ? points.CheckY(ofY, "Hedge") : points.CheckX(ofX, "Hedge");
+  TUpdateBlock block(*FValues);
+  modifyY ? points.TransformY(ofY) : points.TransformX(ofX);
   block.Close();
   TFirstException first;
   first.Run([&] { SetName(CreateFuzzyName(FName, modifyY ? symbol : symbol + "X", v)); });
@@ -160,13 +158,14 @@ void TFuzzySet::Intensify(int n, TFzyFloat x) {
 }
 
 void TFuzzySet::FuzzyContrast(int n, TFzyFloat x) {
-  // Points that `Expand` adds lie between those there, so none of them can be refused later.
-  for (const TFuzzyPoint& point : FValues->Points())
-    detail::CheckDegree(Contrasted(point.Y, x), "contrast");
+  const auto contrasted = [x](TFzyFloat y) { return Contrasted(y, x); };
+  detail::TPointWriter points(*FValues);
+  points.CheckY(contrasted, "contrast");
   TUpdateBlock block(*FValues);
   FValues->Expand(n);
-  detail::TPointWriter(*FValues).TransformY([x](TFzyFloat y) { return Contrasted(y, x); },
-                                            "contrast");
+  // Points that `Expand` adds lie between those there, unless the range has narrowed meanwhile.
+  points.CheckY(contrasted, "contrast");
+  points.TransformY(contrasted);
   block.Close();
 }
 
@@ -205,11 +204,11 @@ TFuzzySet* TFuzzySet::Normalize() {
   if (greatest == 0) return this;
   const TPin self(this);
   const TFzyFloat factor = 1 / greatest;
-  for (const TFuzzyPoint& point : FValues->Points())
-    detail::CheckDegree(point.Y * factor, "normalize");
+  const auto scaled = [factor](TFzyFloat y) { return y * factor; };
+  detail::TPointWriter points(*FValues);
+  points.CheckY(scaled, "normalize");
   TUpdateBlock block(*FValues);
-  detail::TPointWriter(*FValues).TransformY([factor](TFzyFloat y) { return y * factor; },
-                                            "normalize");
+  points.TransformY(scaled);
   block.Close();
   return Returned();
 }

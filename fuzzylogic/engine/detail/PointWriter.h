@@ -25,16 +25,23 @@ class TPointWriter {
   void SetX(int index, TFzyFloat x);
   void SetY(int index, TFzyFloat y);
 
-  /// Every Y (X) becomes `formula` of it. All are computed before the first is stored, so that a
-  /// formula which leaves the numbers changes nothing.
+  /// @throws EFzyException when `formula` of some Y (X) leaves the numbers. Asked before the block
+  /// opens, so that a refusal tells nobody.
   template <class Formula>
-  void TransformY(Formula formula, const char* operation) {
+  void CheckY(Formula formula, const char* operation) const {
     for (const TFuzzyPoint& point : FValues.FPoints) CheckDegree(formula(point.Y), operation);
+  }
+  template <class Formula>
+  void CheckX(Formula formula, const char* operation) const {
+    for (const TFuzzyPoint& point : FValues.FPoints) RequireNumber(formula(point.X), operation);
+  }
+  /// Every Y (X) becomes `formula` of it, which must pass the check.
+  template <class Formula>
+  void TransformY(Formula formula) {
     for (int i = 0; i < FValues.GetCount(); ++i) SetY(i, formula(Point(i).Y));
   }
   template <class Formula>
-  void TransformX(Formula formula, const char* operation) {
-    for (const TFuzzyPoint& point : FValues.FPoints) RequireNumber(formula(point.X), operation);
+  void TransformX(Formula formula) {
     for (int i = 0; i < FValues.GetCount(); ++i) SetX(i, formula(Point(i).X));
   }
 
