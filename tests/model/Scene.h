@@ -1,8 +1,19 @@
 #pragma once
 
+#include "fuzzylogic/framework/Exception.h"
 #include "tests/model/EventRecorder.h"
 
 namespace fzy::test {
+
+/// What an operation raises, empty when it does not.
+inline std::string MessageOf(const std::function<void()>& operation) {
+  try {
+    operation();
+  } catch (const EException& e) {
+    return e.what();
+  }
+  return "";
+}
 
 /// A component with one variable "t" from 0 to 10 of the sets "cold", falling to 0 at 5, and "hot",
 /// rising from there, and a second variable "u" of one set "x" without points. Only what happens
