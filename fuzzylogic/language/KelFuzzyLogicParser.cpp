@@ -233,7 +233,7 @@ TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyFunction(TFuzzyVariable* variable) {
 TFuzzySet* TKelFuzzyLogicParser::ConvertListToValues(TFuzzySet* fuzzySet,
                                                      const Ref<IFuzzyStreamTokenList>& list) {
   const TClassModel::THeldSet held(fuzzySet);
-  TClassReader(*this, *FStream).ConvertList(fuzzySet, list);
+  TClassReader::ConvertList(*this, fuzzySet, list);
   return held.Get();
 }
 

@@ -108,8 +108,10 @@ class TDefinitionReader {
     return set.Get();
   }
 
-  /// Points from token groups of two numbers each.
-  void ConvertList(const TSet& fuzzySet, const Ref<IFuzzyStreamTokenList>& list) {
+  /// Points from token groups of two numbers each. The tokens may come from no text, so it needs no
+  /// tokenizer.
+  static void ConvertList(TKelFuzzyLogicParser& parser, const TSet& fuzzySet,
+                          const Ref<IFuzzyStreamTokenList>& list) {
     constexpr const char* method = "ConvertListToValues";
     const typename Model::THeldSet set(fuzzySet);
     for (int i = 0; i < list->GetValueCount(); ++i) {
@@ -117,9 +119,9 @@ class TDefinitionReader {
       const Ref<IFuzzyStreamTokenList> pair =
           item->GetDataType() == KindOf(fstList) ? item->GetList() : nullptr;
       if (!pair || pair->GetValueCount() != 2)
-        FParser.ParseError(method, SFzyInvalidValuePair, {item->ToString()});
-      if (!FParser.VerifyAll(pair, {fstInteger, fstFloat}))
-        FParser.ParseError(method, SFzyExpectedNumber);
+        parser.ParseError(method, SFzyInvalidValuePair, {item->ToString()});
+      if (!parser.VerifyAll(pair, {fstInteger, fstFloat}))
+        parser.ParseError(method, SFzyExpectedNumber);
       if (set.Get())
         Model::AddPoint(set.Get(), pair->Get(0)->GetNumber(), pair->Get(1)->GetNumber());
     }
