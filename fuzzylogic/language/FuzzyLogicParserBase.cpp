@@ -66,6 +66,13 @@ TCustomFuzzyLogicParser::~TCustomFuzzyLogicParser() {
   TCustomFuzzyLogicParser::SetFuzzyLogic(nullptr);
 }
 
+/// A parse that is still running keeps the memory, but nobody tells of the component's end any
+/// more.
+void TCustomFuzzyLogicParser::Leave() {
+  TFuzzyTextParser::Leave();
+  TCustomFuzzyLogicParser::SetFuzzyLogic(nullptr);
+}
+
 void TCustomFuzzyLogicParser::SetFuzzyLogic(TCustomFuzzyLogic* value) {
   if (value == FFuzzyLogic) return;
   if (FFuzzyLogic) FFuzzyLogic->RemoveFreeNotification(this);
@@ -144,10 +151,12 @@ void TCustomFuzzyLogicParser::CalcFuzzyFunction(const TString& funcName,
 TFuzzySet* TCustomFuzzyLogicParser::CalcFuzzyFunction(TFuzzySet* fuzzySet, const TString& funcName,
                                                       const Ref<IFuzzyStreamTokenList>& list) {
   const TPin self(this);
+  const TPin given(fuzzySet);
   bool handled = false;
   FireEvent(FOnCalcFuzzyFunction, this, funcName, list, fuzzySet, handled);
+  const TPin replaced(fuzzySet);
   if (!handled) CalcFuzzyFunction(funcName, list, fuzzySet);
-  return fuzzySet;
+  return fuzzySet && fuzzySet->IsFreed() ? nullptr : fuzzySet;
 }
 
 }  // namespace fzy

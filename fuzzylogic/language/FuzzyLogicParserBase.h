@@ -59,7 +59,7 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   virtual void CalcFuzzyFunction(const TString& funcName, const Ref<IFuzzyStreamTokenList>& list,
                                  TFuzzySet*& fuzzySet);
   /// Fires `OnCalcFuzzyFunction`; unless that handled it, the virtual form. Returns the set,
-  /// replaced or not.
+  /// replaced or not; nothing when a handler freed it.
   TFuzzySet* CalcFuzzyFunction(TFuzzySet* fuzzySet, const TString& funcName,
                                const Ref<IFuzzyStreamTokenList>& list);
 
@@ -82,6 +82,9 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   /// The line of the current token, and the tokens read so far; 0 and nothing between parses.
   virtual int GetLineNumber() { return 0; }
   virtual TString GetParsedText() { return {}; }
+
+ protected:
+  void Leave() override;
 
  private:
   TFuzzySetEvent FOnParseFuzzySet;

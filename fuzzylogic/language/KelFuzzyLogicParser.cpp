@@ -49,7 +49,8 @@ using TClassReader = detail::TDefinitionReader<TClassModel>;
 class TNewVariable {
  public:
   explicit TNewVariable(TFuzzyLogic& fuzzy)
-      : FFuzzyPin(&fuzzy),
+      : FFuzzy(fuzzy),
+        FFuzzyPin(&fuzzy),
         FItems(fuzzy.GetItems()),
         FBlock(*FItems),
         FVariable(FItems->Add()),
@@ -58,21 +59,32 @@ class TNewVariable {
     if (!FVariable) {
       FStandIn = TOwned<TFuzzyVariable>(TFuzzyVariable::Create());
       FVariable = FStandIn.Get();
-    } else if (fuzzy.GetAutoTerms()) {
-      FVariable->SetCollection(nullptr);
-      FDetached = true;
-      FVariable->GetItems()->Clear();
     }
+  }
+
+  /// Takes the variable out, without its terms, as long as automatic terms would join it.
+  void Detach() {
+    if (FStandIn || !FFuzzy.GetAutoTerms()) return;
+    FDetached = true;
+    FVariable->SetCollection(nullptr);
+    FVariable->GetItems()->Clear();
   }
 
   TFuzzyVariable* operator->() const noexcept { return FVariable; }
   TFuzzyVariable* Get() const noexcept { return FVariable; }
 
-  /// Puts the variable back and closes the block; both are done even when a handler throws.
+  /// Puts the variable back and closes the block; both are done even when a handler throws. Where
+  /// the component has gone there is nothing to go back to, and the variable goes too.
   void Close() {
     TFirstException first;
-    if (std::exchange(FDetached, false) && !FVariable->IsFreed() && !FVariable->GetCollection())
-      first.Run([this] { FVariable->SetCollection(FItems); });
+    if (std::exchange(FDetached, false) && !FVariable->IsFreed() && !FVariable->GetCollection()) {
+      first.Run([this] {
+        if (FFuzzy.IsFreed())
+          FVariable->Free();
+        else
+          FVariable->SetCollection(FItems);
+      });
+    }
     first.Run([this] { FBlock.Close(); });
     first.Rethrow();
   }
@@ -83,6 +95,7 @@ class TNewVariable {
   }
 
  private:
+  TFuzzyLogic& FFuzzy;
   TPin FFuzzyPin;
   TFuzzyVariables* FItems;
   TUpdateBlock<TFuzzyVariables> FBlock;
@@ -203,6 +216,7 @@ TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
   TNewVariable variable(*fuzzy);
   TFirstException first;
   first.Run([&] {
+    variable.Detach();
     variable->SetName(name);
     variable->SetComment(comment);
     TClassReader(*this, *FStream).ReadClauses(variable.Get(), t);
