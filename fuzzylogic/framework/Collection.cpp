@@ -69,7 +69,7 @@ void TCollection::DeleteItem(int index) {
   TCollectionItem* item = ItemAt(index);
   const TPin pinned(item);
   TFirstException first;
-  first.Run([&] { Notify(item, cnDeleting); });
+  if (item->FLeaving != this) first.Run([&] { Notify(item, cnDeleting); });
   first.Run([&] { item->Free(); });
   first.Rethrow();
 }
@@ -99,7 +99,7 @@ void TCollection::ClearItems() {
 }
 
 void TCollection::EndUpdate() {
-  if (FUpdateCount > 0 && --FUpdateCount == 0) Update(nullptr);
+  if (FUpdateCount > 0 && --FUpdateCount == 0) Changed();
 }
 
 void TCollection::Assign(TPersistent* source) {
@@ -163,6 +163,7 @@ void TCollection::Disown(TCollectionItem* item) noexcept {
 void TCollection::InsertItem(TCollectionItem* item) {
   const TPin self(this);
   const TPin pinned(item);
+  item->FLeaving = nullptr;
   StoreItem(item);
   item->CollectionChanged();
   TFirstException first;
@@ -176,12 +177,15 @@ void TCollection::RemoveItem(TCollectionItem* item) {
   const TPin pinned(item);
   TFirstException first;
   // A handler that takes out or frees an item on its way out is not told of it again.
-  if (!item->FLeaving) {
-    item->FLeaving = true;
+  bool here = true;
+  if (item->FLeaving != this) {
+    item->FLeaving = this;
     first.Run([&] { Notify(item, cnExtracting); });
-    item->FLeaving = false;
+    // One that joined a list meanwhile, this one perhaps, stays where it is now.
+    here = item->FLeaving == this;
+    item->FLeaving = nullptr;
   }
-  if (item->FCollection == this) {
+  if (here && item->FCollection == this) {
     DropItem(item->FIndex);
     item->CollectionChanged();
     first.Run([&] { Changed(); });

@@ -52,7 +52,7 @@ class TCollectionItem : public TPersistent {
 
   TCollection* FCollection = nullptr;
   int FIndex = -1;
-  bool FLeaving = false;
+  TCollection* FLeaving = nullptr;  // which tells at this moment that the item is about to leave
 };
 
 /// An ordered collection that owns its items: freeing or clearing it frees them.
@@ -124,7 +124,9 @@ class TCollection : public TPersistent {
   /// Calls `Update(nullptr)` unless a block is open.
   void Changed() { ItemChanged(nullptr); }
   void ItemChanged(TCollectionItem* item) {
-    if (FUpdateCount == 0) Update(item);
+    if (FUpdateCount > 0) return;
+    const TPin self(this);  // so that a descendant's `Update` may go on after its handlers
+    Update(item);
   }
 
   void InsertItem(TCollectionItem* item);

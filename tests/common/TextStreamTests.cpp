@@ -67,6 +67,8 @@ TEST(TextStream, DropsOneByteOrderMarkAtTheStart) {
     TGTextStream reader = Reader(u"\uFEFF\uFEFFa\uFEFF", Encodings[i]);
     EXPECT_EQ(reader.GetLine(), TString(u"\uFEFFa\uFEFF"));
     EXPECT_TRUE(Reader(u"\uFEFF", Encodings[i]).IsEof());
+    const TString marks(Block, u'\uFEFF');
+    EXPECT_EQ(Reader(marks, Encodings[i]).GetLine().size(), Block - 1) << "blocks begin with marks";
   }
 }
 

@@ -54,6 +54,7 @@ TEST(Component, FreeNotificationReachesTheOtherSideOnceWhicheverGoesFirst) {
     auto first = std::make_unique<TPart>("1");
     auto second = std::make_unique<TPart>("2");
     auto third = std::make_unique<TPart>("3");
+    auto mutual = std::make_unique<TPart>("4");
     const auto watch = [&](TPart* one, TPart* other) {
       (backwards ? other : one)->FreeNotification(backwards ? one : other);
     };
@@ -61,11 +62,20 @@ TEST(Component, FreeNotificationReachesTheOtherSideOnceWhicheverGoesFirst) {
     watch(first.get(), first.get());
     first->FreeNotification(nullptr);
     (backwards ? first : third)->RemoveFreeNotification((backwards ? third : first).get());
+    for (TPart* other : {mutual.get(), second.get()}) {
+      first->FreeNotification(other);
+      other->FreeNotification(first.get());
+    }
+    first->RemoveFreeNotification(mutual.get());
+    mutual->RemoveFreeNotification(second.get());
     Log.clear();
     first.reset();
+    EXPECT_TRUE(Log == "2-1 4-1 ~1 " || Log == "4-1 2-1 ~1 ") << Log;
+    Log.clear();
     second.reset();
     third.reset();
-    EXPECT_EQ(Log, "2-1 ~1 ~2 ~3 ");
+    mutual.reset();
+    EXPECT_EQ(Log, "~2 ~3 ~4 ");
   }
 }
 
@@ -89,17 +99,22 @@ TEST(Component, StatesComeAndGo) {
 TEST(Component, GoesWhateverTheOnesItTellsDo) {
   TPart* owner = nullptr;
   TPart* other = nullptr;
+  bool byFree = false;
   const std::pair<const char*, std::function<void(TPart*)>> deeds[] = {
       {"throws", [](TPart*) { throw EException("watcher"); }},
       {"frees another watcher", [&](TPart*) { std::exchange(other, new TPart("x"))->Free(); }},
       {"frees the owner", [&](TPart*) { owner->Free(); }},
-      {"frees what goes", [](TPart* going) { going->Free(); }},
+      {"frees what goes",
+       [&](TPart* going) {
+         if (byFree) going->Free();
+       }},
       {"watches again", [&](TPart* going) { going->FreeNotification(other); }},
   };
   for (const auto& [name, deed] : deeds) {
     for (const char handling : {'O', 'w'}) {
-      for (const char going : {'O', 'C'}) {
+      for (const char going : {'O', 'C', 'S'}) {  // S: the child, at the end of a scope
         SCOPED_TRACE(std::string(name) + ", told is " + handling + ", going " + going);
+        byFree = going != 'S';
         owner = new TPart("O");
         auto* child = new TPart("C", owner);
         other = new TPart("o");
@@ -110,7 +125,10 @@ TEST(Component, GoesWhateverTheOnesItTellsDo) {
           deed(static_cast<TPart*>(part));
         };
         Log.clear();
-        (going == 'O' ? owner : child)->Free();
+        if (going == 'S')
+          delete child;
+        else
+          (going == 'O' ? owner : child)->Free();
         if (Log.find("~O") == std::string::npos) owner->Free();
         other->Free();
         for (const char* gone : {"~O ", "~C ", "~o "}) {
