@@ -11,13 +11,19 @@ namespace {
 std::size_t Allocations = 0;
 }
 
-void* operator new(std::size_t size) {
+// Not inlined: the compiler would take the pairs of malloc and free apart and find them mismatched.
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   ++Allocations;
-  if (void* memory = std::malloc(size ? size : 1)) return memory;
+  return std::malloc(size ? size : 1);
+}
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  if (void* memory = operator new(size, std::nothrow)) return memory;
   throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
 
 namespace fzy::test {
 namespace {

@@ -1,13 +1,10 @@
-#include <functional>
-
 #include <gtest/gtest.h>
 
 #include "fuzzylogic/engine/FuzzyOperators.h"
-#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "tests/engine/PlainList.h"
 #include "tests/engine/Sets.h"
 
-// Membership, walks, combinations and cuts against plain scans, to the last bit.
+// Membership, walks, combinations and shapes against plain scans, to the last bit.
 
 namespace fzy::test {
 namespace {
@@ -139,67 +136,7 @@ TEST_F(CurveProperty, CombinationsAreThePlainOnes) {
   }
 }
 
-void AppendTo(TPlainList& list, double x, double y) { list.Append({{x, y}}); }
-
-TPoints PlainAlphaCut(const TPoints& points, double alpha, bool strong) {
-  TPlainList result(Minimum, Maximum);
-  result.Begin();
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const TFuzzyPoint& q = points[i];
-    const bool passes = strong ? q.Y > alpha : q.Y >= alpha;
-    if (i == 0) {
-      AppendTo(result, q.X, passes ? q.Y : 0);
-      continue;
-    }
-    const TFuzzyPoint& p = points[i - 1];
-    const bool enters = strong ? p.Y <= alpha && alpha < q.Y : p.Y < alpha && alpha <= q.Y;
-    const bool leaves = strong ? p.Y > alpha && alpha >= q.Y : p.Y >= alpha && alpha > q.Y;
-    if (enters || leaves) {
-      const double x = PlainX(p, q, alpha);
-      const bool rises = p.Y < alpha || (strong && p.Y == alpha);
-      AppendTo(result, x, rises ? 0 : alpha);
-      AppendTo(result, x, rises ? alpha : 0);
-    }
-    if (passes) AppendTo(result, q.X, q.Y);
-  }
-  result.End();
-  return result.Points();
-}
-
-TPoints PlainCut(const TPoints& points, double level, bool below) {
-  TPlainList result(Minimum, Maximum);
-  result.Begin();
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const TFuzzyPoint& q = points[i];
-    if (i > 0) {
-      const TFuzzyPoint& p = points[i - 1];
-      if ((p.Y < level && level < q.Y) || (q.Y < level && level < p.Y))
-        AppendTo(result, PlainX(p, q, level), level);
-    }
-    if (below ? q.Y >= level : q.Y <= level) AppendTo(result, q.X, q.Y);
-  }
-  result.End();
-  return result.Points();
-}
-
-TEST_F(CurveProperty, CutsAreThePlainOnes) {
-  SCOPED_TRACE(Random.Trace());
-  for (int round = 0; round < 3000; ++round) {
-    FillRandomly(*A, Random);
-    const TPoints points = PointsOf(*A);
-    constexpr double levels[] = {0.5, 0.3, 0.50009, 0.9};
-    const double level = Random.OneIn(2) ? levels[Random.Below(4)] : Random.Unit();
-    if (level == 0) continue;
-    const bool flag = Random.OneIn(2);
-    SCOPED_TRACE("cut at " + std::to_string(level) + " of " + Text(A));
-    const TOwned<TFuzzySet> alpha(A->AlphaCutoff(level, flag));
-    ASSERT_TRUE(SameBits(alpha->GetValues()->Points(), PlainAlphaCut(points, level, flag)));
-    const TOwned<TFuzzySet> cut(A->Cutoff(level, flag));
-    ASSERT_TRUE(SameBits(cut->GetValues()->Points(), PlainCut(points, level, flag)));
-  }
-}
-
-// Shapes and modifiers write many points at once, inside an open block or not, onto what is there.
+// Shapes write many points at once, onto what is there.
 
 void PlainCurveShape(TPlainList& list, int num, double left, double right, bool growth) {
   num = std::max(num, 3);
@@ -258,43 +195,6 @@ TEST_F(CurveProperty, ShapesJoinThePointsThere) {
         plain.End();
     }
     ASSERT_TRUE(SameBits(list.Points(), plain.Points()));
-  }
-}
-
-TEST_F(CurveProperty, ModifiersChangePointByPoint) {
-  SCOPED_TRACE(Random.Trace());
-  using TModify = std::function<double(double, double)>;
-  const std::vector<std::pair<TBaseFuzzyHedge, TModify>> modifiers = {
-      {bfhAdd, [](double c, double v) { return c + v; }},
-      {bfhSubtract, [](double c, double v) { return c + (0 - v); }},
-      {bfhMultiply, [](double c, double v) { return c * v; }},
-      {bfhDivide, [](double c, double v) { return c * (1 / v); }},
-      {bfhCutLess, [](double c, double v) { return c < v ? v : c; }},
-      {bfgCutLessEq, [](double c, double v) { return c <= v ? v : c; }},
-      {bfhCutGreater, [](double c, double v) { return c > v ? v : c; }},
-      {bfhCutGreaterEq, [](double c, double v) { return c >= v ? v : c; }},
-  };
-  for (int round = 0; round < 3000; ++round) {
-    FillRandomly(*B, Random);
-    SCOPED_TRACE("round " + std::to_string(round) + ": " + Text(B));
-    TPlainList plain(Minimum, Maximum);
-    plain.Assign(PointsOf(*B));
-    A->SetValues(B->GetValues());
-    const auto& [hedge, modify] = modifiers[static_cast<std::size_t>(Random.Below(8))];
-    double value = Random.OneIn(3) ? -RandomY(Random) : RandomX(Random);
-    if (value == 0) value = 0.5;
-    const bool modifyY = Random.OneIn(2);
-    A->Hedge(hedge, value, modifyY);
-    plain.Begin();
-    for (int i = 0; i < plain.Count(); ++i) {
-      if (modifyY)
-        plain.SetY(plain.IdAt(i), modify(plain.At(i).Y, value));
-      else
-        plain.SetX(plain.IdAt(i), modify(plain.At(i).X, value));
-    }
-    plain.End();
-    ASSERT_TRUE(SameBits(A->GetValues()->Points(), plain.Points()))
-        << TString(BaseHedgeNames[Ordinal(hedge)]) << ' ' << value << (modifyY ? "" : " X");
   }
 }
 

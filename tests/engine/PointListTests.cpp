@@ -4,7 +4,6 @@
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/framework/Exception.h"
-#include "fuzzylogic/model/FuzzyLogic.h"
 #include "tests/engine/Sets.h"
 
 namespace fzy::test {
