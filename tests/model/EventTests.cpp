@@ -181,7 +181,7 @@ const TCase SetCases[] = {
     {"Points",
      [](TScene& s) {
        s.X->GetValues()->Add(0, 0);
-       s.Recorder.Handler = [&s](std::size_t, TFuzzyVariable*, TFuzzySet* set) {
+       s.Recorder.Handler = [](std::size_t, TFuzzyVariable*, TFuzzySet* set) {
          if (set->GetValues()->GetCount() == 2) set->SetTag(set->GetTag() + 1);
        };
        s.X->GetValues()->Add(0.5, 1);

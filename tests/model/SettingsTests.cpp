@@ -220,6 +220,18 @@ TEST(AutomaticTerms, FillUpWhatIsMissingOverTheRangeOfTheMoment) {
   }
 }
 
+TEST(AutomaticTerms, AreNotAddedToAVariableThatAHandlerTakesOutAgain) {
+  TScene s;
+  s.Fuzzy.SetAutoTerms(true);
+  s.Recorder.Handler = [](std::size_t event, TFuzzyVariable* variable, TFuzzySet*) {
+    if (event == 1) variable->SetCollection(nullptr);
+  };
+  TFuzzyVariable* variable = s.Fuzzy.GetItems()->Add("v");
+  EXPECT_EQ(variable->GetItems()->GetCount(), 0);
+  EXPECT_EQ(s.Recorder.Take(), "VariableAdded -; VariableDeleted -; Changed x2");
+  variable->Free();
+}
+
 TEST(AutomaticTerms, AreNamedInTheUsersLanguage) {
   SLowFuzzyTerm.Set("niedrig");
   SHighFuzzyTerm.Set("hoch");
