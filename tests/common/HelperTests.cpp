@@ -28,9 +28,9 @@ TEST(NumberCharacters, AreTheSignsThePointAndTheDigits) {
   const std::u16string_view digits = u"0123456789";
   for (int code = 0; code <= 0xFFFF; ++code) {
     const auto ch = static_cast<char16_t>(code);
-    const bool symbol = symbols.find(ch) != symbols.npos;
+    const bool symbol = symbols.find(ch) != std::u16string_view::npos;
     EXPECT_EQ(IsNumberSymbol(ch), symbol) << code;
-    EXPECT_EQ(IsNumberChar(ch), symbol || digits.find(ch) != digits.npos) << code;
+    EXPECT_EQ(IsNumberChar(ch), symbol || digits.find(ch) != std::u16string_view::npos) << code;
   }
 }
 

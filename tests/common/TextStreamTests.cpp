@@ -6,7 +6,7 @@
 namespace fzy {
 namespace {
 
-constexpr std::size_t Block = 64 * 1024;  // what the reader takes from its stream at a time
+constexpr std::size_t Block = 0x10000;  // a multiple of what the reader takes at a time
 
 TGTextStream Reader(const TString& text, const TEncoding* encoding = nullptr) {
   return {std::make_unique<TKelStringStream>(text, encoding), encoding};
