@@ -3,7 +3,7 @@
 namespace fzy {
 namespace {
 
-constexpr std::size_t BlockSize = 64 * 1024;
+constexpr std::size_t BlockSize = 4096;
 constexpr char16_t ByteOrderMark = 0xFEFF;
 
 }  // namespace
@@ -31,7 +31,7 @@ bool TGTextStream::Fill() {
 
 char16_t TGTextStream::GetChar() {
   char16_t ch = 0;
-  GetChar(ch);
+  TGTextStream::GetChar(ch);
   return ch;
 }
 

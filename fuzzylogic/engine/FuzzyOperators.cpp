@@ -65,6 +65,7 @@ bool SegmentsIntersect(const TFuzzyPoint& p1, const TFuzzyPoint& p2, const TFuzz
 void CombineCurves(TFuzzyCurve a, TFuzzyCurve b, TFuzzyFormula formula,
                    std::vector<TFuzzyPoint>& result) {
   result.clear();
+  result.reserve(2 * (a.size() + b.size()));  // a crossing before each breakpoint at the most
   detail::MergeWalk(a, IsAscending(a), b, IsAscending(b),
                     [&](TFzyFloat x1, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {
                       result.push_back({x1, formula(y1, y2)});
@@ -72,8 +73,46 @@ void CombineCurves(TFuzzyCurve a, TFuzzyCurve b, TFuzzyFormula formula,
                     });
 }
 
+namespace {
+
+/// Whether a set is one crisp number, as `TFuzzySet::CreateCrispValue` makes it.
+bool IsCrisp(TFuzzyCurve curve) noexcept {
+  return curve.size() == 3 && curve[0].X == curve[1].X && curve[1].X == curve[2].X &&
+         curve[0].Y == 0 && curve[1].Y == 1 && curve[2].Y == 0;
+}
+
+/// The height of the intersection with a crisp number, by those positions of the walk that can
+/// raise it. Before the number's X the walk meets its foot (x, 0) only, and a piece of A whose line
+/// leads there counts with its end; behind it, the foot counts as a crossing of degree 0 at most.
+TFzyFloat HeightAtCrisp(TFuzzyCurve a, TFuzzyCurve crisp) noexcept {
+  const TFuzzyPoint& foot = crisp.front();
+  TFzyFloat height = 0;
+  std::size_t i = 0;
+  for (; i < a.size() && a[i].X < foot.X && !FloatEquals(a[i].X, foot.X); ++i) {
+    TFuzzyPoint crossing;
+    if (a[i].Y > height &&
+        detail::IntersectSegments(a[i > 0 ? i - 1 : 0], a[i], foot, foot, crossing))
+      height = a[i].Y;
+  }
+  // Beyond an end where A is 0 the walk finds nothing but that end.
+  const bool before = i == 0 && a[0].Y == 0 && !FloatEquals(a[0].X, foot.X);
+  if (before || (i == a.size() && a.back().Y == 0)) return height;
+  const auto visit = [&](TFzyFloat /*x1*/, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {
+    height = std::max(height, std::min(y1, y2));
+    return false;
+  };
+  detail::WalkBoth(a, i, crisp, detail::TMovingMembership(a), detail::TMovingMembership(crisp),
+                   visit, [&](std::size_t k, std::size_t j) {
+                     return j < crisp.size() || (k < a.size() && a[k].X <= foot.X);
+                   });
+  return height;
+}
+
+}  // namespace
+
 TFzyFloat HeightOfIntersection(TFuzzyCurve a, bool ascendingA, TFuzzyCurve b,
                                bool ascendingB) noexcept {
+  if (ascendingA && !a.empty() && IsCrisp(b)) return HeightAtCrisp(a, b);
   TFzyFloat height = 0;
   detail::MergeWalk(a, ascendingA, b, ascendingB,
                     [&](TFzyFloat /*x1*/, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {

@@ -5,16 +5,35 @@
 
 namespace fzy::detail {
 
-/// Degrees on a curve whose X may descend within the tolerance: searched anew for each X.
+/// Degrees on one of the two curves of a walk, at a breakpoint of the other that lies before the
+/// piece from `previous` to `current` has ended.
 class TPlainMembership {
  public:
   TPlainMembership(TFuzzyCurve curve, bool ascending) noexcept
       : FCurve(curve), FAscending(ascending) {}
-  TFzyFloat At(TFzyFloat x) const noexcept { return Membership(FCurve, FAscending, x); }
+  TFzyFloat At(TFzyFloat x, const TFuzzyPoint& /*previous*/,
+               const TFuzzyPoint& /*current*/) const noexcept {
+    return Membership(FCurve, FAscending, x);
+  }
 
  private:
   TFuzzyCurve FCurve;
   bool FAscending;
+};
+
+/// The same where the X of neither curve ever descends: mostly `x` lies inside the piece, else a
+/// cursor moves along.
+class TMovingMembership {
+ public:
+  explicit TMovingMembership(TFuzzyCurve curve) noexcept : FCursor(curve) {}
+  TFzyFloat At(TFzyFloat x, const TFuzzyPoint& previous, const TFuzzyPoint& current) noexcept {
+    if (previous.X < x && x < current.X)
+      return (x - previous.X) / (current.X - previous.X) * (current.Y - previous.Y) + previous.Y;
+    return FCursor.At(x);
+  }
+
+ private:
+  TMembershipCursor FCursor;
 };
 
 /// The crossing of the pieces of A and B that span the gap before the next breakpoint. A flat curve
@@ -36,18 +55,19 @@ inline bool CrossingInGap(bool flatA, const TFuzzyPoint& prevA, const TFuzzyPoin
   return IntersectSegments(prevA, curA, prevB, curB, crossing);
 }
 
-/// The walk of two curves that both have points; `muA` and `muB` answer their degrees.
-template <class Membership, class Visit>
-bool WalkBoth(TFuzzyCurve a, TFuzzyCurve b, Membership muA, Membership muB, Visit& visit) {
+/// The walk of two curves that both have points. It begins behind the first `i` points of A, and
+/// goes on while `goesOn(i, j)`.
+template <class Membership, class Visit, class GoesOn>
+bool WalkBoth(TFuzzyCurve a, std::size_t i, TFuzzyCurve b, Membership muA, Membership muB,
+              Visit& visit, GoesOn goesOn) {
   const bool flatA = IsFlat(a);
   const bool flatB = IsFlat(b);
-  const TFuzzyPoint* prevA = a.data();
+  const TFuzzyPoint* prevA = &a[i > 0 ? i - 1 : 0];
   const TFuzzyPoint* prevB = b.data();
   const TFuzzyPoint* curA = prevA;
   const TFuzzyPoint* curB = prevB;
-  std::size_t i = 0;
   std::size_t j = 0;
-  while (i < a.size() || j < b.size()) {
+  while (goesOn(i, j)) {
     const bool hasA = i < a.size();
     const bool hasB = j < b.size();
     // A finished curve goes on as the single point at its end.
@@ -64,11 +84,11 @@ bool WalkBoth(TFuzzyCurve a, TFuzzyCurve b, Membership muA, Membership muB, Visi
       prevA = curA;
       prevB = curB;
     } else if (hasB && (!hasA || curB->X <= curA->X)) {
-      stop = visit(curB->X, muA.At(curB->X), curB->X, curB->Y);
+      stop = visit(curB->X, muA.At(curB->X, *prevA, *curA), curB->X, curB->Y);
       ++j;
       prevB = curB;
     } else {
-      stop = visit(curA->X, curA->Y, curA->X, muB.At(curA->X));
+      stop = visit(curA->X, curA->Y, curA->X, muB.At(curA->X, *prevB, *curB));
       ++i;
       prevA = curA;
     }
@@ -90,9 +110,11 @@ bool MergeWalk(TFuzzyCurve a, bool ascendingA, TFuzzyCurve b, bool ascendingB, V
     }
     return false;
   }
+  const auto goesOn = [&](std::size_t i, std::size_t j) { return i < a.size() || j < b.size(); };
   if (ascendingA && ascendingB)
-    return WalkBoth(a, b, TMembershipCursor(a), TMembershipCursor(b), visit);
-  return WalkBoth(a, b, TPlainMembership(a, ascendingA), TPlainMembership(b, ascendingB), visit);
+    return WalkBoth(a, 0, b, TMovingMembership(a), TMovingMembership(b), visit, goesOn);
+  return WalkBoth(a, 0, b, TPlainMembership(a, ascendingA), TPlainMembership(b, ascendingB), visit,
+                  goesOn);
 }
 
 }  // namespace fzy::detail

@@ -33,10 +33,16 @@ inline bool IntersectSegments(const TFuzzyPoint& p1, const TFuzzyPoint& p2, cons
     crossing = p4.X <= p2.X ? p4 : p2;
     return true;
   }
-  // The second segment's parameter ns / d is tested without dividing, and first, because it saves
-  // the division in most gaps.
+  // Both parameters lie in [0, 1]; nt / d is t, the first segment's, and ns / d the second's, which
+  // is never divided. Most gaps hold no crossing: one branch on all bounds, by comparing with d,
+  // saves them the division. Where t is so small that dividing may round it to 0, that decides.
   const TFzyFloat ns = (p1.Y - p3.Y) * dx1 - (p1.X - p3.X) * dy1;
-  if (ns != 0 && ((ns < 0) != (d < 0) || std::abs(ns) > std::abs(d))) return false;
+  const TFzyFloat sign = d < 0 ? -1 : 1;
+  const TFzyFloat whole = sign * d;
+  constexpr TFzyFloat negligible = 1e-300;
+  if (static_cast<int>(sign * ns < 0) | static_cast<int>(sign * ns > whole) |
+      static_cast<int>(sign * nt < -negligible * whole) | static_cast<int>(sign * nt > whole))
+    return false;
   const TFzyFloat t = nt / d;
   if (!(t >= 0 && t <= 1)) return false;
   crossing.X = dx1 == 0 ? p1.X : dx2 == 0 ? p3.X : p1.X + t * dx1;
