@@ -98,7 +98,7 @@ class TFuzzySet : public TGCollectionItem {
   /// From another set: name (unchecked), points, type, inflection point and expression; not
   /// comment, defined flag and tag. Other sources are refused.
   void Assign(TPersistent* source) override;
-  /// A copy of the set's own class in the collection of its variable; without one it is free.
+  /// A copy of the set's own class in the same collection; a set in none gives a free one.
   TFuzzySet* Clone() { return DoClone(); }
 
   /// Called by the point list when a point, or the list, changed: tells the collection, then makes
@@ -185,7 +185,9 @@ class TFuzzySet : public TGCollectionItem {
   /// Maximum; keyword "or".
   TFuzzySet* Union(TFuzzySet* fuzzySet) { return Union(fuzzySet, foZadeh); }
   /// By an operator family (`FuzzyFormulas`). An empty set counts as absent: the other set is
-  /// combined with itself.
+  /// combined with itself. Beyond the end of one curve the walk takes a piece of the other whose
+  /// line leads back to that end for one that crosses it: where the feet of two curves coincide,
+  /// the result may hold the foot once more behind them.
   /// @throws EFzyException (`SInvalidFuzzyOperation`) for the intersection of `foSum`, and any
   /// value
   ///   outside the enumeration; nothing is created

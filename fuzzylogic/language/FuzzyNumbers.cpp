@@ -5,6 +5,8 @@
 #include <cmath>
 #include <string>
 
+#include "fuzzylogic/common/HelperFunctions.h"
+
 namespace fzy {
 namespace {
 
@@ -52,9 +54,7 @@ std::optional<TFuzzyNumber> ReadFuzzyNumber(std::u16string_view word) {
     if (!word.empty() && word.front() == u'-') return std::nullopt;
   }
   // Only what decimal numbers are made of: "inf" and "nan" are words.
-  const auto foreign = [](char16_t ch) {
-    return std::u16string_view(u"0123456789+-.eE").find(ch) == TString::npos;
-  };
+  const auto foreign = [](char16_t ch) { return !IsNumberChar(ch) && ch != u'e' && ch != u'E'; };
   if (word.empty() || std::any_of(word.begin(), word.end(), foreign)) return std::nullopt;
   constexpr std::size_t shortWord = 64;
   if (word.size() <= shortWord) {

@@ -136,8 +136,9 @@ TFuzzyStreamTokenList::~TFuzzyStreamTokenList() {
   while (!doomed.empty()) {
     const Ref<IFuzzyStreamToken> token = std::move(doomed.back());
     doomed.pop_back();
+    if (token->GetDataType() != KindOf(fstList)) continue;
     auto* last = dynamic_cast<TFuzzyStreamToken*>(token.Get());
-    if (!last || last->GetDataType() != KindOf(fstList) || !last->IsLastReference()) continue;
+    if (!last || !last->IsLastReference()) continue;
     const Ref<IInterface> held = last->GetIntfValue();
     auto* list = dynamic_cast<TFuzzyStreamTokenList*>(held.Get());
     last->Payload().Intf = nullptr;

@@ -34,19 +34,17 @@ void WithText(const IFuzzyStreamToken& token, Use use) {
 }  // namespace
 
 void TTokenEcho::Write(std::u16string_view text) {
-  if (FPosition == FText.size()) {
-    FText += text;
-  } else {
-    const std::size_t over = std::min(text.size(), FText.size() - FPosition);
-    std::copy_n(text.begin(), over, FText.begin() + static_cast<std::ptrdiff_t>(FPosition));
-    FText += text.substr(over);
-  }
-  FPosition += text.size();
+  const std::size_t end = FPosition + text.size();
+  if (end >= FText.size()) FText.resize(end + end / 2 + 64);
+  std::copy(text.begin(), text.end(), FText.begin() + static_cast<std::ptrdiff_t>(FPosition));
+  FPosition = end;
+  FLength = std::max(FLength, end);
 }
 
 void TTokenEcho::Write(const IFuzzyStreamToken& token) {
   WithText(token, [this](std::u16string_view text) { Write(text); });
-  Write(u" ");
+  FText[FPosition++] = u' ';  // `Write` leaves room for it
+  FLength = std::max(FLength, FPosition);
 }
 
 void TTokenEcho::TakeBack(const IFuzzyStreamToken& token) {
@@ -54,9 +52,9 @@ void TTokenEcho::TakeBack(const IFuzzyStreamToken& token) {
   WithText(token, [&](std::u16string_view text) { length = text.size(); });
   std::size_t end = FPosition > length ? FPosition - length - 1 : 0;
   while (end > 0 && FText[end - 1] <= u' ') --end;
-  FText.resize(end);
-  FText += u' ';
-  FPosition = FText.size();
+  Write({});
+  FText[end] = u' ';
+  FPosition = FLength = end + 1;
 }
 
 }  // namespace fzy

@@ -16,12 +16,13 @@ class TTokenEcho {
   /// Takes a token back that was written last: cuts the text before it, drops blanks and line
   /// breaks at its end, and closes it with one blank. The cost is that of what is cut.
   void TakeBack(const IFuzzyStreamToken& token);
-  TString ToString() const { return std::u16string_view(FText); }
+  TString ToString() const { return std::u16string_view(FText).substr(0, FLength); }
 
  private:
   void Write(std::u16string_view text);
 
-  std::u16string FText;
+  std::u16string FText;  // room that grows by half; the text is its first FLength units
+  std::size_t FLength = 0;
   std::size_t FPosition = 0;
 };
 

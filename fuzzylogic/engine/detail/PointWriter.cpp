@@ -4,8 +4,15 @@
 
 namespace fzy::detail {
 
+namespace {
+
+constexpr std::size_t FewPoints = 4;  // most shapes have three: one allocation instead of three
+
+}  // namespace
+
 void TPointWriter::Append() {
   auto& points = FValues.FPoints;
+  if (points.capacity() == 0) points.reserve(FewPoints);
   points.push_back({points.empty() ? 0 : points.back().X + 1.0, 0});
   if (!FValues.FItems.empty()) FValues.FItems.push_back(nullptr);
 }
