@@ -16,13 +16,6 @@ namespace {
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
 
-struct TSeparator {
-  explicit TSeparator(char16_t separator) { SetDecimalSeparator(separator); }
-  TSeparator(const TSeparator&) = delete;
-  TSeparator& operator=(const TSeparator&) = delete;
-  ~TSeparator() { SetDecimalSeparator(u'.'); }
-};
-
 /// The C library's text, which is as exact: with so many decimals, or with so many in scientific
 /// form.
 std::string Fixed(double value, int decimals) {
@@ -86,11 +79,12 @@ TEST(Format, FixedRoundsTheExactValue) {
 }
 
 TEST(Format, SeparatorCountsForTextsToShowOnly) {
-  const TSeparator comma(u',');
+  SetDecimalSeparator(u',');
   EXPECT_EQ(FormatText("%.1f.%s", {0.5, "1.5"}), "0,5.1.5");
   EXPECT_EQ(FormatFixed(1234.5, 2), "1234,50");
   EXPECT_EQ(FormatFixed(3, 0), "3");
   EXPECT_EQ(FormatShortest(0.5), "0.5");
+  SetDecimalSeparator(u'.');
 }
 
 TEST(Format, ShortestReadsBackToTheSameBitsAndNoShorterTextDoes) {

@@ -1,6 +1,7 @@
 #include <bit>
 #include <map>
 #include <set>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -8,57 +9,6 @@
 
 namespace fzy {
 namespace {
-
-// Every word with the value it names, in the order of the ordinals. Texts are kept in these words,
-// so none may change unnoticed.
-const struct {
-  TFuzzyHedge Hedge;
-  const char* Word;
-  double Modifier;
-} Hedges[] = {{fhNot, "not", 0},
-              {fhSomewhat, "somewhat", std::bit_cast<double>(0x3FD5555555555555)},
-              {fhMoreOrLess, "moreorless", 0.5},
-              {fhGreatly, "greatly", 0.7},
-              {fhPlus, "plus", 1.25},
-              {fhVery, "very", 2},
-              {fhExtremely, "extremely", 3},
-              {fhAbove, "above", 0},
-              {fhBelow, "below", 0},
-              {fhSlightly, "slightly", 0},
-              {fhNormalize, "normalize", 0},
-              {fhAbout, "about", 2},
-              {fhVicinity, "vicinity", 4},
-              {fhClose, "close", 1.2},
-              {fhNear, "near", 1.2},
-              {fhNeighboring, "neighboring", 1.2},
-              {fhPositively, "positively", 2},
-              {fhAbsolutely, "absolutely", 2},
-              {fhDefinitely, "definitely", 2},
-              {fhGenerally, "generally", 0.5}};
-
-const std::pair<TBaseFuzzyHedge, const char*> BaseHedges[] = {
-    {bfhAdd, "+"},        {bfhSubtract, "-"},   {bfhMultiply, "*"},
-    {bfhDivide, "/"},     {bfhPower, "^"},      {bfhCutLess, "<"},
-    {bfgCutLessEq, "<="}, {bfhCutGreater, ">"}, {bfhCutGreaterEq, ">="}};
-
-const struct {
-  TFuzzyOperation Operation;
-  const char *Identifier, *Name, *Intersection, *Union;
-} Operations[] = {{foZadeh, "foZadeh", "zadeh", "and", "or"},
-                  {foMean, "foMean", "mean", "and-mean", "or-mean"},
-                  {foMeanSqr, "foMeanSqr", "mean-sqr", "and-meansqr", "or-meansqr"},
-                  {foMeanSqrt, "foMeanSqrt", "mean-sqrt", "and-meansqrt", "or-meansqrt"},
-                  {foProduct, "foProduct", "product", "and-product", "or-product"},
-                  {foBoundedSum, "foBoundedSum", "bounded-sum", "and-boundedsum", "or-boundedsum"},
-                  {foSum, "foSum", "sum", "and-sum", "or-sum"}};
-
-const std::pair<TFuzzyCorrelationMethod, const char*> Correlations[] = {{fcmMinimum, "minimum"},
-                                                                        {fcmProduct, "product"}};
-const std::pair<TFuzzyInferenceMethod, const char*> Inferences[] = {{fimMinMax, "min-max"},
-                                                                    {fimAdditive, "sum"},
-                                                                    {fimMean, "mean"},
-                                                                    {fimProduct, "product"},
-                                                                    {fimBoundedSum, "bounded-sum"}};
 
 /// The words of a look-up with its answer to each.
 using TAnswers = std::map<TString, std::string>;
@@ -91,41 +41,41 @@ std::string AskKeyword(const TString& s) {
   return answer + (isUnion ? " or" : " and");
 }
 
-TEST(Keywords, EachLookUpKnowsItsOwnWordsAndNoOther) {
-  TAnswers hedges, baseHedges, keywords, operations, correlations, inferences;
-  const auto enter = [](TAnswers& answers, auto value, std::size_t index, const auto& table,
-                        const TString& word, const char* more = "") {
-    EXPECT_EQ(Ordinal(value), index) << word;
+/// Enters the words of a table, given once more as one text: texts are kept in these words, so none
+/// may change unnoticed.
+void Enter(TAnswers& answers, const auto& table, const char* words, const char* more = "") {
+  std::istringstream stream(words);
+  std::size_t index = 0;
+  for (std::string word; stream >> word; ++index) {
     EXPECT_EQ(TString(table.at(index)), word);
     answers[word] = std::to_string(index) + more;
-  };
-  for (std::size_t i = 0; i < HedgeNames.size(); ++i) {
-    enter(hedges, Hedges[i].Hedge, i, HedgeNames, Hedges[i].Word);
-    EXPECT_EQ(HedgeModifiers[i], Hedges[i].Modifier) << Hedges[i].Word;
   }
-  for (std::size_t i = 0; i < BaseHedgeNames.size(); ++i) {
-    enter(baseHedges, BaseHedges[i].first, i, BaseHedgeNames, BaseHedges[i].second, " on Y");
-    baseHedges[TString(BaseHedges[i].second) + "X"] = std::to_string(i) + " on X";
-  }
-  for (std::size_t i = 0; i < FuzzyOperationNames.size(); ++i) {
-    const auto& [operation, identifier, name, intersection, unionWord] = Operations[i];
-    enter(operations, operation, i, FuzzyOperationNames, name);
-    enter(keywords, operation, i, FuzzyIntersectionKeywords, intersection, " and");
-    enter(keywords, operation, i, FuzzyUnionKeywords, unionWord, " or");
-    EXPECT_EQ(FuzzyOperationIdentifier(operation), identifier);
-  }
-  for (std::size_t i = 0; i < FuzzyCorrelationNames.size(); ++i)
-    enter(correlations, Correlations[i].first, i, FuzzyCorrelationNames, Correlations[i].second);
-  for (std::size_t i = 0; i < FuzzyInferenceNames.size(); ++i)
-    enter(inferences, Inferences[i].first, i, FuzzyInferenceNames, Inferences[i].second);
+  EXPECT_EQ(index, table.size());
+}
+
+TEST(Keywords, EachLookUpKnowsItsOwnWordsAndNoOther) {
+  TAnswers hedges, baseHedges, keywords, operations, correlations, inferences;
+  Enter(hedges, HedgeNames,
+        "not somewhat moreorless greatly plus very extremely above below slightly normalize about "
+        "vicinity close near neighboring positively absolutely definitely generally");
+  Enter(baseHedges, BaseHedgeNames, "+ - * / ^ < <= > >=", " on Y");
+  const TAnswers onY = baseHedges;
+  for (const auto& [symbol, answer] : onY)
+    baseHedges[symbol + "X"] = answer.substr(0, answer.size() - 1) + "X";
+  Enter(operations, FuzzyOperationNames, "zadeh mean mean-sqr mean-sqrt product bounded-sum sum");
+  Enter(keywords, FuzzyIntersectionKeywords,
+        "and and-mean and-meansqr and-meansqrt and-product and-boundedsum and-sum", " and");
+  Enter(keywords, FuzzyUnionKeywords,
+        "or or-mean or-meansqr or-meansqrt or-product or-boundedsum or-sum", " or");
+  Enter(correlations, FuzzyCorrelationNames, "minimum product");
+  Enter(inferences, FuzzyInferenceNames, "min-max sum mean product bounded-sum");
 
   // Every word of every table, and what comes near to one.
   std::set<TString> words = {"", "X", "XX", "=", "=X", "+XX", "xor", "more or less", "boundedsum"};
   for (const TAnswers* answers :
        {&hedges, &baseHedges, &keywords, &operations, &correlations, &inferences}) {
     for (const auto& [word, answer] : *answers) {
-      TString capital = word.Slice(1);
-      capital = TString(1, static_cast<char16_t>(word[0] & ~0x20)) + capital;
+      const TString capital = TString(1, char16_t(word[0] & ~0x20)) + word.Slice(1);
       words.insert({word, capital, word + " ", " " + word, word + "X", word.Slice(1),
                     word.Slice(0, word.size() - 1)});
     }
@@ -154,29 +104,46 @@ TEST(Keywords, EachLookUpKnowsItsOwnWordsAndNoOther) {
   }
 }
 
-TEST(Keywords, ListsNameTheValuesInOrder) {
+TEST(Keywords, ListsAndModifiersGoByTheSameOrder) {
+  constexpr auto third = std::bit_cast<double>(0x3FD5555555555555);
+  const TFuzzyHedgeModifiers modifiers = {0, third, 0.5, 0.7, 1.25, 2,   3, 0, 0, 0,
+                                          0, 2,     4,   1.2, 1.2,  1.2, 2, 2, 2, 0.5};
+  EXPECT_EQ(HedgeModifiers, modifiers);
   EXPECT_EQ(TString(FuzzyCorrelationNameList), "fcmMinimum, fcmProduct");
   EXPECT_EQ(TString(FuzzyCorrelationSuffixNameList), "Minimum, Product");
   EXPECT_EQ(TString(FuzzyInferenceNameList),
             "fimMinMax, fimAdditive, fimMean, fimProduct, fimBoundedSum");
   EXPECT_EQ(TString(FuzzyInferenceSuffixNameList), "MinMax, Additive, Mean, Product, BoundedSum");
-  EXPECT_EQ(TString(SEmptyFuzzy), "__Empty");
-  EXPECT_EQ(TString(FuzzyFormatStr), "%.4f");
+  EXPECT_EQ(TString(SEmptyFuzzy) + FuzzyFormatStr, "__Empty%.4f");
+  TString identifiers;
+  for (int i = 0; i < 7; ++i) identifiers += FuzzyOperationIdentifier(TFuzzyOperation(i)) + " ";
+  EXPECT_EQ(identifiers, "foZadeh foMean foMeanSqr foMeanSqrt foProduct foBoundedSum foSum ");
 }
 
-// Orders that no table of words shows. Stored state and tokens rest on them.
+// Tables, stored state and tokens rest on these orders.
 TEST(Enumerations, CountInTheirOrder) {
   const auto ordinals = [](auto... values) {
     std::size_t next = 0;
     return ((Ordinal(values) == next++) && ...);
   };
+  EXPECT_TRUE(ordinals(fhNot, fhSomewhat, fhMoreOrLess, fhGreatly, fhPlus, fhVery, fhExtremely,
+                       fhAbove, fhBelow, fhSlightly, fhNormalize, fhAbout, fhVicinity, fhClose,
+                       fhNear, fhNeighboring, fhPositively, fhAbsolutely, fhDefinitely,
+                       fhGenerally));
+  EXPECT_TRUE(ordinals(bfhAdd, bfhSubtract, bfhMultiply, bfhDivide, bfhPower, bfhCutLess,
+                       bfgCutLessEq, bfhCutGreater, bfhCutGreaterEq));
+  EXPECT_TRUE(ordinals(foZadeh, foMean, foMeanSqr, foMeanSqrt, foProduct, foBoundedSum, foSum));
+  EXPECT_TRUE(ordinals(fcmMinimum, fcmProduct));
+  EXPECT_TRUE(ordinals(fimMinMax, fimAdditive, fimMean, fimProduct, fimBoundedSum));
   EXPECT_TRUE(ordinals(dmCenterOfGravity, dmMeanOfMaxima));
   EXPECT_TRUE(ordinals(fstUserDefined, fstTriangle, fstDeclineCurve, fstPICurve, fstBetaCurve,
                        fstGrowthCurve));
   EXPECT_TRUE(ordinals(utX, utY));
   EXPECT_TRUE(ordinals(fstNone, fstAtom, fstString, fstInteger, fstFloat, fstVariable, fstInterface,
                        fstList, fstIFuzzySet, fstObject, fstFuzzySet));
+}
 
+TEST(EnumSet, HoldsEachValueByItself) {
   TFuzzyStreamTokenTypes kinds = {fstAtom, fstFuzzySet};
   kinds.Include(fstList);
   kinds.Exclude(fstAtom);
@@ -184,8 +151,8 @@ TEST(Enumerations, CountInTheirOrder) {
   EXPECT_EQ(kinds, (TFuzzyStreamTokenTypes{fstFuzzySet, fstList, fstList}));
   for (int i = 0; i <= 10; ++i)
     EXPECT_EQ(kinds.Contains(TFuzzyStreamTokenType(i)), i == 7 || i == 10) << i;
-  kinds = {};
-  EXPECT_TRUE(kinds.IsEmpty());
+  EXPECT_TRUE(TFuzzyStreamTokenTypes().IsEmpty());
+  EXPECT_FALSE(kinds.IsEmpty());
 }
 
 }  // namespace

@@ -72,15 +72,10 @@ TEST(Exceptions, RefuseWhatIsNoNumber) {
   constexpr double infinity = std::numeric_limits<double>::infinity();
   constexpr double nan = std::numeric_limits<double>::quiet_NaN();
   EXPECT_NO_THROW(RequireNumber(-infinity, "x"));
-  EXPECT_NO_THROW(RequireFinite(std::numeric_limits<double>::max(), "x"));
   EXPECT_THROW(RequireNumber(nan, "x"), EFzyException);
+  EXPECT_NO_THROW(RequireFinite(std::numeric_limits<double>::max(), "x"));
   for (const double value : {infinity, -infinity, nan})
     EXPECT_THROW(RequireFinite(value, "x"), EFzyException);
-  try {
-    RaiseFuzzyIndex(-2);
-  } catch (const EFzyException& error) {
-    EXPECT_STREQ(error.what(), "List index out of bounds (-2)");
-  }
 }
 
 }  // namespace
