@@ -88,17 +88,14 @@ bool TFuzzyLogicTokenStream::SkipInLineSpaces() {
       return false;
     }
     FWhiteSpace += ch;
-    if (ch == u'\r' && GetChar(ch)) {
-      if (ch == u'\n')
-        FWhiteSpace += ch;
-      else
-        PutBack(ch);
-      ch = u'\n';
+    if (ch != u'\r' && ch != u'\n') continue;
+    char16_t next = 0;
+    if (ch == u'\r' && Peek(next) && next == u'\n') {
+      GetChar(next);
+      FWhiteSpace += next;
     }
-    if (ch == u'\n' || ch == u'\r') {
-      ++FLineNumber;
-      return true;
-    }
+    ++FLineNumber;
+    return true;
   }
   return false;
 }
@@ -211,6 +208,21 @@ Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::FinishToken(int tokenType, const 
 
 bool TFuzzyLogicTokenStream::PrepareSExp() {
   FEcho.Rewind();
+  // What was read before and not handed out comes after the new construct, as in a stack.
+  std::vector<Ref<IFuzzyStreamToken>> earlier;
+  while (!FBuffer.IsEmpty()) earlier.push_back(TakeBuffered());
+  FStack.insert(FStack.begin(), earlier.rbegin(), earlier.rend());
+  const bool stacked = !FStack.empty();
+  ScanConstruct();
+  if (stacked) {
+    std::vector<Ref<IFuzzyStreamToken>> construct;
+    while (!FBuffer.IsEmpty()) construct.push_back(TakeBuffered());
+    FStack.insert(FStack.end(), construct.rbegin(), construct.rend());
+  }
+  return true;
+}
+
+void TFuzzyLogicTokenStream::ScanConstruct() {
   int depth = 0;
   for (;;) {
     const int type = ScanToken();
@@ -218,14 +230,18 @@ bool TFuzzyLogicTokenStream::PrepareSExp() {
     depth += type == u'(' ? 1 : type == u')' ? -1 : 0;
     FBuffer.Push(type, FTokenLine, FText, FWhiteSpace);
     FWhiteSpace.Clear();
-    if (end || depth == 0) return true;
+    if (end || depth == 0) return;
   }
 }
 
 Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::TakeBuffered() {
   FText = FBuffer.GetText();
+  // What was read since belongs to a token that is still to come.
+  const bool pending = !FWhiteSpace.empty();
+  if (pending) std::swap(FWhiteSpace, FPendingSpace);
   FWhiteSpace = FBuffer.GetWhitespace();
   Ref<IFuzzyStreamToken> token = FinishToken(FBuffer.GetType(), FText);
+  if (pending) std::swap(FWhiteSpace, FPendingSpace);
   token->SetLineNumber(FBuffer.GetLine());
   FBuffer.Pop();
   return token;

@@ -36,7 +36,9 @@ class TFuzzyLogicTokenStream : public TGTextStream {
   /// The rest of the line; it goes to the white space of the next token and counts a line.
   TString GetLine() override;
 
-  /// The next raw token. At the end of the text, a token of kind `fstNone` with the text "EOF".
+  /// The next raw token. `NextToken` reads constructs by the same scanner, not through this: to
+  /// make tokens in another way override `FinishToken`. At the end of the text, a token of kind
+  /// `fstNone` with the text "EOF".
   /// @throws EFzyParseException (`SUnbalancedString`, with the line on which the string opens)
   virtual Ref<IFuzzyStreamToken> BuildNextToken();
   /// Makes the token of a kind: 34 a string, 13 an atom "CRLF", -1 what stands before the end, 0 a
@@ -71,6 +73,7 @@ class TFuzzyLogicTokenStream : public TGTextStream {
   TString ToString() const { return FEcho.ToString(); }
 
  private:
+  void ScanConstruct();
   int ScanToken();
   int ScanWord();
   void SkipBlanksAndComments();
@@ -86,6 +89,7 @@ class TFuzzyLogicTokenStream : public TGTextStream {
   Ref<IFuzzyStreamToken> FCurrentToken;
   int FParenthesisLevel = 0;
   TString FWhiteSpace;
+  TString FPendingSpace;
   char16_t FCommentChar = u';';
   char16_t FQuoteChar = u'"';
   char16_t FEscapeChar = u'\\';

@@ -136,13 +136,15 @@ TFuzzyStreamTokenList::~TFuzzyStreamTokenList() {
   while (!doomed.empty()) {
     const Ref<IFuzzyStreamToken> token = std::move(doomed.back());
     doomed.pop_back();
-    if (token->GetDataType() != KindOf(fstList)) continue;
+    const int kind = token->GetDataType();
+    if (kind != KindOf(fstList) && kind != KindOf(fstInterface)) continue;
     auto* last = dynamic_cast<TFuzzyStreamToken*>(token.Get());
     if (!last || !last->IsLastReference()) continue;
     const Ref<IInterface> held = last->GetIntfValue();
     auto* list = dynamic_cast<TFuzzyStreamTokenList*>(held.Get());
+    if (!list) continue;
     last->Payload().Intf = nullptr;
-    if (!list || !list->IsLastReference()) continue;
+    if (!list->IsLastReference()) continue;
     for (auto& item : list->FTokens.Items()) doomed.push_back(std::move(item));
     list->FTokens.Clear();
   }

@@ -168,6 +168,11 @@ TString TKelFuzzyLogicParser::GetParsedText() {
   return FStream ? FStream->ToString() : TCustomFuzzyLogicParser::GetParsedText();
 }
 
+TFuzzyLogicTokenStream& TKelFuzzyLogicParser::Stream() const {
+  if (!FStream) throw EFzyParseException(SFzyNoText);
+  return *FStream;
+}
+
 TString TKelFuzzyLogicParser::GetUniqueName() const {
   return TString("FuzzySet") + TString(std::to_string(GetUniqueID()));
 }
@@ -176,10 +181,10 @@ TString TKelFuzzyLogicParser::GetUniqueName() const {
 
 void TKelFuzzyLogicParser::ParseFuzzyLogic() {
   for (;;) {
-    const Ref<IFuzzyStreamToken> t = FStream->NextToken();
+    const Ref<IFuzzyStreamToken> t = Stream().NextToken();
     if (detail::IsEnd(*t)) return;
     if (!detail::IsOpen(*t)) ParseError("ParseFuzzyLogic", SFzyUnexpectedToken, {t->ToString()});
-    FStream->PutBackToken(t);
+    Stream().PutBackToken(t);
     ParseFuzzyVariable();
   }
 }
@@ -188,18 +193,18 @@ Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseHeader(TString& name, TString&
                                                          bool allowComment, const TString& keyword,
                                                          const TString& method,
                                                          const TMessage& errorMsg) {
-  const Ref<IFuzzyStreamToken> t1 = FStream->NextToken();
-  const Ref<IFuzzyStreamToken> t2 = FStream->NextToken();
+  const Ref<IFuzzyStreamToken> t1 = Stream().NextToken();
+  const Ref<IFuzzyStreamToken> t2 = Stream().NextToken();
   if (!detail::IsOpen(*t1) || !detail::IsAtom(*t2) || t2->GetText() != keyword)
     ParseError(method, errorMsg);
-  Ref<IFuzzyStreamToken> t = FStream->NextToken();
+  Ref<IFuzzyStreamToken> t = Stream().NextToken();
   if (!detail::IsAtom(*t)) ParseError(method, SFzyMissingName);
   name = t->GetText();
   comment = TString();
-  t = FStream->NextToken();
+  t = Stream().NextToken();
   if (allowComment && t->GetDataType() == detail::KindOf(fstString)) {
     comment = t->GetText();
-    t = FStream->NextToken();
+    t = Stream().NextToken();
   }
   return t;
 }
@@ -219,7 +224,7 @@ TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
     variable.Detach();
     variable->SetName(name);
     variable->SetComment(comment);
-    TClassReader(*this, *FStream).ReadClauses(variable.Get(), t);
+    TClassReader(*this, Stream()).ReadClauses(variable.Get(), t);
   });
   first.Run([&] { variable.Close(); });
   first.Rethrow();
@@ -229,19 +234,19 @@ TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
 
 TFuzzySet* TKelFuzzyLogicParser::ParseFuzzySet(TFuzzyVariable* variable) {
   const TPin pinned(variable);
-  return TClassReader(*this, *FStream).ReadSet(variable);
+  return TClassReader(*this, Stream()).ReadSet(variable);
 }
 
 TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyValues(TFuzzyVariable* variable) {
-  return TClassReader(*this, *FStream).ReadValues(variable);
+  return TClassReader(*this, Stream()).ReadValues(variable);
 }
 
 TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyValuePairs(TFuzzyVariable* variable) {
-  return TClassReader(*this, *FStream).ReadValuePairs(variable);
+  return TClassReader(*this, Stream()).ReadValuePairs(variable);
 }
 
 TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyFunction(TFuzzyVariable* variable) {
-  return TClassReader(*this, *FStream).ReadFunction(variable);
+  return TClassReader(*this, Stream()).ReadFunction(variable);
 }
 
 TFuzzySet* TKelFuzzyLogicParser::ConvertListToValues(TFuzzySet* fuzzySet,
@@ -259,17 +264,17 @@ Ref<IFuzzyStreamTokenList> TKelFuzzyLogicParser::ParseTokenList() {
   std::vector<TGroup> groups;
   groups.push_back({TFuzzyStreamTokenList::Create(), nullptr});
   for (;;) {
-    const Ref<IFuzzyStreamToken> t = FStream->NextToken();
+    const Ref<IFuzzyStreamToken> t = Stream().NextToken();
     if (detail::IsOpen(*t)) {
       groups.push_back({TFuzzyStreamTokenList::Create(), t});
     } else if (!detail::IsClose(*t) && !detail::IsEnd(*t)) {
       groups.back().List->Add(t);
     } else {
-      FStream->PutBackToken(t);
+      Stream().PutBackToken(t);
       const TGroup done = std::move(groups.back());
       groups.pop_back();
       if (groups.empty()) return done.List;
-      FStream->NextToken();  // the nested group's ")"
+      Stream().NextToken();  // the nested group's ")"
       done.Token->SetList(done.List);
       groups.back().List->Add(done.Token);
     }

@@ -47,6 +47,7 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   TString PrettyPrint(TFuzzyVariable* fuzzyVariable) override;
 
   // Reading steps, on the tokenizer of the innermost entry point that runs. For descendants.
+  // Between parses they raise an EFzyParseException (`SFzyNoText`).
 
   virtual std::unique_ptr<TFuzzyLogicTokenStream> CreateStream(std::unique_ptr<TStream> stream,
                                                                const TEncoding* encoding);
@@ -76,6 +77,7 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
 
  private:
   class TStreamFrame;
+  TFuzzyLogicTokenStream& Stream() const;
 
   TFuzzyLogicTokenStream* FStream = nullptr;
 };

@@ -13,10 +13,13 @@ template <class Use>
 void WithText(const IFuzzyStreamToken& token, Use use) {
   switch (token.GetDataType()) {
     case static_cast<int>(fstInteger): {
+      const TFzyFloat number = token.GetNumber();
+      if (!(number >= INT32_MIN && number <= INT32_MAX)) return use(token.ToString());
+      const auto whole = static_cast<std::int32_t>(number);
+      if (whole != number) return use(token.ToString());
       char digits[16];
       char16_t units[16];
-      const auto end = std::to_chars(std::begin(digits), std::end(digits),
-                                     static_cast<std::int32_t>(token.GetNumber()));
+      const auto end = std::to_chars(std::begin(digits), std::end(digits), whole);
       const auto last = std::copy(std::begin(digits), end.ptr, std::begin(units));
       return use({std::begin(units), last});
     }

@@ -49,6 +49,7 @@ constinit TMessage SFzyInvalidToken{u"Invalid item in fuzzy expression: %s"};
 constinit TMessage SFzyInvalidValuePair{u"Invalid X/Y value pair: %s"};
 constinit TMessage SFzyUnexpectedToken{u"Unexpected token: \"%s\""};
 
+constinit TMessage SFzyNoText{u"No definition text is being read"};
 constinit TMessage SFzyExpressionRefused{u"Fuzzy expressions are not read by this parser"};
 constinit TMessage SFzyPrintingRefused{u"Definition text is not written by this parser"};
 

@@ -85,6 +85,8 @@ extern TMessage SFzyInvalidValuePair;
 /// "Unexpected token: "%s""
 extern TMessage SFzyUnexpectedToken;
 
+/// "No definition text is being read"
+extern TMessage SFzyNoText;
 /// "Fuzzy expressions are not read by this parser"
 extern TMessage SFzyExpressionRefused;
 /// "Definition text is not written by this parser"
