@@ -2,9 +2,9 @@
 
 namespace fzy {
 
-constinit TMessage SUnbalancedString{u"Unbalanced string: the closing quote is missing"};
-constinit TMessage SInvalidBaseTokenHint{u"Invalid token kind: %s"};
-constinit TMessage SUnmatchedBracket{u"Unmatched bracket"};
-constinit TMessage STableEmpty{u"The table is empty"};
+TMessage SUnbalancedString{u"Unbalanced string: the closing quote is missing"};
+TMessage SInvalidBaseTokenHint{u"Invalid token kind: %s"};
+TMessage SUnmatchedBracket{u"Unmatched bracket"};
+TMessage STableEmpty{u"The table is empty"};
 
 }  // namespace fzy

@@ -9,29 +9,31 @@ namespace fzy {
 class TSparseText {
  public:
   TSparseText() = default;
-  TSparseText(const TSparseText& other) { Set(other.Get()); }
-  TSparseText& operator=(const TSparseText& other) {
-    Set(other.Get());
-    return *this;
-  }
+  TSparseText(const TSparseText&) = delete;
+  TSparseText& operator=(const TSparseText&) = delete;
   ~TSparseText() { Drop(); }
 
-  const TString& Get() const noexcept { return FText ? *FText : Empty; }
+  const TString& Get() const noexcept { return FText ? *FText : Empty(); }
   bool IsEmpty() const noexcept { return !FText; }
   void Set(const TString& text) {
     if (text.empty() && !FText) return;
     const bool blank = text.size() == 1 && text[0] == u' ';
-    const TString* next = text.empty() ? nullptr : blank ? &Blank : new TString(text);
+    const TString* next = text.empty() ? nullptr : blank ? &Blank() : new TString(text);
     Drop();
     FText = next;
   }
 
  private:
-  inline static constinit const TString Empty;
-  inline static constinit const TString Blank{1, u' '};
-
+  static const TString& Empty() noexcept {
+    static const TString text;
+    return text;
+  }
+  static const TString& Blank() noexcept {
+    static const TString text(1, u' ');
+    return text;
+  }
   void Drop() noexcept {
-    if (FText != &Blank) delete FText;
+    if (FText && FText != &Blank()) delete FText;
   }
 
   const TString* FText = nullptr;

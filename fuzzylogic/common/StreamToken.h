@@ -94,7 +94,7 @@ class TBaseStreamTokenOf : public TInterfaced<I> {
 /// The base token as it is.
 class TBaseStreamToken final : public TBaseStreamTokenOf<IBaseStreamToken> {
  public:
-  static Ref<IBaseStreamToken> Create() { return Ref<IBaseStreamToken>(new TBaseStreamToken); }
+  static Ref<IBaseStreamToken> Create() { return {new TBaseStreamToken}; }
 
   std::intptr_t GetTag() const override { return FTag; }
   void SetTag(std::intptr_t value) override { FTag = value; }

@@ -47,7 +47,7 @@ std::size_t AppendASCII(From source, std::size_t from, To& target) {
   const auto foreign = [](auto unit) { return unit < 0 || unit >= 0x80; };
   const auto first = source.begin() + static_cast<std::ptrdiff_t>(from);
   const auto last = std::find_if(first, source.end(), foreign);
-  const std::size_t length = static_cast<std::size_t>(last - first);
+  const auto length = static_cast<std::size_t>(last - first);
   const std::size_t old = target.size();
   target.resize(old + length);
   std::transform(first, last, target.begin() + static_cast<std::ptrdiff_t>(old),

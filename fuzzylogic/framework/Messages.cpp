@@ -2,7 +2,7 @@
 
 namespace fzy {
 
-constinit TMessage SAssignError{u"Cannot assign a %s to a %s"};
-constinit TMessage SListIndexError{u"List index out of bounds (%d)"};
+TMessage SAssignError{u"Cannot assign a %s to a %s"};
+TMessage SListIndexError{u"List index out of bounds (%d)"};
 
 }  // namespace fzy

@@ -52,7 +52,7 @@ class TStringList final : public TPersistent {
  private:
   struct TLine {
     TString Text;
-    TObject* Object;
+    TObject* Object = nullptr;
   };
 
   const TLine& Line(int index) const;

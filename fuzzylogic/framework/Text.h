@@ -25,7 +25,7 @@ class TString {
   TString(const char16_t* units) : FUnits(units) {}
   TString(std::u16string_view units) : FUnits(units) {}
   TString(std::u16string units) noexcept : FUnits(std::move(units)) {}
-  constexpr TString(std::size_t count, char16_t unit) : FUnits(count, unit) {}
+  TString(std::size_t count, char16_t unit) : FUnits(count, unit) {}
 
   std::size_t size() const noexcept { return FUnits.size(); }
   bool empty() const noexcept { return FUnits.empty(); }

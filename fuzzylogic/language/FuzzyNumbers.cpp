@@ -1,6 +1,7 @@
 #include "fuzzylogic/language/FuzzyNumbers.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <string>
@@ -58,10 +59,10 @@ std::optional<TFuzzyNumber> ReadFuzzyNumber(std::u16string_view word) {
   if (word.empty() || std::any_of(word.begin(), word.end(), foreign)) return std::nullopt;
   constexpr std::size_t shortWord = 64;
   if (word.size() <= shortWord) {
-    char digits[shortWord];
-    std::transform(word.begin(), word.end(), digits,
+    std::array<char, shortWord> digits{};
+    std::transform(word.begin(), word.end(), digits.begin(),
                    [](char16_t ch) { return static_cast<char>(ch); });
-    return ReadDigits({digits, word.size()});
+    return ReadDigits({digits.data(), word.size()});
   }
   return ReadDigits(std::string(word.begin(), word.end()));
 }

@@ -67,7 +67,7 @@ class IFuzzyStreamTokenList : public IBaseStreamTokenList {
 /// The token. 56 bytes; a payload or a tag takes 24 more.
 class TFuzzyStreamToken final : public TBaseStreamTokenOf<IFuzzyStreamToken> {
  public:
-  static Ref<TFuzzyStreamToken> Create() { return Ref<TFuzzyStreamToken>(new TFuzzyStreamToken); }
+  static Ref<TFuzzyStreamToken> Create() { return {new TFuzzyStreamToken}; }
   ~TFuzzyStreamToken() override;
 
   /// The stored text; for punctuation without one, the character.
@@ -114,9 +114,7 @@ class TFuzzyStreamToken final : public TBaseStreamTokenOf<IFuzzyStreamToken> {
 /// The list. Lists may nest a million deep: freeing and printing them takes no stack.
 class TFuzzyStreamTokenList final : public TInterfaced<IFuzzyStreamTokenList> {
  public:
-  static Ref<TFuzzyStreamTokenList> Create() {
-    return Ref<TFuzzyStreamTokenList>(new TFuzzyStreamTokenList);
-  }
+  static Ref<TFuzzyStreamTokenList> Create() { return {new TFuzzyStreamTokenList}; }
   ~TFuzzyStreamTokenList() override;
 
   int GetValueCount() const override { return FTokens.GetCount(); }

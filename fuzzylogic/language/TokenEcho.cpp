@@ -1,8 +1,8 @@
 #include "fuzzylogic/language/TokenEcho.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <iterator>
 
 namespace fzy {
 namespace {
@@ -17,11 +17,11 @@ void WithText(const IFuzzyStreamToken& token, Use use) {
       if (!(number >= INT32_MIN && number <= INT32_MAX)) return use(token.ToString());
       const auto whole = static_cast<std::int32_t>(number);
       if (whole != number) return use(token.ToString());
-      char digits[16];
-      char16_t units[16];
-      const auto end = std::to_chars(std::begin(digits), std::end(digits), whole);
-      const auto last = std::copy(std::begin(digits), end.ptr, std::begin(units));
-      return use({std::begin(units), last});
+      std::array<char, 16> digits{};
+      std::array<char16_t, 16> units{};
+      const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), whole);
+      std::copy(digits.data(), end.ptr, units.data());
+      return use({units.data(), static_cast<std::size_t>(end.ptr - digits.data())});
     }
     case u'(':
       return use(u"(");
@@ -55,7 +55,7 @@ void TTokenEcho::TakeBack(const IFuzzyStreamToken& token) {
   WithText(token, [&](std::u16string_view text) { length = text.size(); });
   std::size_t end = FPosition > length ? FPosition - length - 1 : 0;
   while (end > 0 && FText[end - 1] <= u' ') --end;
-  Write({});
+  Write(std::u16string_view());
   FText[end] = u' ';
   FPosition = FLength = end + 1;
 }

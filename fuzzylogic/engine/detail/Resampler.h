@@ -31,7 +31,7 @@ class TResampler {
  private:
   struct TSample {
     TFuzzyPoint Point;
-    TFuzzySetValue* Handle;
+    TFuzzySetValue* Handle = nullptr;
   };
 
   TFuzzySetValues& FValues;
