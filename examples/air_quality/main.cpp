@@ -1,0 +1,97 @@
+// Infers each day's ozone from temperature, wind and sunlight by a few rules in words, and compares
+// it with what was measured.
+
+#include <filesystem>
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+
+#include "InferOzone.h"
+#include "InputFile.h"
+#include "Picture.h"
+#include "Report.h"
+
+namespace {
+
+using namespace air_quality;
+
+constexpr int Faulty = 2;  // the exit status for everything that the user can put right
+
+struct Arguments {
+  std::string Definition = "air_quality.fzy";
+  std::string Data = "airquality.csv";
+  std::string Picture = "air_quality.svg";
+};
+
+void Describe(CLI::App& app, Arguments& arguments) {
+  app.description("Infers daily ozone from temperature, wind and sunlight by fuzzy rules.");
+  app.add_option("definition", arguments.Definition, "variables and terms, as definition text")
+      ->capture_default_str();
+  app.add_option("data", arguments.Data, "daily readings, as comma-separated text")
+      ->capture_default_str();
+  app.add_option("picture", arguments.Picture, "the picture to write, as SVG")
+      ->capture_default_str();
+}
+
+/// @throws InputError when the picture would take the place of a file that is read
+void ProtectInput(const Arguments& arguments) {
+  for (const std::string& input : {arguments.Definition, arguments.Data}) {
+    std::error_code missing;
+    if (std::filesystem::equivalent(input, arguments.Picture, missing))
+      throw InputError(arguments.Picture, 0, "is read, so the picture needs another name");
+  }
+}
+
+/// Nothing is written before everything is computed: the picture first, so that a fault of its file
+/// leaves no output behind either.
+void Run(const Arguments& arguments) {
+  ProtectInput(arguments);
+  const Model model(arguments.Definition);
+  const std::vector<Day> days = ReadDays(arguments.Data);
+  CheckRanges(model, days, arguments.Data);
+
+  const std::vector<fzy::TString> terms = model.Sets();
+  std::vector<Inference> inferences;
+  inferences.reserve(days.size());
+  for (const Day& day : days) inferences.push_back(InferOzone(model, day));
+  // Facts and evidence were sets of the variables too. Only the terms are left, as they were, or
+  // the program is wrong.
+  if (model.Sets() != terms) throw std::logic_error("the variables do not hold their terms alone");
+
+  const Agreement agreement = Compare(days, inferences);
+  const std::string report = ReportText(model, days, inferences, agreement);
+  WriteFile(arguments.Picture, DrawPicture(model, days, inferences, ShortReport(model, agreement)));
+  std::cout << report << std::flush;
+  if (!std::cout) throw InputError("standard output", 0, "cannot be written");
+}
+
+/// The exit status.
+int Start(int argc, char** argv) {
+  CLI::App app;
+  Arguments arguments;
+  Describe(app, arguments);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    std::cerr << "air_quality: " << error.what() << " (see --help)\n";
+    return Faulty;
+  }
+  Run(arguments);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Start(argc, argv);
+  } catch (const InputError& error) {
+    std::cerr << error.what() << '\n';
+    return Faulty;
+  } catch (const std::exception& error) {
+    std::cerr << "air_quality: " << error.what() << '\n';
+    return 1;
+  }
+}
