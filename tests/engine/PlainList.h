@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "tests/engine/PlainCurve.h"
 
@@ -13,23 +14,18 @@ namespace fzy::test {
 /// the owning set hears: 'p' for a point, 'l' for the list.
 class TPlainList {
  public:
-  struct TItem {
-    int Id;
-    TFuzzyPoint Point;
-  };
-
   /// A list with an owning set that has this range.
   TPlainList(double minimum, double maximum)
       : FMinimum(minimum), FMaximum(maximum), FHasSet(true) {}
   /// A free list.
   TPlainList() = default;
 
-  std::vector<TItem> Items;
+  std::vector<std::pair<int, TFuzzyPoint>> Items;  // each with its number
   std::string Told;
 
   int Count() const { return static_cast<int>(Items.size()); }
-  TFuzzyPoint& At(int index) { return Items.at(static_cast<std::size_t>(index)).Point; }
-  int IdAt(int index) const { return Items.at(static_cast<std::size_t>(index)).Id; }
+  TFuzzyPoint& At(int index) { return Items.at(static_cast<std::size_t>(index)).second; }
+  int IdAt(int index) const { return Items.at(static_cast<std::size_t>(index)).first; }
   int IndexOf(int id) const {
     for (int i = 0; i < Count(); ++i)
       if (IdAt(i) == id) return i;
@@ -37,14 +33,14 @@ class TPlainList {
   }
   TPoints Points() const {
     TPoints points;
-    for (const TItem& item : Items) points.push_back(item.Point);
+    for (const auto& item : Items) points.push_back(item.second);
     return points;
   }
 
   int Add() {
-    Items.push_back({++FLastId, {Items.empty() ? 0 : Items.back().Point.X + 1.0, 0}});
+    Items.push_back({++FLastId, {Items.empty() ? 0 : Items.back().second.X + 1.0, 0}});
     const int id = FLastId;
-    Changed();
+    if (FBlocks == 0) Update(-1);
     return id;
   }
   int Add(double x, double y) {
@@ -60,25 +56,23 @@ class TPlainList {
   }
   void Delete(int index) {
     Items.erase(Items.begin() + index);
-    Changed();
+    if (FBlocks == 0) Update(-1);
   }
   void Move(int from, int to) {
     if (from == to) return;
-    const TItem item = Items.at(static_cast<std::size_t>(from));
+    const auto item = Items.at(static_cast<std::size_t>(from));
     Items.erase(Items.begin() + from);
     Items.insert(Items.begin() + to, item);
-    Changed();
+    if (FBlocks == 0) Update(-1);
   }
   void Clear() {
-    if (Items.empty()) return;
-    Items.clear();
-    Changed();
+    if (!std::exchange(Items, {}).empty() && FBlocks == 0) Update(-1);
   }
   void Assign(const TPoints& points) {
-    Begin();
+    BeginUpdate();
     Clear();
     Append(points);
-    End();
+    EndUpdate();
   }
   void Append(const TPoints& points) {
     for (const TFuzzyPoint& point : points) {
@@ -87,8 +81,8 @@ class TPlainList {
     }
   }
 
-  void Begin() { ++FBlocks; }
-  void End() {
+  void BeginUpdate() { ++FBlocks; }
+  void EndUpdate() {
     if (--FBlocks == 0) Update(-1);
   }
 
@@ -112,44 +106,30 @@ class TPlainList {
 
   void Sort() {
     if (FSorted) return;
-    Begin();
+    BeginUpdate();
     for (int i = 0; i < Count(); ++i)
       for (int j = i + 1; j < Count(); ++j)
         if (At(i).X > At(j).X + Tolerance) Move(j, i);
     FSorted = true;
-    End();
+    EndUpdate();
   }
 
   void RemoveDuplicates() {
     if (FDuplicatesRemoved) return;
-    Begin();
+    BeginUpdate();
     int i = 1;
     int run = 0;
     while (i < Count()) {
-      if (Same(At(i), At(i - 1))) {
+      const bool same = Same(At(i), At(i - 1));
+      if (!same) run = Close(At(i).X, At(i - 1).X) ? run + 1 : 0;
+      if (same || run == 4)
         Delete(i);
-      } else if (Close(At(i).X, At(i - 1).X)) {
-        if (++run == 4) {
-          Delete(i);
-          run = 0;
-        } else {
-          ++i;
-        }
-      } else {
-        run = 0;
+      else
         ++i;
-      }
+      if (run == 4) run = 0;
     }
     FDuplicatesRemoved = true;
-    End();
-  }
-
-  void Cleanup() {
-    if (FSorted && FDuplicatesRemoved) return;
-    Begin();
-    Sort();
-    RemoveDuplicates();
-    End();
+    EndUpdate();
   }
 
   void Expand(int newCount) {
@@ -158,7 +138,7 @@ class TPlainList {
     int gaps = 0;
     for (int i = 0; i + 1 < Count(); ++i)
       if (IsGap(i)) ++gaps;
-    Begin();
+    BeginUpdate();
     for (int i = 0; i < Count() - 1; ++i) {
       if (!IsGap(i)) continue;
       const int n = static_cast<int>(std::ceil(double(missing) / double(gaps)));
@@ -170,7 +150,7 @@ class TPlainList {
         ++i;
       }
     }
-    End();
+    EndUpdate();
   }
 
   void ExpandSimple(int newCount) {
@@ -180,17 +160,14 @@ class TPlainList {
     const double step = (At(Count() - 1).X - At(0).X) / (missing + 1);
     double x = At(0).X;
     int i = 0;
-    Begin();
+    BeginUpdate();
     for (int k = 0; k < missing; ++k) {
       x += step;
       while (i < Count() - 1 && x > At(i).X) ++i;
-      if (Close(At(i).X, x)) {
-        while (i < Count() && Close(At(i).X, x)) ++i;
-        if (i == Count()) i = Count() - 1;
-      }
+      while (i < Count() - 1 && Close(At(i).X, x)) ++i;
       AddAt(x, i);
     }
-    End();
+    EndUpdate();
   }
 
   /// Thins flat runs, inside the caller's block.
@@ -198,14 +175,8 @@ class TPlainList {
     int i = 1;
     int run = 1;
     while (i < Count()) {
-      if (!Close(At(i - 1).Y, At(i).Y)) {
-        ++i;
-        run = 0;
-      } else if (++run < 2) {
-        ++i;
-      } else {
-        Delete(i - 1);
-      }
+      run = Close(At(i - 1).Y, At(i).Y) ? run + 1 : 0;
+      run < 2 ? static_cast<void>(++i) : Delete(i - 1);
     }
     if (Count() >= 2 && Close(At(Count() - 2).Y, At(Count() - 1).Y)) Delete(Count() - 1);
   }
@@ -225,13 +196,14 @@ class TPlainList {
     SetY(id, PlainY(At(index - 1), At(index + 1), At(index).X));
   }
 
-  void Changed() {
-    if (FBlocks == 0) Update(-1);
-  }
-
   void Update(int id) {
     if (Count() < 2) FSorted = FDuplicatesRemoved = true;
-    if (id < 0) Cleanup();
+    if (id < 0 && !(FSorted && FDuplicatesRemoved)) {
+      BeginUpdate();
+      Sort();
+      RemoveDuplicates();
+      EndUpdate();
+    }
     if (FHasSet) Told += id < 0 ? 'l' : 'p';
   }
 
@@ -242,15 +214,14 @@ class TPlainList {
 
   void UpdateValue(int id, bool xChanged, bool yChanged) {
     const int index = IndexOf(id);
-    const bool many = Count() > 1;
-    if (FSorted && xChanged && many) {
+    if (FSorted && xChanged && Count() > 1) {
       const double x = At(index).X;
       const double prev = index > 0 ? At(index - 1).X : x;
       const double next = index + 1 < Count() ? At(index + 1).X : x;
       FSorted = x >= prev - Tolerance && next + Tolerance >= x;
     }
     FDuplicatesRemoved = FDuplicatesRemoved && FSorted;
-    if (FDuplicatesRemoved && yChanged && many) {
+    if (FDuplicatesRemoved && yChanged && Count() > 1) {
       if (index > 0 && Same(At(index), At(index - 1))) FDuplicatesRemoved = false;
       if (index + 1 < Count() && Same(At(index), At(index + 1))) FDuplicatesRemoved = false;
     }
@@ -294,13 +265,11 @@ class TPlainList {
     const double x = At(IndexOf(id)).X;
     int i = GroupStart(id) + 1;
     while (i < Count() && Close(At(i).X, x)) {
-      if (!Same(At(i), At(i - 1))) {
+      if (!Same(At(i), At(i - 1)))
         ++i;
-        continue;
-      }
-      Delete(IndexOf(id) == i - 1 ? i : i - 1);
-      // Telling of the deletion may have cleaned the whole list up, the changed point included.
-      if (IndexOf(id) < 0) return;
+      else
+        Delete(IndexOf(id) == i - 1 ? i : i - 1);
+      if (IndexOf(id) < 0) return;  // the deletion's own update may have taken it as well
     }
     const int start = GroupStart(id);
     int end = start;

@@ -1,156 +1,148 @@
+#include <limits>
+#include <vector>
+
 #include <gtest/gtest.h>
 
-#include "fuzzylogic/framework/Exception.h"
-#include "fuzzylogic/model/FuzzyLogic.h"
+#include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/engine/FuzzyPointWalk.h"
 #include "tests/engine/Sets.h"
 
-// A set's life, properties and texts; membership at single places.
+// A set's points, shapes and properties; what it refuses; what its callbacks may throw.
 
 namespace fzy::test {
 namespace {
 
-TEST(FuzzySet, StartsEmptyAndUndefinedButInADesigner) {
-  const TOwned<TFuzzySet> set(TFuzzySet::Create());
-  EXPECT_EQ(set->GetValues()->GetFuzzySet(), set.Get());
-  EXPECT_EQ(set->GetValues()->GetCount(), 0);
-  EXPECT_EQ(set->GetSetType(), fstUserDefined);
-  EXPECT_FALSE(set->GetDefined());
-  EXPECT_EQ(set->GetVariable(), nullptr);
-  EXPECT_EQ(set->GetDisplayName(), "TFuzzySet");
+using S = TFuzzySet;
+using TAction = void (*)(TFuzzySet& s);
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double Inf = std::numeric_limits<double>::infinity();
 
-  TFuzzyLogic fuzzy;
-  TFuzzyVariable* variable = fuzzy.GetItems()->Add("x");
-  EXPECT_FALSE(TFuzzySet::Create(variable->GetItems())->GetDefined());
-  fuzzy.SetDesigning(true);
-  EXPECT_TRUE(TFuzzySet::Create(variable->GetItems())->GetDefined());
-}
+TFuzzySetValue& Point(TFuzzySet& set, int index) { return *set.GetValues()->GetItem(index); }
 
-TEST(FuzzySet, RefusesReservedNamesAndKeepsTheOldOne) {
-  const auto set = MakeSet("", "old");
-  for (const std::string name : {"very", "and", "or-meansqr", "<=X", "*"}) {
-    EXPECT_EQ(MessageOf([&] { set->SetName(name); }),
-              "Invalid fuzzy set name, \"" + name + "\" is a reserved word");
-    EXPECT_EQ(set->GetName(), "old");
+struct TCase {
+  const char* Points;
+  TAction Action;
+  const char* Result;
+};
+void Check(std::initializer_list<TCase> cases, TFuzzySets* sets = nullptr) {
+  for (const TCase& c : cases) {
+    const auto set = MakeSet(c.Points, "", sets);
+    c.Action(*set);
+    EXPECT_EQ(Text(set), c.Result) << "from " << c.Points;
   }
-  set->SetName("Very");
-  EXPECT_EQ(set->GetName(), "Very");
-  set->SetName("");
-  EXPECT_EQ(set->GetDisplayName(), "TFuzzySet");
 }
 
-TEST(FuzzySet, TellsItsVariableOfEveryNewValueOnce) {
-  TFuzzyLogic fuzzy;
-  TFuzzySet* set = fuzzy.GetItems()->Add("x")->GetItems()->Add("s");
-  int changes = 0;
-  fuzzy.SetOnFuzzySetChange([&](TObject*, TFuzzySet* changed) { changes += changed == set; });
-  const auto told = [&](auto change) {
-    changes = 0;
-    change();
-    return changes;
-  };
-  for (const int expected : {1, 0}) {  // the second time nothing is new
-    EXPECT_EQ(told([&] { set->SetName("t"); }), expected);
-    EXPECT_EQ(told([&] { set->SetComment("c"); }), expected);
+TEST(Points, AreNormalizedAfterAChange) {
+  Check({
+      {"0,0 1,1 2,0", [](S& s) { Point(s, 0).SetX(1.5); }, "1,1 1.5,0 2,0"},
+      {"1,0.2 1,0.5 1,0.8 2,0", [](S& s) { Point(s, 3).SetX(1); }, "1,0.2 1,0 1,0.8"},
+      {"0,0 1,0.2 1,0.5 1,0.8", [](S& s) { Point(s, 0).SetX(1); }, "1,0.2 1,0.8 1,0"},
+      {"0,0 1,0.2 3,1", [](S& s) { Point(s, 0).SetX(1); }, "1,0.2 1,0 3,1"},
+      {"1,0.5 1,0.7", [](S& s) { Point(s, 0).SetY(0.7); }, "1,0.7"},
+      {"0,0.3 1,1", [](S& s) { Point(s, 0).SetY(-0.5); }, "0,0 1,1"},
+      {"0,0.3 1,1", [](S& s) { Point(s, 0).SetY(1.5); }, "0,1.5 1,1"},
+      {"0,0 1,1 2,0", [](S& s) { Point(s, 0).SetValue(3, -1); }, "1,1 2,0 3,0"},
+      {"0,0 1,1 2,0", [](S& s) { s.GetValues()->SetItem(0, &Point(s, 1)); }, "1,1 2,0"},
+      // Up to five of one X may come out of a block, more if nothing was out of order.
+      {"2,0.1 1,0.2 1,0.3 1,0.4 1,0.5 1,0.6", [](S&) {}, "1,0.2 1,0.3 1,0.4 1,0.5 2,0.1"},
+      {"1,0.2 1,0.3 1,0.4 1,0.5 1,0.6", [](S&) {}, "1,0.2 1,0.3 1,0.4 1,0.5 1,0.6"},
+      {"0,0 50,1 100,0", [](S& s) { s.GetValues()->Expand(8); },
+       "0,0 12.5,0.25 25,0.5 37.5,0.75 50,1 66.6667,0.666667 83.3333,0.333333 100,0"},
+      {"0,0 1,0 1,1 4,1", [](S& s) { s.GetValues()->ExpandSimple(7); }, "0,0 1,0 1,1 2,1 3,1 4,1"},
+      {"3,0 3,1 3,0", [](S& s) { s.GetValues()->Expand(9), s.GetValues()->ExpandSimple(9); },
+       "3,0 3,1 3,0"},
+  });
+}
+
+TEST(Points, AreAddedOneBeyondTheLastAndLimitedByAnOwningSetOnly) {
+  const auto variable = MakeVariable(0, 1);
+  TFuzzySetValues& list = *variable->GetItems()->Add()->GetValues();
+  EXPECT_EQ(list.Add()->GetPoint(), (TFuzzyPoint{0, 0}));
+  list.Add(0.5, 1);
+  TFuzzySetValue* value = list.Add();
+  value->SetX(1.5);  // no change, so not clamped
+  EXPECT_EQ(value->GetX(), 1.5);
+  value->SetX(1.25);
+  EXPECT_EQ(value->GetX(), 1);
+  EXPECT_EQ(list.Insert(1)->GetIndex(), 1);
+  EXPECT_EQ(Text(list.Points()), "0,0 2,0 0.5,1 1,0");
+  EXPECT_EQ(MessageOf([&] { list.Insert(9); }), "List index out of bounds (9)");
+
+  TFuzzySetValues free;
+  const TOwned<TFuzzySetValue> freePoint(TFuzzySetValue::Create(nullptr));
+  free.Add(-3, 1)->SetValue(-4, -0.5);
+  freePoint->SetX(-3);
+  freePoint->SetY(-1);
+  freePoint->SetCollection(&free);
+  EXPECT_EQ(Text(free.Points()), "-4,-0.5 -3,0");
+  EXPECT_EQ(MessageOf([&] { free.Add(Inf, 0); }), Refusal("SetX", "Not a finite number"));
+  EXPECT_THROW(free[0]->SetX(-Inf), EFzyException);
+  EXPECT_THROW(free[0]->SetValue(Inf, 0), EFzyException);
+  EXPECT_THROW(free[0]->SetValue(0, -Inf), EFzyException);
+  EXPECT_THROW(free[0]->Assign(variable.Get()), EConvertError);
+  EXPECT_THROW(free.Assign(variable.Get()), EConvertError);
+  EXPECT_EQ(Text(free.Points()), "-4,-0.5 -3,0");
+  EXPECT_EQ(MessageOf([&] { TFuzzySetValue::Create(variable->GetItems()); }),
+            "A membership point belongs to a point list only, not to a TFuzzySets");
+}
+
+TEST(Points, AreAppendedAsFarAsTheSourceHasThem) {
+  const std::tuple<int, int, const char*> cases[] = {{-5, 100, "0,0.5 1,1 2,0"},
+                                                     {1, 1, "1,1"},
+                                                     {7, 2, "2,0"},
+                                                     {2, std::numeric_limits<int>::max(), "2,0"},
+                                                     {0, 0, ""},
+                                                     {1, -4, ""}};
+  const auto source = MakeSet("0,0.5 1,1 2,0");
+  for (const auto& [index, count, result] : cases) {
+    TFuzzySetValues list, empty;
+    list.Append(source->GetValues(), index, count);
+    list.Append(&empty, 0, 3);
+    EXPECT_EQ(Text(list.Points()), result) << index << ", " << count;
   }
-  EXPECT_EQ(told([&] { set->SetSetType(fstTriangle); }), 2);  // the points, then the type
-  EXPECT_EQ(told([&] { set->SetSetType(fstTriangle); }), 0);
-  EXPECT_EQ(told([&] { set->SetSetType(fstUserDefined); }), 1);
-  EXPECT_EQ(told([&] { (*set->GetValues())[1]->SetY(0.5); }), 1);
-  EXPECT_EQ(told([&] { set->SetExpression("e"), set->SetTag(1), set->SetDefined(false); }), 0);
 }
 
-TEST(FuzzySet, AnyChangeOfAPointMakesItUserDefined) {
-  const auto set = MakeSet("");
-  const auto prepare = [&] {
-    set->SetSetType(fstUserDefined);
-    set->SetSetType(fstTriangle);
-    set->SetExpression("e");
-  };
+TEST(Points, HaveStatistics) {
+  const char* const cases[][2] = {{"0,0.25 1,0.75", "0.25 0.75 0.5 0.5 0.75 0.25"},
+                                  {"0,2 1,4", "2 4 3 3 4 1"},
+                                  {"0,0.5 1,1 2,1.5", "0.5 1 1 1 1.5 0.5"}};  // a search ends at 1
+  double average = 0, greatest = 0, least = 0;
+  for (const auto& [points, expected] : cases) {
+    const auto set = MakeSet(points);
+    const TFuzzySetValues& list = *set->GetValues();
+    list.GetStatValues(average, greatest, least);
+    std::string text = Text(list.GetMinValue()) + " " + Text(list.GetMaxValue());
+    for (const double value : {list.GetAvgValue(), average, greatest, least})
+      text += " " + Text(value);
+    EXPECT_EQ(text, expected);
+  }
+  const TFuzzySetValues none;
+  const char* empty = "Fuzzy set is empty";
+  EXPECT_EQ(MessageOf([&] { none.GetMinValue(); }), Refusal("Get Minimum Y Value", empty));
+  EXPECT_EQ(MessageOf([&] { none.GetMaxValue(); }), Refusal("Get Maximum Y Value", empty));
+  EXPECT_EQ(MessageOf([&] { none.GetAvgValue(); }), Refusal("Get Average Y Value", empty));
+  EXPECT_EQ(MessageOf([&] { none.GetStatValues(average, greatest, least); }),
+            Refusal("Get Statistics Values", empty));
+}
+
+TEST(Points, AreComparedWithATolerance) {
+  EXPECT_TRUE(FloatEquals(1.0, 1.0001) && FloatEquals(1.0001, 1.0));
+  EXPECT_FALSE(FloatEquals(1.0, 1.00011) || FloatEquals(1.00011, 1.0));
+  const auto skipped = MakeSet("0,0.5 0.5,0.50009 1,0.5 1.00005,0.9 1,1 3,0");
+  const TFuzzySetValues& points = *skipped->GetValues();
+  EXPECT_EQ(points.SkipX(2, 1, 1), 5);
+  EXPECT_EQ(points.SkipX(4, 1, -1), 1);
+  EXPECT_EQ(points.SkipX(5, 3, 0), -1);
+  EXPECT_EQ(points.SkipX(0, 7, 1), 0);
+  EXPECT_EQ(points.SkipY(0, 0.5, 1), 3);
+  EXPECT_EQ(points.SkipY(2, 0.5, -1), -1);
+  EXPECT_EQ(points.GetXCount(1), 2);  // exactly
+
+  const auto set = MakeSet("0,0 1,0.5 1,0.9 1.00009,0.2 3,1");
   TFuzzySetValues& list = *set->GetValues();
-  for (const auto& change : std::initializer_list<std::function<void()>>{
-           [&] { list[1]->SetX(1); }, [&] { list[1]->SetY(0.5); }, [&] { list.Add(); },
-           [&] { list.Delete(0); }, [&] { list[0]->SetIndex(1); }, [&] { list.Clear(); }}) {
-    prepare();
-    change();
-    EXPECT_EQ(set->GetSetType(), fstUserDefined);
-    EXPECT_EQ(set->GetExpression(), "");
-  }
-}
-
-TEST(FuzzySet, AssignAndCloneCopyWhatTheSetIsNotWhatItIsFor) {
-  const auto variable = MakeVariable(0, 10);
-  TFuzzySet* set = variable->GetItems()->Add("s");
-  set->CreateCurveValues(3, 0, 8, 5, true);
-  set->SetExpression("e");
-  set->SetComment("c");
-  set->SetTag(7);
-  TFuzzySet* copy = set->Clone();
-  ASSERT_EQ(copy->GetCollection(), variable->GetItems());
-  EXPECT_EQ(copy->GetName(), "s");
-  EXPECT_EQ(Text(copy), "0,0 4,0.5 8,1");
-  EXPECT_EQ(copy->GetSetType(), fstGrowthCurve);
-  EXPECT_EQ(copy->GetInflectionPoint(), 5);
-  EXPECT_EQ(copy->GetExpression(), "e");
-  EXPECT_EQ(copy->GetComment(), "");
-  EXPECT_EQ(copy->GetTag(), 0);
-  EXPECT_FALSE(copy->GetDefined());
-
-  const auto narrow = MakeVariable(1, 5);
-  TFuzzySet* clamped = narrow->GetItems()->Add();
-  clamped->Assign(set);
-  EXPECT_EQ(Text(clamped), "1,0 4,0.5 5,1");
-  EXPECT_THROW(set->Assign(variable.Get()), EConvertError);
-  const TOwned<TFuzzySet> alone(MakeSet("0,1", "alone")->Clone());
-  EXPECT_EQ(alone->GetCollection(), nullptr);
-}
-
-TEST(FuzzySet, RangesOverItsVariableOrAlmostAnything) {
-  const auto variable = MakeVariable(-1, 6);
-  const TFuzzySet* set = variable->GetItems()->Add();
-  EXPECT_EQ(set->GetXRange(0), 6);
-  EXPECT_EQ(set->GetXRange(1), -1);
-  const auto alone = MakeSet("");
-  EXPECT_EQ(alone->GetXRange(0), 2147483647.0);
-  EXPECT_EQ(alone->GetXRange(1), -2147483647.0);
-  for (const int index : {2, -1})
-    EXPECT_EQ(MessageOf([&] { alone->GetXRange(index); }),
-              "Invalid index argument to GetXRange.  Index = " + std::to_string(index));
-}
-
-TEST(FuzzySet, WritesItsPoints) {
-  EXPECT_EQ(MakeSet("", "a")->ToString(), "(a )");
-  const auto set = MakeSet("0,1 0.5,0", "low");
-  EXPECT_EQ(set->ToString(), "(low (0.0000 1.0000) (0.5000 0.0000) )");
-  EXPECT_EQ(set->GetValuesToString(), "((0.0000 1.0000) (0.5000 0.0000) )");
-}
-
-TEST(FuzzySet, MembershipAtSinglePlaces) {
-  struct {
-    const char* Points;
-    double X, Degree;
-  } const cases[] = {
-      {"", 3, 0},
-      {"0,0.2 1,0.8", -5, 0.2},
-      {"0,0.2 1,0.8", 9, 0.8},
-      {"0,0 1,0 1,1 2,1", 1, 1},
-      {"0,0 1,0 1,1 2,1", 0.5, 0},
-      {"5,0 5,1 5,0", 5, 1},
-      {"5,0 5,1 5,0", 4.99999, 0},
-      {"5,0 5,1 5,0", 5.00001, 0},
-      {"1,0.5 2,0.1 2.00009,0.7 2.00018,0.9", 2, 0.7},  // a run is measured from its first point
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(MakeSet(c.Points)->DegreeOfMembership(c.X), c.Degree) << c.Points << " at " << c.X;
-}
-
-TEST(FuzzySet, LinesAndRuns) {
-  const auto set = MakeSet("0,0 1,0.5 1,0.9 1,0.9 1.00009,0.2 3,1");
-  TFuzzySetValues& list = *set->GetValues();
-  ASSERT_EQ(Text(set.Get()), "0,0 1,0.5 1,0.9 1.00009,0.2 3,1");
   EXPECT_EQ(set->GetMaxYValueOfX(1, 1), 2);
   EXPECT_EQ(set->GetMinYValueOfX(1, 1), 3);
   EXPECT_EQ(set->GetMaxYValueOfX(3, -1), 2);
-  EXPECT_EQ(set->GetMinYValueOfX(4, -1), 4);
   EXPECT_EQ(set->GetSlope(list[1], list[2]), 1);
   EXPECT_EQ(set->GetSlope(list[2], list[1]), -1);
   EXPECT_EQ(set->GetSlope(list[2], list[2]), 0);
@@ -161,7 +153,285 @@ TEST(FuzzySet, LinesAndRuns) {
   EXPECT_EQ(set->InterpolateX(0, 1, 4, 1, 1), 4);
   EXPECT_EQ(MessageOf([&] { set->GetMaxYValueOfX(5, 1); }), "List index out of bounds (5)");
   EXPECT_EQ(MessageOf([&] { set->GetMinYValueOfX(0, 0); }),
-            "Invalid operation: \"GetMinYValueOfX\".  Invalid argument: 0");
+            Refusal("GetMinYValueOfX", "Invalid argument: 0"));
+}
+
+TEST(Shapes, HaveTheirPointsAndRecordTheirType) {
+  struct {
+    TAction Make;
+    const char* Points;
+    TFuzzySetType Type;
+  } const cases[] = {
+      // clang-format off
+      {[](S& s) { s.CreateTriangleFunctionValues(0, 2, 3); }, "0,0 2,1 3,0", fstTriangle},
+      {[](S& s) { s.CreateTriangleFunctionValues(3, 1, 2); }, "3,0 3,1 3,0", fstTriangle},
+      {[](S& s) { s.CreateTriangleFunctionValues(0, 9, 2); }, "0,0 2,1 2,0", fstTriangle},
+      {[](S& s) { s.CreateCurveValues(5, 0, 1, 0.5, true); }, "0,0 0.25,0.125 0.5,0.5 0.75,0.875 1,1", fstGrowthCurve},
+      {[](S& s) { s.CreateCurveValues(5, 0, 1, 0.5, false); }, "0,1 0.25,0.875 0.5,0.5 0.75,0.125 1,0", fstDeclineCurve},
+      {[](S& s) { s.CreateCurveValues(-4, 0, 1, 9, true); }, "0,0 0.5,0.5 1,1", fstGrowthCurve},
+      {[](S& s) { s.CreateCurveValues(3, 2, 2, 2, true); }, "2,0 2,0 2,0", fstGrowthCurve},
+      {[](S& s) { s.CreatePIFunctionValues(7, 0, 60, 30); }, "0,0 10,0.222222 20,0.777778 30,1 40,0.777778 50,0.222222 60,0", fstPICurve},
+      {[](S& s) { s.CreatePIFunctionValues(8, 0, 80, 40); }, "0,0 10,0.125 20,0.5 30,0.875 50,0.875 60,0.5 70,0.125 80,0", fstPICurve},
+      {[](S& s) { s.CreatePIFunctionValues(3, 0, 100, 50); }, "0,0 50,1 75,0.5 100,0", fstPICurve},
+      {[](S& s) { s.CreatePIFunctionValues(5, 0, 4, 9); }, "0,0 2,0.5 4,1", fstPICurve},
+      {[](S& s) { s.CreatePIFunctionValues(5, 2, 1); }, "-1,0 0,0.5 1,1 2,0.5 3,0", fstPICurve},
+      {[](S& s) { s.CreateBetaCurveFunctionValues(5, 2, 0, 1); }, "-2,0.2 -1,0.5 0,1 1,0.5 2,0.2", fstBetaCurve},
+      {[](S& s) { s.CreateBetaCurveFunctionValues(1, 2, 0, 1, 0.25); }, "-2,0.5 0,1 2,0.5", fstBetaCurve},
+      {[](S& s) { s.CreateBetaCurveFunctionValues(3, 1, 5, 0); }, "4,0 5,1 6,0", fstBetaCurve},  // 1 however narrow
+      {[](S& s) { s.CreateTriangleFunctionValues(0, 1, 2), s.CreateCrispValue(5); }, "5,0 5,1 5,0", fstUserDefined},
+      // clang-format on
+  };
+  for (const auto& c : cases) {
+    const auto set = MakeSet("");
+    c.Make(*set);
+    EXPECT_EQ(Text(set), c.Points);
+    EXPECT_EQ(set->GetSetType(), c.Type) << c.Points;
+  }
+  const auto set = MakeSet("0,1");
+  const std::string refusal =
+      "Invalid range arguments.  Left (2.0000) is greater than right (1.5000)";
+  EXPECT_EQ(MessageOf([&] { set->CreateCurveValues(3, 2, 1.5, 0, true); }), refusal);
+  EXPECT_EQ(MessageOf([&] { set->CreatePIFunctionValues(3, 2, 1.5, 0); }), refusal);
+  EXPECT_EQ(MessageOf([&] { set->CreatePIFunctionValues(3, -0.25, 1.75); }), refusal);
+  EXPECT_EQ(MessageOf([&] { set->CreatePIFunctionValues(-1, 0, 1, 0.5); }),
+            Refusal("CreatePIFunctionValues", "Invalid argument: -1"));
+  EXPECT_EQ(Text(set), "0,1");
+  set->CreateCurveValues(3, 0, 1, 77, true);
+  EXPECT_EQ(set->GetInflectionPoint(), 77);
+  set->CreatePIFunctionValues(5, 0, 4, 2);
+  EXPECT_EQ(set->GetInflectionPoint(), 3);  // that of the right half
+  set->CreateBetaCurveFunctionValues(3, 1, 0, 6);
+  EXPECT_EQ(set->GetInflectionPoint(), 6);
+  set->CreateCrispValue(-0.5);
+  EXPECT_EQ(set->GetExpression(), "-0.5000");
+}
+
+TEST(Shapes, AreGeneratedOverTheRangeByType) {
+  const std::pair<TFuzzySetType, const char*> cases[] = {
+      {fstTriangle, "3,0 9,1 15,0"},
+      {fstGrowthCurve, "6,0 7,0.055556 8,0.222222 9,0.5 10,0.777778 11,0.944444 12,1"},
+      {fstDeclineCurve, "6,1 7,0.944444 8,0.777778 9,0.5 10,0.222222 11,0.055556 12,0"},
+      {fstPICurve, "3,0 5,0.222222 7,0.777778 9,1 11,0.777778 13,0.222222 15,0"},
+      {fstBetaCurve, "3,0.058824 5,0.123288 7,0.36 9,1 11,0.36 13,0.123288 15,0.058824"},
+  };
+  const auto variable = MakeVariable(0, 18);
+  TFuzzySet* set = variable->GetItems()->Add();
+  for (const double width : {18, 0}) {
+    variable->SetMaximum(width);
+    for (const auto& [type, points] : cases) {
+      set->SetSetType(type);
+      EXPECT_EQ(set->GetSetType(), type);
+      EXPECT_EQ(width > 0 ? Text(set) : Text(set->GetValues()->Points().back().X),
+                width > 0 ? points : "0");
+    }
+  }
+}
+
+TEST(FuzzySet, StartsEmptyAndUndefinedAndRefusesReservedNames) {
+  const TOwned<TFuzzySet> set(TFuzzySet::Create());
+  EXPECT_EQ(set->GetValues()->GetFuzzySet(), set.Get());
+  EXPECT_EQ(set->GetSetType(), fstUserDefined);
+  EXPECT_FALSE(set->GetDefined());
+  EXPECT_EQ(set->GetVariable(), nullptr);
+  EXPECT_EQ(set->GetDisplayName(), "TFuzzySet");
+  EXPECT_EQ(set->GetXRange(0), 2147483647.0);
+  EXPECT_EQ(set->GetXRange(1), -2147483647.0);
+  for (const int index : {2, -1})
+    EXPECT_EQ(MessageOf([&] { set->GetXRange(index); }),
+              "Invalid index argument to GetXRange.  Index = " + std::to_string(index));
+  set->SetName("Very");
+  for (const std::string name : {"very", "and", "or-meansqr", "<=X", "*"})
+    EXPECT_EQ(MessageOf([&] { set->SetName(name); }),
+              "Invalid fuzzy set name, \"" + name + "\" is a reserved word");
+  EXPECT_EQ(set->ToString(), "(Very )");
+  Fill(*set->GetValues(), Parse("0,1 0.5,0"));
+  EXPECT_EQ(set->ToString(), "(Very (0.0000 1.0000) (0.5000 0.0000) )");
+  EXPECT_EQ(set->GetValuesToString(), "((0.0000 1.0000) (0.5000 0.0000) )");
+}
+
+TEST(FuzzySet, AnyChangeOfAPointMakesItUserDefined) {
+  const auto set = MakeSet("");
+  for (const TAction change : std::initializer_list<TAction>{
+           [](S& s) { Point(s, 1).SetX(1); }, [](S& s) { Point(s, 1).SetY(0.5); },
+           [](S& s) { s.GetValues()->Add(); }, [](S& s) { s.GetValues()->Delete(0); },
+           [](S& s) { Point(s, 0).SetIndex(1); }, [](S& s) { s.GetValues()->Clear(); }}) {
+    set->SetSetType(fstUserDefined);
+    set->SetSetType(fstTriangle);
+    set->SetExpression("e");
+    change(*set);
+    EXPECT_EQ(set->GetSetType(), fstUserDefined);
+    EXPECT_EQ(set->GetExpression(), "");
+  }
+}
+
+TEST(FuzzySet, AssignAndCloneCopyWhatTheSetIsNotWhatItIsFor) {
+  const auto variable = MakeVariable(0, 10), narrow = MakeVariable(1, 5);
+  TFuzzySet* set = AddSet(variable, "", "s");
+  set->CreateCurveValues(3, 0, 8, 5, true);
+  set->SetExpression("e");
+  set->SetComment("c");
+  set->SetTag(7);
+  set->SetDefined(true);
+  const TFuzzySet* copy = set->Clone();
+  EXPECT_EQ(copy->GetCollection(), variable->GetItems());
+  EXPECT_EQ(copy->ToString(), set->ToString());
+  EXPECT_EQ(copy->GetSetType(), fstGrowthCurve);
+  EXPECT_EQ(copy->GetInflectionPoint(), 5);
+  EXPECT_EQ(copy->GetExpression() + copy->GetComment(), "e");
+  EXPECT_EQ(copy->GetTag(), 0);
+  EXPECT_FALSE(copy->GetDefined());
+  TFuzzySet* clamped = narrow->GetItems()->Add();
+  clamped->Assign(set);
+  EXPECT_EQ(Text(clamped), "1,0 4,0.5 5,1");
+  EXPECT_EQ(TOwned<S>(MakeSet("0,1")->Clone())->GetCollection(), nullptr);
+}
+
+TEST(Refusals, LeaveEverythingAsItWas) {
+  const auto variable = MakeVariable(0, 10);
+  TFuzzySet* set = AddSet(variable, "", "s", TTellingSet::Class());
+  set->CreateTriangleFunctionValues(0, 5, 10);
+  set->SetExpression("e");
+  std::string& told = static_cast<TTellingSet*>(set)->Told;
+  told.clear();
+  const auto check = [&](const std::string& message, TAction action) {
+    EXPECT_EQ(MessageOf([&] { action(*set); }), message);
+    EXPECT_EQ(Text(set) + set->GetName().Utf8() + set->GetExpression().Utf8() + told,
+              "0,0 5,1 10,0se");
+    EXPECT_EQ(set->GetSetType(), fstTriangle);
+    EXPECT_FALSE(set->GetValues()->IsUpdating()) << message;
+    EXPECT_EQ(variable->GetItems()->GetCount(), 1) << message;
+  };
+  // clang-format off
+  const std::pair<const char*, std::vector<TAction>> notANumber[] = {
+      {"SetX", {[](S& s) { Point(s, 1).SetX(NaN); }}},
+      {"SetY", {[](S& s) { Point(s, 1).SetY(NaN); }}},
+      {"SetX", {[](S& s) { Point(s, 1).SetValue(NaN, 1); }}},
+      {"SetValue", {[](S& s) { Point(s, 1).SetValue(2, NaN); }}},
+      {"SetX", {[](S& s) { s.GetValues()->Add(NaN, 0); }}},
+      {"Add", {[](S& s) { s.GetValues()->Add(0, NaN); }}},
+      {"DegreeOfMembership", {[](S& s) { s.DegreeOfMembership(NaN); }}},
+      {"CreateTriangleFunctionValues", {[](S& s) { s.CreateTriangleFunctionValues(0, NaN, 1); }}},
+      {"CreateCurveValues", {[](S& s) { s.CreateCurveValues(5, NaN, 1, 0, true); },
+          [](S& s) { s.CreateCurveValues(5, 0, NaN, 0, true); },
+          [](S& s) { s.CreateCurveValues(5, 0, 1, NaN, true); }}},
+      {"CreatePIFunctionValues", {[](S& s) { s.CreatePIFunctionValues(5, 0, 1, NaN); }}},
+      {"CreateCurveValues", {[](S& s) { s.CreatePIFunctionValues(5, NaN, 1); }}},
+      {"CreateBetaCurveFunctionValues", {[](S& s) { s.CreateBetaCurveFunctionValues(5, 1, 0, 1, NaN); },
+          [](S& s) { s.CreateBetaCurveFunctionValues(5, 1, 0, 0, 0); }}},
+      {"CreateCrispValue", {[](S& s) { s.CreateCrispValue(NaN); }}},
+      {"AlphaCutoff", {[](S& s) { s.AlphaCutoff(NaN, true); }}},
+      {"Cutoff", {[](S& s) { s.Cutoff(NaN, true); }}},
+      {"Hedge", {[](S& s) { s.Hedge(bfhAdd, NaN, true); }, [](S& s) { s.Hedge(bfhMultiply, Inf, false); },
+          [](S& s) { s.Correlate(NaN, fcmMinimum); }}},
+  };
+  // clang-format on
+  for (const auto& [name, actions] : notANumber)
+    for (const TAction action : actions) check(Refusal(name, "Not a number"), action);
+  const std::string notFinite = "Not a finite number";
+  // clang-format off
+  const std::pair<const char*, std::vector<TAction>> infinite[] = {
+      {"SetY", {[](S& s) { Point(s, 1).SetY(Inf); }}},
+      {"SetValue", {[](S& s) { Point(s, 1).SetValue(2, Inf); }}},
+      {"Add", {[](S& s) { s.GetValues()->Add(0, Inf); }}},
+      {"CreateCurveValues", {[](S& s) { s.CreateCurveValues(5, 0, Inf, 0, true); },
+          [](S& s) { s.CreateCurveValues(5, -1e308, 1e308, 0, true); }}},
+      {"CreateBetaCurveFunctionValues", {[](S& s) { s.CreateBetaCurveFunctionValues(5, 1e308, 0, 1); },
+          [](S& s) { s.CreateBetaCurveFunctionValues(3, 1, 0, 1, -1); }}},
+      {"/", {[](S& s) { s.Hedge(bfhDivide, 0, true); }}},
+      {"Hedge", {[](S& s) { s.Hedge(bfhAdd, Inf, true); }, [](S& s) { s.Hedge(bfhCutLess, Inf, true); }}},
+  };
+  // clang-format on
+  for (const auto& [name, actions] : infinite)
+    for (const TAction action : actions) check(Refusal(name, notFinite), action);
+  variable->SetMinimum(-1.5e308);
+  variable->SetMaximum(1.5e308);
+  check(Refusal("SetSetType", notFinite), [](S& s) { s.SetSetType(fstPICurve); });
+  check(Refusal("SetX", notFinite), [](S& s) { s.Hedge(fhAbout); });
+  variable->SetMinimum(3);
+  variable->SetMaximum(3);
+  check(Refusal("approximation", notFinite), [](S& s) { s.Hedge(fhNear); });
+
+  const auto huge = MakeSet("0,1.5e308 1,1e308");
+  EXPECT_EQ(MessageOf([&] { huge->Union(huge.Get(), foSum); }), Refusal("Add", notFinite));
+  TFuzzySetValues list;
+  Fill(list, {{-1.5e308, 0}, {1.5e308, 1}});
+  EXPECT_THROW(list.Expand(5), EFzyException);
+  EXPECT_THROW(list.ExpandSimple(5), EFzyException);
+  EXPECT_EQ(list.GetCount(), 2);
+  EXPECT_FALSE(list.IsUpdating());
+}
+
+TEST(Refusals, DoNotMeetAnInfinityThatIsClamped) {
+  const auto variable = MakeVariable(0, 10);
+  const char* points = "1,0.5 2,1 3,0";
+  Check(
+      {
+          {points, [](S& s) { Point(s, 0).SetX(Inf); }, "2,1 3,0 10,0.5"},
+          {points, [](S& s) { Point(s, 2).SetValue(-Inf, -Inf); }, "0,0 1,0.5 2,1"},
+          {points, [](S& s) { Point(s, 1).SetY(-Inf); }, "1,0.5 2,0 3,0"},
+          {points, [](S& s) { s.GetValues()->Add(-Inf, 1); }, "0,1 1,0.5 2,1 3,0"},
+          {points, [](S& s) { s.CreateCrispValue(Inf); }, "10,0 10,1 10,0"},
+          {points, [](S& s) { s.Hedge(bfhSubtract, Inf, false); }, "0,0.5 0,1 0,0"},
+          {points, [](S& s) { s.Hedge(bfhCutGreater, Inf, true); }, points},
+      },
+      variable->GetItems());
+  EXPECT_EQ(MakeSet(points)->DegreeOfMembership(-Inf), 0.5);
+  EXPECT_EQ(Text(TOwned<S>(MakeSet(points)->Cutoff(Inf, false))), points);
+}
+
+TEST(Throwing, ACallbackLeavesNoBlockOpenAndNoSetBehind) {
+  // clang-format off
+  const TAction cases[] = {
+      [](S& s) { Point(s, 0).SetX(1.5); }, [](S& s) { Point(s, 0).SetY(1); },
+      [](S& s) { s.GetValues()->Add(0.5, 1); }, [](S& s) { s.GetValues()->Insert(1); },
+      [](S& s) { s.GetValues()->Delete(1); }, [](S& s) { s.GetValues()->Clear(); },
+      [](S& s) { s.GetValues()->Expand(9); }, [](S& s) { s.GetValues()->ExpandSimple(9); },
+      [](S& s) { s.GetValues()->Append(s.GetValues()); }, [](S& s) { s.CreatePIFunctionValues(5, 0, 2, 1); },
+      [](S& s) { s.CreateCrispValue(1); }, [](S& s) { s.SetSetType(fstBetaCurve); },
+      [](S& s) { s.Hedge(fhNot); }, [](S& s) { s.Hedge(fhVery); }, [](S& s) { s.Hedge(fhAbove); },
+      [](S& s) { s.Hedge(fhAbout); }, [](S& s) { s.Hedge(fhSlightly); }, [](S& s) { s.Hedge(fhPositively); },
+      [](S& s) { s.Hedge(bfhAdd, 0.1, false); }, [](S& s) { s.Clone(); }, [](S& s) { s.Union(&s); },
+      [](S& s) { s.AlphaCutoff(0.5, false); }, [](S& s) { s.Cutoff(0.5, true); },
+      [](S& s) {
+        s.Operator(&s, "x", [](TFuzzySetValues& r, double, double, double, double) -> bool {
+          throw std::runtime_error(r.Add() ? "enough" : "");
+        });
+      },
+  };
+  // clang-format on
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    SCOPED_TRACE("case " + std::to_string(i));
+    const auto variable = MakeVariable(0, 2);
+    TFuzzySet* set = AddSet(variable, "0,0 1,0.9 2,0", "", TTellingSet::Class());
+    TTellingSet::Throwing = true;
+    EXPECT_THROW(cases[i](*set), std::runtime_error);
+    TTellingSet::Throwing = false;
+    EXPECT_FALSE(set->GetValues()->IsUpdating() || variable->GetItems()->IsUpdating());
+    EXPECT_EQ(variable->GetItems()->GetCount(), 1);
+    EXPECT_EQ(set->GetIndex(), 0);
+    set->CreateTriangleFunctionValues(0, 0.5, 1);
+    EXPECT_EQ(set->GetSetType(), fstTriangle);
+  }
+}
+
+TEST(PointWalk, CursorsMoveOnAndTheWinnerIsCopied) {
+  const auto a = MakeSet("0,0.1 1,0.2"), b = MakeSet("0,0.3 2,0.4");
+  for (const auto& [y1, y2, flag, copied] :
+       {std::tuple(0.5, 0.5, true, true), std::tuple(0.5, 0.5, false, false),
+        std::tuple(0.4, 0.5, false, true), std::tuple(0.4, 0.5, true, false)}) {
+    const auto result = MakeSet("");
+    TFuzzySetValues v;
+    TUpdateBlock block(v);
+    for (const TFuzzyPoint& point : Parse("0,0.1 0,0.3 7,7 8,8")) v.Add(point.X, point.Y);
+    int i = 0, j = 1;
+    Add1AndIncrement2(result.Get(), v[0], v[1], v[2], v[3], i, j, y1, y2, a->GetValues(),
+                      b->GetValues(), 5, flag);
+    EXPECT_EQ(Text(result), copied ? "0,0.1" : "");
+    EXPECT_EQ(i * 10 + j, 12);
+    EXPECT_EQ(Text(v.Points()), "1,0.2 5,0.3 0,0.1 0,0.3");
+    AddAndIncrement(result.Get(), v[0], v[2], v[3], i, y1, y2, a->GetValues(), 9, flag);
+    EXPECT_EQ(Text(v.Points()), y1 == y2 ? "9,0.2 5,0.3 1,0.2 1,0.2" : "9,0.2 5,0.3 1,0.2 0,0.3");
+  }
 }
 
 }  // namespace

@@ -4,39 +4,49 @@
 #include <cstdint>
 #include <cstdio>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "fuzzylogic/framework/UpdateBlock.h"
-#include "fuzzylogic/model/FuzzyVariable.h"
+#include "fuzzylogic/model/FuzzyLogic.h"
 #include "tests/engine/PlainCurve.h"
 #include "tests/support/Random.h"
+#include "tests/support/Refusal.h"
 
 // Sets and curves for the tests of this folder.
 
 namespace fzy::test {
 
-/// A set that writes down what its point list tells it: 'p' for a point, 'l' for the list.
+/// A set that writes down what its point list tells it: 'p' for a point, 'l' for the list; and
+/// throws then, while `Throwing`.
 class TTellingSet final : public TFuzzySet {
  public:
+  static inline bool Throwing = false;
+
   static TFuzzySetClass Class() {
     static constexpr TFuzzySetDescriptor descriptor{"TTellingSet",
                                                     []() -> TFuzzySet* { return new TTellingSet; }};
     return &descriptor;
   }
   TFuzzySetClass GetClass() const override { return Class(); }
-
   void UpdateFuzzySetValue(TFuzzySetValue* value) override {
-    Told += 'p';
     TFuzzySet::UpdateFuzzySetValue(value);
+    Tell('p');
   }
   void UpdateFuzzySetValues() override {
-    Told += 'l';
     TFuzzySet::UpdateFuzzySetValues();
+    Tell('l');
   }
 
   std::string Told;
+
+ private:
+  void Tell(char what) {
+    Told += what;
+    if (Throwing) throw std::runtime_error("told");
+  }
 };
 
 inline TOwned<TFuzzyVariable> MakeVariable(double minimum, double maximum) {
@@ -50,9 +60,8 @@ inline TOwned<TFuzzyVariable> MakeVariable(double minimum, double maximum) {
 inline TPoints Parse(const std::string& text) {
   TPoints points;
   std::istringstream in(text);
-  TFuzzyPoint point;
   char comma = 0;
-  while (in >> point.X >> comma >> point.Y) points.push_back(point);
+  for (TFuzzyPoint point; in >> point.X >> comma >> point.Y;) points.push_back(point);
   return points;
 }
 
@@ -72,15 +81,15 @@ inline std::string Text(TFuzzyCurve points) {
   return text;
 }
 inline std::string Text(const TFuzzySet* set) { return Text(set->GetValues()->Points()); }
+inline std::string Text(const TOwned<TFuzzySet>& set) { return Text(set.Get()); }
 
 inline TPoints PointsOf(const TFuzzySet& set) {
   const TFuzzyCurve curve = set.GetValues()->Points();
   return {curve.begin(), curve.end()};
 }
 
-/// Gives a set these points, added inside one block.
-inline void Fill(TFuzzySet& set, const TPoints& points) {
-  TFuzzySetValues& list = *set.GetValues();
+/// Gives a list these points, added inside one block.
+inline void Fill(TFuzzySetValues& list, const TPoints& points) {
   TUpdateBlock block(list);
   list.Clear();
   for (const TFuzzyPoint& point : points) list.Add(point.X, point.Y);
@@ -88,22 +97,17 @@ inline void Fill(TFuzzySet& set, const TPoints& points) {
 }
 
 inline TOwned<TFuzzySet> MakeSet(const std::string& points, const TString& name = "",
-                                 TFuzzySets* sets = nullptr) {
-  TOwned<TFuzzySet> set(TFuzzySet::Create(sets));
-  Fill(*set, Parse(points));
+                                 TFuzzySets* sets = nullptr,
+                                 TFuzzySetClass c = TFuzzySet::Class()) {
+  TOwned<TFuzzySet> set(TFuzzySet::Create(sets, c));
+  Fill(*set->GetValues(), Parse(points));
   set->SetName(name);
   return set;
 }
-
-/// The message with which the library refuses something; empty when it does not.
-template <class Operation>
-std::string MessageOf(Operation operation) {
-  try {
-    operation();
-    return "";
-  } catch (const EFzyException& error) {
-    return error.what();
-  }
+/// The same; the variable owns it.
+inline TFuzzySet* AddSet(const TOwned<TFuzzyVariable>& variable, const std::string& points,
+                         const TString& name = "", TFuzzySetClass c = TFuzzySet::Class()) {
+  return MakeSet(points, name, variable->GetItems(), c).Release();
 }
 
 inline bool SameBits(double a, double b) {
@@ -115,16 +119,7 @@ inline testing::AssertionResult SameBits(TFuzzyCurve actual, TFuzzyCurve expecte
   for (std::size_t i = 0; same && i < actual.size(); ++i)
     same = SameBits(actual[i].X, expected[i].X) && SameBits(actual[i].Y, expected[i].Y);
   if (same) return testing::AssertionSuccess();
-  std::ostringstream out;
-  out.precision(17);
-  const auto print = [&out](TFuzzyCurve points) {
-    for (const TFuzzyPoint& point : points) out << " (" << point.X << ' ' << point.Y << ')';
-  };
-  out << "is      ";
-  print(actual);
-  out << "\nexpected";
-  print(expected);
-  return testing::AssertionFailure() << out.str();
+  return testing::AssertionFailure() << Text(actual) << " instead of " << Text(expected);
 }
 
 /// A step between neighbours around the tolerance, where decisions change.
@@ -156,29 +151,20 @@ inline TPoints RandomCurve(TRandom& random, bool wobbling) {
   TFuzzyPoint point{random.Below(3) * scale, RandomY(random)};
   for (int i = 0; i < count; ++i) {
     points.push_back(point);
-    switch (random.Below(5)) {
-      case 0:  // a vertical run
-        break;
-      case 1: {  // beside the last
-        const double nudge = RandomNudge(random);
-        point.X += wobbling ? nudge : std::abs(nudge);
-        break;
-      }
-      case 2:  // breakpoints that curves share
-        point.X = std::floor(point.X / scale + 1) * scale;
-        break;
-      default:
-        point.X += random.Unit() * scale;
-    }
+    const int kind = random.Below(5);  // 0: a vertical run
+    const double nudge = RandomNudge(random);
+    if (kind == 1) point.X += wobbling ? nudge : std::abs(nudge);
+    if (kind == 2) point.X = std::floor(point.X / scale + 1) * scale;  // where curves often break
+    if (kind > 2) point.X += random.Unit() * scale;
     if (!random.OneIn(3)) point.Y = RandomY(random);
   }
   return points;
 }
 
-/// The same in a set; now and then some of its points are moved out of order.
+/// The same in a set; now and then one of its points is moved out of order.
 inline void FillRandomly(TFuzzySet& set, TRandom& random) {
-  Fill(set, RandomCurve(random, random.OneIn(2)));
   TFuzzySetValues& list = *set.GetValues();
+  Fill(list, RandomCurve(random, random.OneIn(2)));
   if (list.GetCount() > 1 && random.OneIn(8))
     list[random.Below(list.GetCount())]->SetIndex(random.Below(list.GetCount()));
 }
