@@ -89,9 +89,12 @@ TFzyFloat HeightAtCrisp(TFuzzyCurve a, TFuzzyCurve crisp) noexcept {
   TFzyFloat height = 0;
   std::size_t i = 0;
   for (; i < a.size() && a[i].X < foot.X && !FloatEquals(a[i].X, foot.X); ++i) {
+    const TFuzzyPoint& previous = a[i > 0 ? i - 1 : 0];
+    // A piece that does not fall, and ends well above 0, only leads further up.
+    const bool mayFallToFoot = a[i].Y < previous.Y || a[i].Y < 4 * FuzzyTolerance;
     TFuzzyPoint crossing;
-    if (a[i].Y > height &&
-        detail::IntersectSegments(a[i > 0 ? i - 1 : 0], a[i], foot, foot, crossing))
+    if (a[i].Y > height && mayFallToFoot &&
+        detail::IntersectSegments(previous, a[i], foot, foot, crossing))
       height = a[i].Y;
   }
   // Beyond an end where A is 0 the walk finds nothing but that end.

@@ -106,6 +106,7 @@ TFuzzySet* TFuzzySet::CombineBy(TFuzzySet* other, const TString& keyword,
     detail::TPointWriter points(values);
     const TFuzzySetValues& a = *FValues;
     const TFuzzySetValues& b = *other->FValues;
+    points.Reserve(a.Points().size() + b.Points().size());
     return !detail::MergeWalk(a.Points(), a.IsAscending(), b.Points(), b.IsAscending(),
                               [&](TFzyFloat x1, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {
                                 points.Add(x1, formula(y1, y2));

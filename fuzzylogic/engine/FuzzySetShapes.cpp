@@ -57,6 +57,7 @@ void TFuzzySet::CreateTriangleFunctionValues(TFzyFloat left, TFzyFloat middle, T
   const TPin self(this);
   TUpdateBlock block(*FValues);
   detail::TPointWriter points(*FValues);
+  points.Reserve(3);
   points.Add(left, 0);
   points.Add(middle, 1);
   points.Add(right, 0);

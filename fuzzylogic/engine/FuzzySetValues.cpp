@@ -78,6 +78,7 @@ void TFuzzySetValues::Assign(TPersistent* source) {
   TUpdateBlock block(*this);
   ClearItems();
   detail::TPointWriter writer(*this);
+  writer.Reserve(list->FPoints.size());
   for (const TFuzzyPoint& point : list->FPoints) writer.Assign(point);
   block.Close();
 }

@@ -139,7 +139,15 @@ class TFuzzySetValues : public TGCollection {
   void NoteOrder(int index) noexcept;
   void Reorder(const std::vector<int>& order);
 
-  TFzyFloat AdmitX(TFzyFloat x) const;
+  /// Where X may lie: the owning set's range, or anywhere finite.
+  struct TXRange {
+    bool IsBound;
+    TFzyFloat Minimum;
+    TFzyFloat Maximum;
+    TFzyFloat Admit(TFzyFloat x) const;
+  };
+  TXRange GetRange() const;
+  TFzyFloat AdmitX(TFzyFloat x) const { return GetRange().Admit(x); }
   void StoreX(int index, TFzyFloat x) noexcept;
   void Record(int index, TXYUpdateTypes updateType) noexcept;
   bool EqualsNeighbour(int index) const noexcept;

@@ -54,16 +54,18 @@ TPlace FindPlace(TFuzzyCurve curve, bool ascending, int changed) {
 
 }  // namespace
 
-TFzyFloat TFuzzySetValues::AdmitX(TFzyFloat x) const {
-  RequireNumber(x, "SetX");
-  if (!FFuzzySet) {
+TFuzzySetValues::TXRange TFuzzySetValues::GetRange() const {
+  if (!FFuzzySet) return {false, 0, 0};
+  return {true, FFuzzySet->GetXRange(1), FFuzzySet->GetXRange(0)};
+}
+
+TFzyFloat TFuzzySetValues::TXRange::Admit(TFzyFloat x) const {
+  if (!IsBound) {
     RequireFinite(x, "SetX");
     return x;
   }
-  const TFzyFloat minimum = FFuzzySet->GetXRange(1);
-  if (x < minimum) return minimum;
-  const TFzyFloat maximum = FFuzzySet->GetXRange(0);
-  return x > maximum ? maximum : x;
+  RequireNumber(x, "SetX");
+  return x < Minimum ? Minimum : x > Maximum ? Maximum : x;
 }
 
 void TFuzzySetValues::StoreX(int index, TFzyFloat x) noexcept {

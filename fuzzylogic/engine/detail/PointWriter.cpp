@@ -4,22 +4,20 @@
 
 namespace fzy::detail {
 
-namespace {
-
-constexpr std::size_t FewPoints = 4;  // most shapes have three: one allocation instead of three
-
-}  // namespace
+TFzyFloat TPointWriter::AdmitX(TFzyFloat x) {
+  if (!FRange) FRange = FValues.GetRange();
+  return FRange->Admit(x);
+}
 
 void TPointWriter::Append() {
   auto& points = FValues.FPoints;
-  if (points.capacity() == 0) points.reserve(FewPoints);
   points.push_back({points.empty() ? 0 : points.back().X + 1.0, 0});
   if (!FValues.FItems.empty()) FValues.FItems.push_back(nullptr);
 }
 
 void TPointWriter::Add(TFzyFloat x, TFzyFloat y) {
   CheckDegree(y, "Add");
-  const TFzyFloat admitted = FValues.AdmitX(x);
+  const TFzyFloat admitted = AdmitX(x);
   Append();
   const int index = FValues.GetCount() - 1;
   if (x != Point(index).X) {
@@ -31,7 +29,7 @@ void TPointWriter::Add(TFzyFloat x, TFzyFloat y) {
 
 void TPointWriter::Assign(const TFuzzyPoint& point) {
   CheckDegree(point.Y, "Assign");
-  const TFzyFloat x = FValues.AdmitX(point.X);
+  const TFzyFloat x = AdmitX(point.X);
   Append();
   const int index = FValues.GetCount() - 1;
   const bool hasRange = FValues.GetFuzzySet() != nullptr;
@@ -42,7 +40,7 @@ void TPointWriter::Assign(const TFuzzyPoint& point) {
 
 void TPointWriter::SetX(int index, TFzyFloat x) {
   if (x == Point(index).X) return;
-  FValues.StoreX(index, FValues.AdmitX(x));
+  FValues.StoreX(index, AdmitX(x));
   FValues.Record(index, {utX});
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <limits>
+#include <optional>
 
 #include "fuzzylogic/engine/FuzzySetValues.h"
 
@@ -17,6 +18,9 @@ inline void CheckDegree(TFzyFloat y, const char* operation) {
 class TPointWriter {
  public:
   explicit TPointWriter(TFuzzySetValues& values) noexcept : FValues(values) {}
+
+  /// Makes room for that many points more.
+  void Reserve(std::size_t count) { FValues.FPoints.reserve(FValues.FPoints.size() + count); }
 
   /// As `Add`, `SetX(x)`, `SetY(y)`.
   void Add(TFzyFloat x, TFzyFloat y);
@@ -54,8 +58,11 @@ class TPointWriter {
     return FValues.FPoints[static_cast<std::size_t>(index)];
   }
   void Append();
+  TFzyFloat AdmitX(TFzyFloat x);
 
   TFuzzySetValues& FValues;
+  // Asked for once: nobody is told, and so nobody changes it, while the block is open.
+  std::optional<TFuzzySetValues::TXRange> FRange;
 };
 
 }  // namespace fzy::detail
