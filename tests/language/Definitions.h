@@ -27,8 +27,7 @@ inline std::string Dump(const TFuzzySet* set) {
   static constexpr const char* types[] = {"", " tri", " z", " pi", " beta", " s"};
   std::string text = set->GetName().Utf8();
   if (!set->GetComment().empty()) text += " '" + set->GetComment().Utf8() + '\'';
-  text += types[static_cast<int>(set->GetSetType())];
-  text += set->GetDefined() ? " *" : " ";
+  text += std::string(types[static_cast<int>(set->GetSetType())]) + (set->GetDefined() ? " *" : " ");
   if (!set->GetExpression().empty()) text += '=' + set->GetExpression().Utf8();
   text += ' ';
   for (const TFuzzyPoint& point : set->GetValues()->Points())
@@ -42,13 +41,9 @@ inline std::string Dump(const TFuzzyVariable* variable) {
   if (!variable->GetComment().empty()) text += " '" + variable->GetComment().Utf8() + '\'';
   text += ' ' + Number(variable->GetMinimum()) + ".." + Number(variable->GetMaximum());
   if (!variable->GetUnits().empty()) text += ' ' + variable->GetUnits().Utf8();
-  text += " {";
-  const char* separator = "";
-  for (const TFuzzySet* set : *variable->GetItems()) {
-    text += separator + Dump(set);
-    separator = "; ";
-  }
-  return text + '}';
+  std::string sets;
+  for (const TFuzzySet* set : *variable->GetItems()) sets += (sets.empty() ? "" : "; ") + Dump(set);
+  return text + " {" + sets + '}';
 }
 
 inline std::string Dump(TFuzzyLogic& fuzzy) {

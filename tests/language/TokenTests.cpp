@@ -1,0 +1,529 @@
+#include <cerrno>
+#include <cmath>
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "fuzzylogic/common/StringStream.h"
+#include "tests/language/Definitions.h"
+#include "tests/support/Random.h"
+
+namespace fzy {
+namespace {
+
+using test::Failure;
+using test::TRandom;
+using TTokenRef = Ref<IFuzzyStreamToken>;
+
+std::string Visible(const TString& text) {
+  std::string result;
+  for (const char ch : text.Utf8())
+    result += ch == '\r' ? "\\r" : ch == '\n' ? "\\n" : std::string(1, ch);
+  return result;
+}
+
+TFuzzyLogicTokenStream Tokenizer(const TString& text, const TEncoding* encoding = nullptr) {
+  return {std::make_unique<TKelStringStream>(text, encoding), encoding};
+}
+
+/// A token as "a:word", "s:string", "i:5", "f:0.5", "v:variable", "(", "$" for the end.
+std::string Name(const IFuzzyStreamToken& token) {
+  const int kind = token.GetDataType();
+  const std::string text = token.GetText().Utf8();
+  if (kind == 0) return text == "EOF" ? "$" : "?" + text;
+  if (kind > 10) return text;
+  const bool number = kind == 3 || kind == 4;
+  return "?asifv?????"[kind] + (':' + text) +
+         (number ? FormatShortest(token.GetNumber()).Utf8() : "");
+}
+
+/// Tokens up to the end with a blank between, "@n" behind one on another line than the one before.
+std::string Tokens(TFuzzyLogicTokenStream& stream) {
+  std::string text;
+  for (int line = 1;;) {
+    const TTokenRef token = stream.NextToken();
+    text += Name(*token);
+    if (token->GetLineNumber() != line) text += '@' + std::to_string(token->GetLineNumber());
+    line = token->GetLineNumber();
+    if (token->GetDataType() == 0) return Visible(text);
+    text += ' ';
+  }
+}
+
+TEST(TokenStream, TellsTokensApart) {
+  const std::string zeros(400, '0');
+  const std::pair<TString, std::string> rows[] = {
+      {"", "$"},
+      {std::u16string_view(u" \t\0\x1F\x20", 5), "$"},
+      {"()[]=&|~", "( ) [ ] = & | ~ $"},
+      {"a(b)c[d]e&f|g~h\"i\"j;k", "a:a ( a:b ) a:c [ a:d ] a:e & a:f | a:g ~ a:h s:i a:j $@2"},
+      // An equals sign is a token only where one starts; "<" starts a word, and ends one.
+      {"a=b =b = <= a<b<=c << <", "a:a=b = a:b = a:<= a:a a:<b a:<=c a:< a:< a:< $"},
+      {"a,b{c}'d'!#%/*>", "a:a,b{c}'d'!#%/*> $"},
+      {"\x7F \u00A0 \u00E9\u20AC \U0001F600(", "a:\x7F a:\u00A0 a:\u00E9\u20AC a:\U0001F600 ( $"},
+      {std::u16string_view(u"a\0a\xD83D", 4), "a:a a:a\uFFFD $"},
+      // Escaped characters; the first of a word is taken before anything can be escaped.
+      {R"-(a\ b\(c\)\"d\;e\<f\\g)-", R"-(a:a b(c)"d;e<f\g $)-"},
+      {"a\\\nb c", "a:a\\nb@2 a:c $"},
+      {R"-(\a \(b)-", R"-(a:\a a:\ ( a:b $)-"},
+      {R"-(\)-", R"-(a:\ $)-"},
+      {R"-(a\)-", "a:a $"},
+      {R"-(\5 5\5 5\. ?\ )-", R"-(a:\5 i:55 f:5 v:  $)-"},
+      // Strings; one carries the line on which it ends.
+      {R"-("a\"b\\c\nd\"e")-", R"-(s:a"b\cnd"e $)-"},
+      {"\"a\\\r\nb\" c", "s:a\\r\\nb@2 a:c $"},
+      {R"("""a""b(;a 5?" "5")", "s: s:a s:b(;a 5? s:5 $"},
+      {"\"\r\n\n\r\" c", "s:\\r\\n\\n\\r@4 a:c $"},
+      // Numbers
+      {"0 7 007 -5 +5 -0", "i:0 i:7 i:7 i:-5 i:5 i:0 $"},
+      {"2147483647 -2147483648 +2147483647", "i:2147483647 i:-2147483648 i:2147483647 $"},
+      {"2147483648 -2147483649", "f:2147483648 f:-2147483649 $"},
+      {"0.5 .5 5. -.5 +.5 -0.0", "f:0.5 f:0.5 f:5 f:-0.5 f:0.5 f:-0 $"},
+      {"1e3 1E3 1e+3 1e-3 .5e1", "f:1000 f:1000 f:1000 f:0.001 f:5 $"},
+      {"0.30000000000000004 1.7976931348623157e308",
+       "f:0.30000000000000004 f:1.7976931348623157e+308 $"},
+      {"5e-324 1e-400 -1e-400 0e999999999999", "f:5e-324 f:0 f:0 f:0 $"},
+      {"1e309 -1e309 1e99999999999999999999", "a:1e309 a:-1e309 a:1e99999999999999999999 $"},
+      {"1" + zeros + " 0." + zeros + "1", "a:1" + zeros + " f:0 $"},
+      {"1" + zeros + "e-400", "f:1 $"},
+      {"+ - . +- -+ ++5 +-5 --5 -+5", "a:+ a:- a:. a:+- a:-+ a:++5 a:+-5 a:--5 a:-+5 $"},
+      {"1e 1e+ .e1 1.2.3 1,5 5x 0x10 1_0", "a:1e a:1e+ a:.e1 a:1.2.3 a:1,5 a:5x a:0x10 a:1_0 $"},
+      {"inf -inf nan +nan e5 \u0665", "a:inf a:-inf a:nan a:+nan a:e5 a:\u0665 $"},
+      {"1-2 1=2 5<6", "a:1-2 a:1=2 i:5 a:<6 $"},
+      {"?speed ? ?5 ??a a?b ?(b", "v:speed v: v:5 v:?a a:a?b v: ( a:b $"},
+      // Lines
+      {"a\nb\r\nc\rd", "a:a a:b@2 a:c@3 a:d@4 $"},
+      {"(\n(\r\n(\r(", "( (@2 (@3 (@4 $"},
+      {"\n\na\n\n\r\n\r\rb \n ", "a:a@3 a:b@8 $@9"},
+      {"a ;x\nb;y\r\nc;\rd;\n", "a:a a:b@2 a:c@3 a:d@4 $@5"},
+      {"a ; last", "a:a $@2"},
+      {"a\r\n", "a:a $@2"},
+      {"(\r", "( $@2"}};
+  for (const auto& [text, expected] : rows) {
+    TFuzzyLogicTokenStream stream = Tokenizer(text);
+    EXPECT_EQ(Tokens(stream), expected) << Visible(text);
+  }
+}
+
+TEST(TokenStream, ReportsWhatIsNoToken) {
+  const std::pair<const char*, int> rows[] = {
+      {"\"", 1}, {"(a\n \"b\nc\n)", 2}, {"\"a\\\"", 1}, {"\"a\\", 1}, {"\r\r\"a\n", 3}};
+  for (const auto& [text, line] : rows) {
+    TFuzzyLogicTokenStream stream = Tokenizer(text);
+    EXPECT_EQ(Failure([&] { Tokens(stream); }),
+              "line " + std::to_string(line) + ": Unbalanced string: the closing quote is missing");
+  }
+  TFuzzyLogicTokenStream stream = Tokenizer("");
+  const std::tuple<int, const char*, const char*> types[] = {
+      {34, "5", "s:5"}, {13, "x", "a:CRLF"}, {-1, "", "$"}, {-1, "5", "i:5"},
+      {0, "-", "a:-"},  {0, "", "a:"},       {38, "&", "&"}};
+  for (const auto& [type, text, expected] : types)
+    EXPECT_EQ(Name(*stream.FinishToken(type, text)), expected) << type;
+  for (const int type : {-2, 1, 33, 59, 127, 0x128})
+    EXPECT_EQ(Failure([&] { stream.FinishToken(type, "x"); }),
+              "line 1: Invalid token kind: " + std::to_string(type));
+}
+
+TEST(TokenStream, BuffersAConstructWhole) {
+  TFuzzyLogicTokenStream stream = Tokenizer("(term hot ((0 0)))");
+  EXPECT_EQ(Name(*stream.NextToken()), "(");
+  EXPECT_TRUE(stream.IsEof());
+  EXPECT_EQ(stream.GetParenthesisLevel(), 1);
+  EXPECT_EQ(Tokens(stream), "a:term a:hot ( ( i:0 i:0 ) ) ) $");
+  EXPECT_EQ(Name(*stream.NextToken()), "$") << "for ever";
+
+  TFuzzyLogicTokenStream words = Tokenizer("a b)(c");
+  EXPECT_EQ(Name(*words.GetCurrentToken()), "a:a") << "read on demand";
+  words.NextToken();
+  EXPECT_FALSE(words.IsEof());
+  EXPECT_EQ(Name(*words.NextToken()), ")");
+  EXPECT_EQ(words.GetParenthesisLevel(), -1);
+  EXPECT_EQ(Tokens(words), "( a:c $") << "balanced by the next construct";
+
+  TFuzzyLogicTokenStream prepared = Tokenizer("(a) (b)");
+  EXPECT_TRUE(prepared.PrepareSExp() && prepared.PrepareSExp());
+  EXPECT_EQ(Tokens(prepared), "( a:b ) ( a:a ) $") << "the one read last comes first";
+}
+
+TEST(TokenStream, EchoesWhatItHandsOut) {
+  TFuzzyLogicTokenStream stream = Tokenizer("(deffuzzy a\n \"b\" ;c\n (range 0.50 ?x)) d e");
+  const auto take = [&](int count) {
+    TTokenRef token;
+    while (count-- > 0) token = stream.NextToken();
+    return token;
+  };
+  take(4);
+  EXPECT_EQ(stream.ToString(), "( deffuzzy a \r\nb ");
+  TTokenRef token = take(1);
+  EXPECT_EQ(stream.ToString(), "( deffuzzy a \r\nb \r\n( ");
+  // A line break before a token that is put back goes too, and does not come again: the token is
+  // the current one by then.
+  stream.PutBackToken(token);
+  EXPECT_EQ(stream.ToString(), "( deffuzzy a \r\nb ");
+  EXPECT_EQ(stream.GetCurrentToken(), token);
+  EXPECT_EQ(stream.GetParenthesisLevel(), 1);
+  take(5);
+  EXPECT_EQ(stream.ToString(), "( deffuzzy a \r\nb ( range 0.5 x ) ");
+  take(2);
+  // The next construct writes over this one, and what reaches further stays to be seen.
+  EXPECT_EQ(stream.ToString(), "d deffuzzy a \r\nb ( range 0.5 x ) ) ");
+  stream.PutBackToken(take(1));
+  EXPECT_EQ(stream.ToString(), " ");
+  take(2);
+  EXPECT_EQ(stream.ToString(), "EOF ") << "a construct of its own";
+  // Any token may be put back, also one that is longer than all that was written.
+  stream.PutBackToken(stream.FinishToken(34, "a long string"));
+  EXPECT_EQ(stream.ToString(), " ");
+  EXPECT_EQ(Tokens(stream), "s:a long string@3 $");
+}
+
+TEST(TokenStream, LooksAheadAtTheHeadOfAConstruct) {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
+      {"(deffuzzy a)", "deffuzzy", "( a:deffuzzy a:a ) $"},
+      {" ;c\n(= a)", "=", "(@2 = a:a ) $"},
+      {"(\"a\")", "", "( s:a ) $"},
+      {"(5)", "", "( i:5 ) $"},
+      {"(", "", "( $"},
+      {"a b", "", "a:b $"},
+      {"", "", "$"}};
+  for (const auto& [text, head, rest] : rows) {
+    TFuzzyLogicTokenStream stream = Tokenizer(text);
+    EXPECT_EQ(stream.Head(), head) << text;
+    EXPECT_EQ(stream.GetParenthesisLevel(), 0);
+    EXPECT_EQ(Tokens(stream), rest) << text;
+  }
+}
+
+TEST(TokenStream, MovesOnAndStartsAfresh) {
+  TFuzzyLogicTokenStream stream = Tokenizer("(a (b c) d) e (f");
+  stream.MoveToNextConstruct();
+  EXPECT_EQ(Name(*stream.NextToken()), "(") << "outside any construct there is nothing to skip";
+  stream.MoveToNextConstruct();
+  EXPECT_EQ(Name(*stream.NextToken()), "a:e");
+  stream.NextToken();
+  stream.MoveToNextConstruct();
+  EXPECT_EQ(Name(*stream.GetCurrentToken()), "$");
+
+  TFuzzyLogicTokenStream cleared = Tokenizer("(a b)\nc;x\nd");
+  cleared.NextToken();
+  cleared.Clear();
+  EXPECT_EQ(cleared.ToString(), "( ") << "rewound, not wiped";
+  EXPECT_EQ(Name(*cleared.NextToken()), "a:c") << "the position in the text stays";
+  cleared.DiscardUntilEOL();
+  cleared.SetLineNumber(41);
+  EXPECT_EQ(Tokens(cleared), "a:d@41 $");
+}
+
+TEST(TokenStream, ReadsLinesBetweenTokens) {
+  TFuzzyLogicTokenStream stream = Tokenizer("a one two\r\nb\t \n");
+  EXPECT_EQ(Name(*stream.BuildNextToken()), "a:a");
+  EXPECT_EQ(stream.GetLine(), "one two");
+  EXPECT_EQ(stream.GetChar(), u'b');
+  EXPECT_TRUE(stream.SkipInLineSpaces());
+  EXPECT_FALSE(stream.SkipInLineSpaces());
+  const TTokenRef end = stream.BuildNextToken();
+  EXPECT_EQ(Visible(end->GetWhitespace()), "one two\\r\\n\t \\n");
+  EXPECT_EQ(end->GetLineNumber(), 3);
+  TFuzzyLogicTokenStream text = Tokenizer("b\\\"c\"d");
+  EXPECT_EQ(text.ReadString("a"), "ab\"c");
+}
+
+/// The tokenizer in its plainest form, one raw token after the other from a text that lies there
+/// whole: what the one of the library, which buffers and takes short cuts, must agree with.
+class TPlainTokenizer {
+ public:
+  explicit TPlainTokenizer(std::u16string text) : FText(std::move(text)) {}
+
+  /// All tokens as "name@line{white space}", or "!line" for a string without end.
+  std::string Run() {
+    for (std::string dump;;) {
+      const std::string token = Next();
+      dump += token + '@' + std::to_string(FTokenLine);
+      if (token == "!") return dump;
+      dump += '{' + Visible(FSpace) + '}';
+      FSpace.clear();
+      if (token == "$") return dump;
+    }
+  }
+
+ private:
+  bool End() const { return FAt == FText.size(); }
+
+  std::string Next() {
+    while (!End() && (FText[FAt] <= 32 || FText[FAt] == u';')) {
+      if (FText[FAt] == u';') {
+        while (!End() && FText[FAt] != u'\r' && FText[FAt] != u'\n') FSpace += FText[FAt++];
+        if (!End() && FText[FAt++] == u'\r' && !End() && FText[FAt] == u'\n') ++FAt;
+        FSpace += u"\r\n";
+        ++FLine;
+      } else {
+        CountLine();
+        FSpace += FText[FAt++];
+      }
+    }
+    FTokenLine = FLine;
+    if (End()) return "$";
+    const char16_t first = FText[FAt++];
+    if (first == u'"') return String();
+    if (std::u16string_view(u"()[]=&|~").find(first) == std::u16string_view::npos)
+      return Word(first);
+    return TString(1, first).Utf8();
+  }
+
+  std::string String() {
+    std::u16string text;
+    while (!End() && FText[FAt] != u'"') {
+      if (FText[FAt] == u'\\' && ++FAt == FText.size()) break;
+      CountLine();
+      text += FText[FAt++];
+    }
+    if (End()) return "!";
+    ++FAt;
+    FTokenLine = FLine;
+    return "s:" + TString(text).Utf8();
+  }
+
+  std::string Word(char16_t first) {
+    std::u16string word(1, first);
+    while (!End()) {
+      if (std::u16string_view(u"[]()&;<\"|~").find(FText[FAt]) != std::u16string_view::npos) break;
+      FTokenLine = FLine;
+      if (FText[FAt] <= 32) {
+        CountLine();
+        FSpace += FText[FAt++];
+        break;
+      }
+      if (FText[FAt] == u'\\') {
+        if (++FAt == FText.size()) break;
+        if (FText[FAt] == u'\n') FTokenLine = ++FLine;
+      }
+      word += FText[FAt++];
+    }
+    return Classified(TString(word).Utf8());
+  }
+
+  /// Counts the line that the character here ends; a CR before an LF leaves that to the LF.
+  void CountLine() {
+    const bool pair = FAt + 1 < FText.size() && FText[FAt + 1] == u'\n';
+    if (FText[FAt] == u'\n' || (FText[FAt] == u'\r' && !pair)) ++FLine;
+  }
+
+  static std::string Classified(const std::string& word) {
+    if (word[0] == '?') return "v:" + word.substr(1);
+    const bool digits = word.find_first_not_of("0123456789+-.e") == std::string::npos;
+    char* end = nullptr;
+    errno = 0;
+    double value = std::strtod(word.c_str(), &end);
+    if (!digits || word[0] == 'e' || *end || std::isinf(value)) return "a:" + word;
+    if (errno == ERANGE && std::fabs(value) < 0x1p-1074) value = 0;
+    const bool whole =
+        word.find_first_of(".e") == std::string::npos && value >= -0x1p31 && value < 0x1p31;
+    return (whole ? "i:" : "f:") + FormatShortest(whole ? value + 0.0 : value).Utf8();
+  }
+
+  std::u16string FText;
+  std::size_t FAt = 0;
+  int FLine = 1;
+  int FTokenLine = 1;
+  std::u16string FSpace;
+};
+
+/// A text of few characters, those that mean something and a few that need more than one byte.
+std::u16string RandomText(TRandom& random) {
+  static constexpr std::u16string_view characters =
+      u"((()))[]=&|~<\"\";;\\\\ab?1234509+-.e    \n\n\r\r\t\u00E9\u20AC";
+  const int kinds = static_cast<int>(characters.size());
+  std::u16string text;
+  for (int count = random.Below(60); count > 0; --count) {
+    if (random.OneIn(50)) text += u"\U0001F600";
+    text += characters[static_cast<std::size_t>(random.Below(kinds))];
+  }
+  return text;
+}
+
+/// The tokens of a stream as the plain tokenizer writes them, by its raw scanner or by constructs.
+/// By constructs, some are put back on the way, several at once, and read again.
+std::string Read(TFuzzyLogicTokenStream& stream, bool raw, TRandom* putBack) {
+  std::string dump;
+  std::vector<TTokenRef> taken;
+  try {
+    do {
+      taken.push_back(raw ? stream.BuildNextToken() : stream.NextToken());
+      int count = putBack && putBack->OneIn(4) ? putBack->Below(8) : 0;
+      for (; count > 0 && !taken.empty(); --count) {
+        stream.PutBackToken(taken.back());
+        taken.pop_back();
+      }
+    } while (taken.empty() || taken.back()->GetDataType() != 0);
+  } catch (const EFzyParseException& error) {
+    dump = "!@" + std::to_string(error.GetLineNumber());
+  }
+  std::string tokens;
+  for (const TTokenRef& token : taken)
+    tokens += Name(*token) + '@' + std::to_string(token->GetLineNumber()) + '{' +
+              Visible(token->GetWhitespace()) + '}';
+  return tokens + dump;
+}
+
+TEST(TokenStream, ReadsAsThePlainTokenizerDoes) {
+  TRandom random;
+  SCOPED_TRACE(random.Trace());
+  const TEncoding* const encodings[] = {nullptr, TEncoding::UTF16LittleEndian(),
+                                        TEncoding::UTF16BigEndian()};
+  for (int i = 0; i < 20'000; ++i) {
+    std::u16string text = RandomText(random);
+    // Now and then across the border of two blocks of the text stream, of 4096 bytes each.
+    const std::size_t block = i % 3 == 0 ? 4096 : 2048;
+    if (i % 20 == 0) text.insert(0, block - static_cast<std::size_t>(random.Below(40)), u' ');
+    const TString shown = Visible(text);
+    const std::string expected = TPlainTokenizer(text).Run();
+    const auto read = [&](bool raw, TRandom* putBack) {
+      TFuzzyLogicTokenStream stream = Tokenizer(text, encodings[i % 3]);
+      return Read(stream, raw, putBack);
+    };
+    ASSERT_EQ(read(true, nullptr), expected) << shown;
+    // The tokens of a construct that is not read to its end do not come out.
+    if (expected.find('!') != std::string::npos) continue;
+    ASSERT_EQ(read(false, nullptr), expected) << shown;
+    ASSERT_EQ(read(false, &random), expected) << "put back and read again: " << shown;
+  }
+}
+
+using TOwnToken = Ref<TFuzzyStreamToken>;
+
+TOwnToken Token(TFuzzyStreamTokenType kind, const TString& text, double number = 0) {
+  TOwnToken token = TFuzzyStreamToken::Create();
+  token->SetDataType(static_cast<int>(kind));
+  token->SetText(text);
+  token->SetNumber(number);
+  return token;
+}
+
+TOwnToken Group(std::initializer_list<TOwnToken> tokens) {
+  const Ref<TFuzzyStreamTokenList> list = TFuzzyStreamTokenList::Create();
+  for (const TOwnToken& token : tokens) list->Add(token);
+  TOwnToken group = TFuzzyStreamToken::Create();
+  group->SetList(list);
+  return group;
+}
+
+/// What the getters find in a token, as "kind: interface list set object fuzzyset", and its text.
+std::string Content(const TOwnToken& token) {
+  std::string text = std::to_string(token->GetDataType()) + ':';
+  if (token->GetIntfValue()) text += " interface";
+  if (token->GetList()) text += " list";
+  if (token->GetFuzzySetIntf()) text += " set";
+  if (token->GetObjValue()) text += " object";
+  if (token->GetFuzzySet()) text += " fuzzyset";
+  return text + " \"" + token->ToString().Utf8() + '"';
+}
+
+TEST(FuzzyStreamToken, HoldsOnePayloadOfEachKindOfField) {
+  const Ref<IFuzzyStreamTokenList> list =
+      Group({Token(fstAtom, "warm"), Token(fstInteger, "", 20)})->GetList();
+  const TOwned<TFuzzySet> set(TFuzzySet::Create());
+  set->SetExpression("very warm");
+  TFuzzyLogic other;
+
+  const TOwnToken token = TFuzzyStreamToken::Create();
+  EXPECT_EQ(Content(token), "0: \"\"");
+  token->SetText("left");
+  token->SetIntfValue(list);
+  EXPECT_EQ(Content(token), "6: interface list \"<interface>\"");
+  token->SetList(list);
+  EXPECT_EQ(Content(token), "7: interface list \"warm 20\"");
+  token->SetObjValue(&other);
+  EXPECT_EQ(Content(token), "9: interface list object \"<object>\"");
+  token->SetFuzzySet(set.Get());
+  EXPECT_EQ(Content(token), "10: interface list object fuzzyset \"very warm\"");
+  token->SetObjValue(set.Get());
+  EXPECT_EQ(Content(token), "9: interface list object fuzzyset \"<object>\"");
+
+  // Nothing clears the kind, and only the field that it was given for.
+  token->SetFuzzySetIntf(nullptr);
+  EXPECT_EQ(Content(token), "0: object fuzzyset \"left\"");
+  token->SetFuzzySet(nullptr);
+  EXPECT_EQ(Content(token), "0: \"left\"");
+  for (int setter = 0; setter < 3; ++setter) {
+    token->SetList(list);
+    if (setter == 0) token->SetList(nullptr);
+    if (setter == 1) token->SetIntfValue(nullptr);
+    if (setter == 2) token->SetObjValue(nullptr);
+    EXPECT_EQ(Content(token), setter == 2 ? "0: interface list \"left\"" : "0: \"left\"");
+  }
+  token->SetList(nullptr);
+  EXPECT_EQ(list->AddRef(), 2) << "given back";
+  list->Release();
+
+  // The kind alone promises nothing.
+  for (const TFuzzyStreamTokenType kind : {fstList, fstIFuzzySet, fstFuzzySet}) {
+    token->SetDataType(static_cast<int>(kind));
+    EXPECT_EQ(token->ToString(), "");
+  }
+}
+
+TEST(FuzzyStreamToken, CopiesAndComparesItsPayloadToo) {
+  const TOwned<TFuzzySet> set(TFuzzySet::Create());
+  const TOwnToken token = Token(fstAtom, "warm");
+  token->SetLineNumber(3);
+  token->SetWhitespace("\n");
+  token->SetFuzzySet(set.Get());
+  const Ref<IFuzzyStreamToken> copy = Query<IFuzzyStreamToken>(token->Clone().Get());
+  EXPECT_EQ(copy->GetObjValue(), set.Get());
+  EXPECT_EQ(copy->GetText() + copy->GetWhitespace(), "warm\n");
+  EXPECT_EQ(copy->GetLineNumber(), 3);
+  EXPECT_TRUE(copy->Equals(*token));
+  copy->SetObjValue(nullptr);
+  copy->SetDataType(token->GetDataType());
+  EXPECT_FALSE(copy->Equals(*token)) << "the payload differs";
+  copy->Assign(*token);
+  copy->Assign(*copy);
+  EXPECT_TRUE(copy->Equals(*token));
+}
+
+TEST(FuzzyStreamTokenList, HandsOutItsTokensByBothInterfaces) {
+  const Ref<TFuzzyStreamTokenList> list = TFuzzyStreamTokenList::Create();
+  const TOwnToken a = Token(fstAtom, "a");
+  const TOwnToken b = Token(fstString, "b c");
+  const TOwnToken c = Token(fstFloat, "", 0.5);
+  EXPECT_EQ(list->ToString(), "");
+  EXPECT_THROW(list->First(), EListError);
+  EXPECT_THROW(list->LastBaseStreamToken(), EListError);
+  EXPECT_EQ(list->Add(b), 0);
+  list->Insert(0, a);
+  list->Insert(2, Group({c, Group({}), Group({a})}));
+  EXPECT_EQ(list->ToString(), "a b c 0.5  a");
+  EXPECT_EQ(list->First(), Ref<IFuzzyStreamToken>(a));
+  EXPECT_EQ(list->LastBaseStreamToken()->ToString(), "0.5  a");
+  EXPECT_EQ(list->GetBaseStreamToken(1), Ref<IBaseStreamToken>(b));
+
+  const Ref<IFuzzyStreamTokenList> copy = list->Clone();
+  EXPECT_TRUE(list->Equals(copy));
+  copy->Append(copy);
+  copy->Append(nullptr);
+  EXPECT_EQ(copy->GetValueCount(), 6);
+  EXPECT_EQ(copy->IndexOf(c), -1) << "not in a nested list";
+  EXPECT_EQ(copy->Remove(b), 1);
+  EXPECT_EQ(copy->Remove(b), 3);
+  EXPECT_FALSE(list->Equals(copy));
+  EXPECT_FALSE(list->Equals(nullptr));
+  copy->Clear();
+  copy->Append(list);
+  copy->Put(0, Token(fstAtom, "a"));
+  EXPECT_TRUE(list->Equals(copy)) << "equal, not the same";
+  copy->PutBaseStreamToken(0, b);
+  EXPECT_EQ(copy->Get(0), Ref<IFuzzyStreamToken>(b));
+  EXPECT_THROW(copy->PutBaseStreamToken(0, TBaseStreamToken::Create()), EConvertError);
+  copy->Delete(2);
+  EXPECT_EQ(copy->ToString(), "b c b c");
+  for (const int index : {-1, 2}) {
+    EXPECT_THROW(copy->Get(index), EListError);
+    EXPECT_THROW(copy->Put(index, a), EListError);
+    EXPECT_THROW(copy->Delete(index), EListError);
+  }
+}
+
+}  // namespace
+}  // namespace fzy
