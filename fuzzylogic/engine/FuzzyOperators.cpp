@@ -81,6 +81,19 @@ bool IsCrisp(TFuzzyCurve curve) noexcept {
          curve[0].Y == 0 && curve[1].Y == 1 && curve[2].Y == 0;
 }
 
+/// The height that the walk finds where the crisp number lies inside one piece of A, apart from
+/// both of its ends: the degree there, and the crossings with the number's two edges.
+TFzyFloat HeightInPiece(const TFuzzyPoint& left, const TFuzzyPoint& right, bool flat,
+                        TFuzzyCurve crisp) noexcept {
+  TFzyFloat height = std::min(InterpolateY(left.X, left.Y, right.X, right.Y, crisp[0].X), 1.0);
+  TFuzzyPoint crossing;
+  // Both edges are met at the same height, if at all.
+  if (detail::CrossingInGap(flat, left, right, false, crisp[0], crisp[1], crossing) ||
+      detail::CrossingInGap(flat, left, right, false, crisp[1], crisp[2], crossing))
+    height = std::max(height, crossing.Y);
+  return height;
+}
+
 /// The height of the intersection with a crisp number, by those positions of the walk that can
 /// raise it. Before the number's X the walk meets its foot (x, 0) only, and a piece of A whose line
 /// leads there counts with its end; behind it, the foot counts as a crossing of degree 0 at most.
@@ -100,6 +113,8 @@ TFzyFloat HeightAtCrisp(TFuzzyCurve a, TFuzzyCurve crisp) noexcept {
   // Beyond an end where A is 0 the walk finds nothing but that end.
   const bool before = i == 0 && a[0].Y == 0 && !FloatEquals(a[0].X, foot.X);
   if (before || (i == a.size() && a.back().Y == 0)) return height;
+  if (i > 0 && i < a.size() && !FloatEquals(a[i].X, foot.X))
+    return std::max(height, HeightInPiece(a[i - 1], a[i], IsFlat(a), crisp));
   const auto visit = [&](TFzyFloat /*x1*/, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {
     height = std::max(height, std::min(y1, y2));
     return false;
