@@ -1,0 +1,253 @@
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "fuzzylogic/framework/Encoding.h"
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/framework/Format.h"
+#include "fuzzylogic/framework/Message.h"
+#include "fuzzylogic/framework/StringList.h"
+#include "tests/support/Random.h"
+
+namespace fzy {
+namespace {
+
+// clang-format off
+const struct {
+  const char* Name;
+  const TEncoding* Encoding;
+  std::u16string Sample;
+  std::string Bytes;
+} Encodings[] = {
+    // The codes at each change of a sequence's length and around the surrogates.
+    {"UTF-8", TEncoding::UTF8(),
+     u"A\u007F\u0080\u07FF\u0800\u20AC\uD7FF\uE000\uFFFF\U00010000\U0001F600\U0010FFFF",
+     "A\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xE2\x82\xAC\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF"
+     "\xF0\x90\x80\x80\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF"},
+    {"UTF-16LE", TEncoding::UTF16LittleEndian(), u"A\u20AC\U0001F600", {"A\0\xAC\x20\x3D\xD8\0\xDE", 8}},
+    {"UTF-16BE", TEncoding::UTF16BigEndian(), u"A\u20AC\U0001F600", {"\0A\x20\xAC\xD8\x3D\xDE\0", 8}},
+    {"ASCII", TEncoding::ASCII(), {u"\0A\x7F", 3}, {"\0A\x7F", 3}},
+    {"Latin-1", TEncoding::Latin1(), u"A\u0080\u00FF", "A\x80\xFF"},
+};
+// clang-format on
+
+std::u16string Decode(const TEncoding& encoding, std::string_view bytes) {
+  std::u16string text;
+  EXPECT_EQ(encoding.Decode(bytes, true, text), bytes.size());
+  return text;
+}
+
+std::string Encode(const TEncoding& encoding, std::u16string_view text) {
+  std::string bytes;
+  encoding.Encode(text, bytes);
+  return bytes;
+}
+
+TEST(Encoding, WritesAndReadsItsBytesAndReplacesTheRest) {
+  for (const auto& c : Encodings) {
+    EXPECT_EQ(Encode(*c.Encoding, c.Sample), c.Bytes) << c.Name;
+    EXPECT_EQ(Decode(*c.Encoding, c.Bytes), c.Sample) << c.Name;
+  }
+  // Unpaired surrogates: high at the end, high before a letter, low before high.
+  EXPECT_EQ(TString(u"a\xD83D").Utf8(), "a\xEF\xBF\xBD");
+  EXPECT_EQ(TString(u"\xD83Dz").Utf8(), "\xEF\xBF\xBDz");
+  EXPECT_EQ(TString(u"\xDE00\xD83D").Utf8(), "\xEF\xBF\xBD\xEF\xBF\xBD");
+  EXPECT_EQ(Encode(*TEncoding::ASCII(), u"a\u00E9\U0001F600\xDE00z"), "a???z");
+  EXPECT_EQ(Encode(*TEncoding::Latin1(), u"a\u00E9\u0100z"), "a\xE9?z");
+  EXPECT_EQ(Decode(*TEncoding::ASCII(), "a\x80z"), u"a\uFFFDz");
+  EXPECT_EQ(Decode(*TEncoding::UTF16BigEndian(), std::string_view("\0a\0", 3)), u"a\uFFFD");
+}
+
+// One replacement, here "?", for each maximal part of a sequence.
+TEST(Encoding, MalformedUtf8GivesOneReplacementForEachFaultySequence) {
+  const std::pair<std::string, std::u16string> cases[] = {
+      {std::string("a\xF1\x80\x80\xE1\x80\xC2") + "b\x80" + "c\x80\xBF" + "d", u"a???b?c??d"},
+      {"\xC0\xAF\xE0\x80\xBF\xF0\x81\x82z", u"????????z"},
+      {"\xED\xA0\x80\xED\xBF\xBF\xED\xAFz", u"????????z"},
+      {"\xF4\x91\x92\x93\xFFz\x80\xBFz", u"?????z??z"},
+      {"\xE1\x80\xE2\xF0\x91\x92\xF1\xBFz", u"????z"},
+      {"z\xF0\x9F\x98", u"z?"}};
+  for (auto [bytes, text] : cases) {
+    for (char16_t& unit : text) unit = unit == u'?' ? u'\uFFFD' : unit;
+    EXPECT_EQ(Decode(*TEncoding::UTF8(), bytes), text);
+  }
+}
+
+TEST(Encoding, TextReadInPiecesIsTheTextReadAsAWhole) {
+  test::TRandom random;
+  SCOPED_TRACE(random.Trace());
+  // Bytes around every border that the shape of a sequence knows.
+  constexpr std::string_view pool =
+      "a\x7F\x80\x8F\x90\x9F\xA0\xBF\xC1\xC2\xDF\xE0\xE1\xED\xEF\xF0\xF1\xF4\xF5\xFF\xD8\xDC";
+  for (int round = 0; round < 2000; ++round) {
+    std::string bytes;
+    for (int i = random.Below(12); i > 0; --i)
+      bytes += pool[static_cast<std::size_t>(random.Below(static_cast<int>(pool.size())))];
+    for (const auto& c : Encodings) {
+      const std::u16string whole = Decode(*c.Encoding, bytes);
+      for (std::size_t split = 0; split <= bytes.size(); ++split) {
+        std::u16string pieces;
+        const std::size_t used = c.Encoding->Decode(bytes.substr(0, split), false, pieces);
+        ASSERT_LE(used, split);
+        ASSERT_LT(split - used, 4U) << "no more than an unfinished character is left over";
+        c.Encoding->Decode(bytes.substr(used), true, pieces);
+        ASSERT_EQ(pieces, whole) << c.Name << ", split at " << split << ", round " << round;
+      }
+    }
+  }
+}
+
+TEST(Text, FoldsTheLettersItKnowsAndSlicesByUnit) {
+  const struct {
+    const char* Left;
+    const char* Right;
+    bool Same;
+  } cases[] = {{"Very TALL_9", "vERY tall_9", true},
+               {"ÀÖØÞĀĶĹŇŊŶŸŹŽ", "àöøþāķĺňŋŷÿźž", true},
+               {"ΑΣΩЀЏАЯЁ", "ασωѐџаяё", true},
+               {"a", "ab", false},
+               {"×", "÷", false},
+               {"@[", "`{", false},
+               {"İ", "ı", false},
+               {"ß", "ÿ", false},
+               {"é", "e", false}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(SameText(TString(c.Left), TString(c.Right)), c.Same) << c.Left;
+    EXPECT_NE(TString(c.Left), TString(c.Right));
+  }
+  const TString text = u" \t\U0001F600 b\u00A0\n";
+  EXPECT_EQ(text.Trim(), TString(u"\U0001F600 b\u00A0"));
+  EXPECT_EQ(TString(" \r\n ").Trim(), "");
+  EXPECT_EQ(text.Slice(5, 100), TString(u"b\u00A0\n"));
+  EXPECT_EQ(text.Slice(8) + text.Slice(9), "");
+  EXPECT_LT(TString(u"\U0001F600"), TString(u"\uFFFD")) << "units, not code points";
+}
+
+/// The C library's text, which is as exact.
+std::string Print(bool fixed, int decimals, double value) {
+  char text[700];
+  std::snprintf(text, sizeof text, fixed ? "%.*f" : "%.*e", decimals, value);
+  return text;
+}
+
+double RandomFinite(test::TRandom& random) {
+  for (;;) {
+    const auto value = std::bit_cast<double>(random.Bits());
+    if (std::isfinite(value)) return value;
+  }
+}
+
+TEST(Format, FillsPlaceholdersAndLeavesThoseWithoutTheirArgument) {
+  const std::pair<TString, const char*> cases[] = {
+      {FormatText("%s: %d of %.2f%%, %s", {"тёмный", -3, 0.5, ""}), "тёмный: -3 of 0.50%, "},
+      {FormatText("%d", {std::numeric_limits<std::int64_t>::min()}), "-9223372036854775808"},
+      {FormatText("%f %.f %.0f", {1.5, 1.0, 2.0}), "1.500000 1 2"},
+      {FormatText("%s%s", {"%d%s%", "!"}), "%d%s%!"},
+      {FormatText("no more", {"than", "needed"}), "no more"},
+      {FormatText("%s and %s, %d", {"one"}), "one and %s, %d"},
+      {FormatText("%d %s %.4f", {"a", "b", 1}), "%d b %.4f"},
+      {FormatText("%s|%f", {1.0, 2.0}), "%s|2.000000"},
+      {FormatText("50% %5d %q %.4 %s %", {"x"}), "50% %5d %q %.4 x %"}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(text, expected);
+  EXPECT_EQ(FormatText("%.999999999999f", {1.0}).size(), 101U) << "a wild count is bounded";
+
+  SetDecimalSeparator(u',');
+  EXPECT_EQ(FormatText("%.1f.%s", {0.5, "1.5"}), "0,5.1.5");
+  EXPECT_EQ(FormatFixed(3, 0), "3");
+  EXPECT_EQ(FormatShortest(0.5), "0.5") << "a text that programs read";
+  SetDecimalSeparator(u'.');
+}
+
+TEST(Format, FixedRoundsTheExactValue) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  constexpr double biggest = std::numeric_limits<double>::max();
+  EXPECT_EQ(FormatFixed(2.5, -1), "2");
+  EXPECT_EQ(FormatFixed(-1.5, 4), "-1.5000");
+  EXPECT_EQ(FormatFixed(-infinity, 4), "-inf");
+  EXPECT_EQ(FormatFixed(-nan, 4) + FormatShortest(-nan), "nannan");
+  EXPECT_EQ(FormatFixed(biggest, 1000), FormatFixed(biggest, 99));
+
+  test::TRandom random;
+  SCOPED_TRACE(random.Trace());
+  for (const double value : {0.125, 0.375, 2.5, 0.00005, 0.99999, -biggest}) {
+    for (const int decimals : {0, 2, 4, 99})
+      EXPECT_EQ(FormatFixed(value, decimals), Print(true, decimals, value));
+  }
+  for (int i = 0; i < 3000; ++i) {
+    const double value = i % 2 ? RandomFinite(random) : (random.Unit() - 0.5) * 1000;
+    ASSERT_EQ(FormatFixed(value, i % 20), Print(true, i % 20, value));
+  }
+}
+
+TEST(Format, ShortestReadsBackToTheSameBitsAndNoShorterTextDoes) {
+  test::TRandom random;
+  SCOPED_TRACE(random.Trace());
+  for (int i = 0; i < 5000; ++i) {
+    const double value = i % 2 ? RandomFinite(random) : random.Below(100'000) / 1000.0;
+    const std::string text = FormatShortest(value).Utf8();
+    double back = 0;
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), back);
+    ASSERT_EQ(end.ptr, text.data() + text.size()) << text;
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(back), std::bit_cast<std::uint64_t>(value)) << text;
+    int decimals = 16;
+    while (decimals > 0 && std::strtod(Print(false, decimals - 1, value).c_str(), nullptr) == value)
+      --decimals;
+    ASSERT_LE(text.size(), Print(false, decimals, value).size()) << text;
+  }
+}
+
+TEST(Message, ReplacementCountsOnTheNextUse) {
+  static constinit TMessage message{u"Unknown name: \"%s\""};
+  EXPECT_EQ(FormatText(message, {"cold"}), "Unknown name: \"cold\"");
+  message.Set("Unbekannter Name: „%s“");
+  EXPECT_EQ(FormatText(message, {"kühl"}), "Unbekannter Name: „kühl“");
+  message.Set("");
+  EXPECT_EQ(message.Get(), "Unknown name: \"%s\"");
+}
+
+TEST(StringList, SplitsTextAtEveryKindOfLineEnd) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},         {"a", "a\n"},       {"a\rb\r\nc\nd", "a\nb\nc\nd\n"},
+      {"\n\n", "\n\n"}, {"\r\r\n", "\n\n"}, {" a \n\r\n\tb\n", " a \n\n\tb\n"}};
+  for (const auto& [text, lines] : cases) {
+    TStringList list;
+    list.Add("old");
+    for (const TString& given : {TString(text), TString(lines)}) {
+      list.SetText(given);
+      EXPECT_EQ(list.GetText(), lines);
+    }
+  }
+}
+
+TEST(StringList, FindsByItsCaseRuleAndKeepsObjectsWithTheirLines) {
+  TStringList list, copy;
+  list.SetText("plain\nName=Cold\n=none\nname=a=b\nName=again");
+  EXPECT_EQ(list.IndexOfName("name"), 3);
+  EXPECT_EQ(list.GetValue("name"), "a=b");
+  EXPECT_EQ(list.GetValue(""), "none");
+  EXPECT_EQ(list.IndexOfName("plain"), -1);
+  EXPECT_EQ(list.IndexOf("name=cold"), -1);
+  list.SetCaseSensitive(false);
+  EXPECT_EQ(list.IndexOf("name=cold"), 1);
+  list.AddObject("a=1", &copy);
+  list.SetValue("NAME", "Warm");
+  list.SetValue("A", "2");
+  list.SetValue("new", "");
+  EXPECT_EQ(list.GetValue("missing"), "");
+  list.Delete(4);
+  copy.Assign(&list);
+  copy.Assign(&copy);
+  EXPECT_EQ(copy.GetText(), "plain\nNAME=Warm\n=none\nname=a=b\nA=2\nnew=\n");
+  EXPECT_EQ(copy.GetObject(4), &copy);
+  EXPECT_EQ(copy.GetObject(5), nullptr);
+  EXPECT_THROW(copy.GetString(-1), EListError);
+  EXPECT_THROW(copy.Delete(6), EListError);
+}
+
+}  // namespace
+}  // namespace fzy
