@@ -1,0 +1,233 @@
+#include <limits>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "fuzzylogic/framework/Format.h"
+#include "fuzzylogic/vocabulary/FuzzyExceptions.h"
+#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+#include "fuzzylogic/vocabulary/FuzzyNames.h"
+
+namespace fzy {
+namespace {
+
+/// The words of a look-up with its answer to each.
+struct TAnswers : std::map<TString, std::string> {
+  /// Enters the words of a table, given once more as one text: texts are kept in these words.
+  TAnswers(const auto& table, const char* words, const char* more = "") {
+    std::istringstream stream(words);
+    std::size_t index = 0;
+    for (std::string word; stream >> word; ++index) {
+      EXPECT_EQ(TString(table.at(index)), word);
+      emplace(word, std::to_string(index) + more);
+    }
+    EXPECT_EQ(index, table.size());
+  }
+  std::string operator()(const TString& word) const { return contains(word) ? at(word) : ""; }
+};
+
+/// The ordinal that a look-up finds, or nothing, and then it must leave its result.
+template <class Enum>
+std::string Ask(auto lookUp, const TString& s) {
+  constexpr Enum untouched{99};
+  Enum value = untouched;
+  const bool found = lookUp(s, value);
+  EXPECT_EQ(value == untouched, !found);
+  return found ? std::to_string(Ordinal(value)) : "";
+}
+
+TEST(Keywords, EachLookUpKnowsItsOwnWordsAndNoOther) {
+  // clang-format off
+  const TAnswers hedges(HedgeNames,
+      "not somewhat moreorless greatly plus very extremely above below slightly normalize about "
+      "vicinity close near neighboring positively absolutely definitely generally");
+  const TAnswers onY(BaseHedgeNames, "+ - * / ^ < <= > >=", " on Y");
+  const TAnswers operations(FuzzyOperationNames, "zadeh mean mean-sqr mean-sqrt product bounded-sum sum");
+  TAnswers keywords(FuzzyIntersectionKeywords,
+      "and and-mean and-meansqr and-meansqrt and-product and-boundedsum and-sum", " and");
+  keywords.merge(TAnswers(FuzzyUnionKeywords,
+      "or or-mean or-meansqr or-meansqrt or-product or-boundedsum or-sum", " or"));
+  const TAnswers correlations(FuzzyCorrelationNames, "minimum product");
+  const TAnswers inferences(FuzzyInferenceNames, "min-max sum mean product bounded-sum");
+  // clang-format on
+  TAnswers baseHedges = onY;
+  for (const auto& [symbol, answer] : onY) baseHedges[symbol + "X"] = answer.substr(0, 5) + "X";
+
+  // Every word of every table, and what comes near to one.
+  std::set<TString> words = {"", "X", "XX", "=", "=X", "+XX", "xor", "more or less", "boundedsum"};
+  for (const TAnswers& answers : {hedges, baseHedges, keywords, operations, inferences}) {
+    for (const auto& [word, answer] : answers) {
+      const TString capital = TString(1, char16_t(word[0] & ~0x20)) + word.Slice(1);
+      words.insert({word, capital, word + " ", " " + word, word + "X", word.Slice(1),
+                    word.Slice(0, word.size() - 1)});
+    }
+  }
+  for (const TString& s : words) {
+    SCOPED_TRACE(s);
+    const auto hedge = [](const TString& t, auto& value) { return IsFuzzyHedge(t, value); };
+    EXPECT_EQ(Ask<TFuzzyHedge>(hedge, s), hedges(s));
+    EXPECT_EQ(IsFuzzyHedge(s), hedges.contains(s));
+    EXPECT_EQ(Ask<TFuzzyOperation>(IsFuzzyOperation, s), operations(s));
+    EXPECT_EQ(Ask<TFuzzyCorrelationMethod>(IsFuzzyCorrelation, s), correlations(s));
+    EXPECT_EQ(Ask<TFuzzyInferenceMethod>(IsFuzzyInference, s), inferences(s));
+    for (const bool before : {false, true}) {
+      bool flag = before;
+      std::string answer = Ask<TFuzzyOperation>(
+          [&](const TString& t, auto& value) { return IsFuzzyKeyword(t, flag, value); }, s);
+      EXPECT_EQ(answer + (flag ? " or" : " and"), keywords.contains(s) ? keywords(s) : " or");
+      flag = before;
+      answer = Ask<TBaseFuzzyHedge>(
+          [&](const TString& t, auto& value) { return IsFuzzyHedgeOperator(t, value, flag); }, s);
+      EXPECT_EQ(answer.empty() ? "" : answer + (flag ? " on Y" : " on X"), baseHedges(s));
+      EXPECT_TRUE(!answer.empty() || flag == before);
+    }
+    EXPECT_EQ(IsFuzzyHedgeOperator(s), baseHedges.contains(s));
+    EXPECT_EQ(IsReservedFuzzyWord(s),
+              hedges.contains(s) || baseHedges.contains(s) || keywords.contains(s));
+  }
+}
+
+TEST(Keywords, ModifiersAndEnumerationsGoByTheSameOrder) {
+  const TFuzzyHedgeModifiers modifiers = {0, ONE_THIRD, 0.5, 0.7, 1.25, 2,   3, 0, 0, 0,
+                                          0, 2,         4,   1.2, 1.2,  1.2, 2, 2, 2, 0.5};
+  EXPECT_EQ(HedgeModifiers, modifiers);
+  TString identifiers;
+  for (const TFuzzyOperation operation :
+       {foZadeh, foMean, foMeanSqr, foMeanSqrt, foProduct, foBoundedSum, foSum})
+    identifiers += FuzzyOperationIdentifier(operation) + " ";
+  EXPECT_EQ(identifiers, "foZadeh foMean foMeanSqr foMeanSqrt foProduct foBoundedSum foSum ");
+
+  TFuzzyStreamTokenTypes kinds = {fstAtom, fstFuzzySet};
+  kinds.Include(fstList);
+  for (const auto kind : {fstAtom, fstNone}) kinds.Exclude(kind);
+  EXPECT_EQ(kinds, (TFuzzyStreamTokenTypes{fstFuzzySet, fstList, fstList}));
+  for (int i = 0; i <= 10; ++i)
+    EXPECT_EQ(kinds.Contains(TFuzzyStreamTokenType(i)), i == 7 || i == 10) << i;
+}
+
+// Programs show these texts and some compare them, two blanks and odd colons included.
+TEST(Messages, HaveTheirTexts) {
+  // clang-format off
+  const std::pair<const TMessage*, const char*> cases[] = {
+      {&SFuzzySetEmpty, "Invalid operation: \"%s\".  Fuzzy set is empty"},
+      {&SInvalidFuzzySetName, "Invalid fuzzy set name, \"%s\" is a reserved word"},
+      {&SInvalidFuzzyVarName, "Invalid fuzzy variable name, \"%s\""},
+      {&SMissingFuzzyVariable, "Missing fuzzy linguistic variable"},
+      {&SMax3XValues, "Invalid x value.  Maximum of 3 values with same X value: %.4f"},
+      {&SInvalidFuzzyOperation, "Invalid fuzzy operation: \"%s:"},
+      {&SInvalidXRangeIndex, "Invalid index argument to GetXRange.  Index = %d"},
+      {&SInvalidRangeArguments, "Invalid range arguments.  Left (%.4f) is greater than right (%.4f)"},
+      {&SParserUnassigned, "Parser not assigned.  Cannot parse"},
+      {&SFzyParseError, "Parsing Error, %s in %s at line %s: \"%s\""},
+      {&SFzyArgNumWrong, "Number of arguments for function, %s, incorrect.  Expected \"%s\""},
+      {&SFzyArgMinNumWrong, "Minimum number of arguments for function, %s, incorrect.  Expected %d or more"},
+      {&SFzyArgTypeWrong, "Data Types of arguments for function, %s, incorrect.  Expected %s"},
+      {&SPIArgsExpected, R"("Left Right Center" or "Range Center")"},
+      {&STriArgsExpected, R"("Left Middle Right")"},
+      {&SCurveArgsExpected, R"("Left Right Inflection_Point")"},
+      {&SBetaArgsExpected, R"("Range Center Inflection_Point" or "Range Center Inflection_Point Weight")"},
+      {&SFuzzyLogicNotSet, "Fuzzy Logic component must be specified to parse"},
+      {&SFuzzyLogicNotTFuzzyLogic, "FuzzyLogic property must be of type TFuzzyLogic or descendant"},
+      {&SFuzzyLogicNotTIFuzzyLogic, "FuzzyLogic property must be of type TIFuzzyLogic or descendant"},
+      {&SUnknownFuzzySetName, "Unknown Fuzzy Set name: \"%s\""},
+      {&SUnknownFuzzyVarName, "Unknown Fuzzy Variable name: \"%s\""},
+      {&SUnknownFunctionName, "Unknown function name: \"%s\""}, {&SLowFuzzyTerm, "low"},
+      {&SMediumFuzzyTerm, "medium"}, {&SHighFuzzyTerm, "high"}, {&SFzyMissingName, "Missing name"},
+      {&SFzyExpectedFuzzySet, "Expected \"( term\""},
+      {&SFzyExpectedFuzzyDefinition, "Expected \"( deffuzzy\""},
+      {&SFzyMissingOpenParens, "Expected \"(\""}, {&SFzyMissingCloseParens, "Expected \")\""},
+      {&SFzyExpectedNumber, "Expected number"},
+      {&SFzyExpectedKeyword, "Missing keyword.  Expected \"%s\""},
+      {&SFzyMissingOperand, "Missing fuzzy operand to be modified by hedge: %s"},
+      {&SFzyUndefinedVariable, "fuzzy variable is not defined"},
+      {&SFzyInvalidToken, "Invalid item in fuzzy expression: %s"},
+      {&SFzyInvalidValuePair, "Invalid X/Y value pair: %s"},
+      {&SFzyUnexpectedToken, "Unexpected token: \"%s\""},
+  };
+  // clang-format on
+  for (const auto& [message, text] : cases) EXPECT_EQ(message->Get(), text);
+}
+
+TEST(Exceptions, CarryTheFinalTextAndTheLine) {
+  try {
+    throw EFzyParseException(SFzyParseError, {"reading", "größe", "7", "("}, 7);
+  } catch (const EFzyException& error) {
+    EXPECT_STREQ(error.what(), "Parsing Error, reading in größe at line 7: \"(\"");
+    EXPECT_EQ(dynamic_cast<const EFzyParseException&>(error).GetLineNumber(), 7);
+  }
+  EXPECT_EQ(EFzyParseException("100%s").GetMessage(), "100%s") << "a plain message is no format";
+
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_NO_THROW(RequireNumber(-infinity, "x"));
+  EXPECT_THROW(RequireNumber(nan, "x"), EFzyException);
+  EXPECT_NO_THROW(RequireFinite(std::numeric_limits<double>::max(), "x"));
+  for (const double value : {infinity, -infinity, nan})
+    EXPECT_THROW(RequireFinite(value, "x"), EFzyException);
+}
+
+TEST(Names, EncloseNamesWithBlanksAndNoOthers) {
+  const std::pair<TString, const char*> cases[] = {
+      {CreateFuzzyName(fhVery, "tall"), "very tall"},
+      {CreateFuzzyName(fhVery, "very tall"), "very [very tall]"},
+      {CreateFuzzyName(fhMoreOrLess, "[a b]"), "moreorless [[a b]]"},
+      {CreateFuzzyName(fhNot, "a\tb"), "not a\tb"},
+      {CreateFuzzyName(fhGenerally, ""), "generally "},
+      {CreateFuzzyName(bfhAdd, true, "tall"), "+ tall"},
+      {CreateFuzzyName(bfhAdd, false, "tall"), "+X tall"},
+      {CreateFuzzyName(bfhCutGreaterEq, false, " "), ">=X [ ]"},
+      {CreateFuzzyName("hot", "very humid", "and-mean"), "hot and-mean [very humid]"},
+      {CreateFuzzyName("a b", "c d", "is or"), "[a b] is or [c d]"},
+      {CreateFuzzyName("a b", "c d", 1.5), "[a b] c d 1.5000"},
+      {CreateFuzzyName("+", "tall", -0.00005), "+ tall -0.0001"}};
+  for (const auto& [name, expected] : cases) EXPECT_EQ(name, expected);
+
+  SetDecimalSeparator(u',');
+  const TString name = CreateFuzzyName("+", "tall", 0.5);
+  SetDecimalSeparator(u'.');
+  EXPECT_EQ(name, "+ tall 0,5000");
+}
+
+/// Whether each bracket has its partner.
+bool Balanced(const TString& text) {
+  int depth = 0;
+  for (const char16_t unit : text) {
+    depth += unit == u'[' ? 1 : unit == u']' ? -1 : 0;
+    if (depth < 0) return false;
+  }
+  return depth == 0;
+}
+
+TEST(Expression, IsEnclosedOnceWhenItIsCompound) {
+  const std::pair<const char*, const char*> cases[] = {{"  x  ", "x"},
+                                                       {" a b ", "[ a b ]"},
+                                                       {" [a b]\n", "[a b]"},
+                                                       // Brackets without a partner.
+                                                       {"[] []", "[[] []]"},
+                                                       {"[a b", "[[a b]"},
+                                                       {"[[a b]", "[[a b]"},
+                                                       {"[a ]]b]", "[[a ]]b]]"}};
+  for (const auto& [text, expected] : cases) EXPECT_EQ(FormatFuzzyExpression(text), expected);
+
+  // Every text of up to eight of these characters whose brackets match.
+  constexpr std::u16string_view alphabet = u"a []";
+  for (std::size_t length = 0; length <= 8; ++length) {
+    for (std::size_t code = 0; code >> (2 * length) == 0; ++code) {
+      TString text;
+      for (std::size_t i = 0; i < length; ++i) text += alphabet[code >> (2 * i) & 3];
+      if (!Balanced(text)) continue;
+      const TString trimmed = text.Trim();
+      const bool enclosed = trimmed.size() > 2 && trimmed[0] == u'[' &&
+                            Balanced(trimmed.Slice(1, trimmed.size() - 2));
+      const TString once = FormatFuzzyExpression(text);
+      ASSERT_EQ(once, trimmed.Contains(u' ') && !enclosed ? "[" + text + "]" : trimmed);
+      ASSERT_EQ(FormatFuzzyExpression(once), once);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace fzy
