@@ -9,7 +9,7 @@
 
 // Random sequences of operations on a component, held against a plain model of names and indices.
 
-namespace fzy {
+namespace fzy::test {
 namespace {
 
 struct TPlainVariable {
@@ -50,7 +50,7 @@ void Move(std::vector<Item>& list, int from, int to) {
 
 class TRun {
  public:
-  explicit TRun(test::TRandom& random) : FRandom(random) {}
+  explicit TRun(TRandom& random) : FRandom(random) {}
 
   void Step() {
     const int count = static_cast<int>(FPlain.Variables.size());
@@ -84,27 +84,22 @@ class TRun {
   void OnList(int count) {
     TFuzzyVariables* list = FFuzzy.GetItems();
     auto& plain = FPlain.Variables;
-    switch (FRandom.Below(6)) {
-      case 0: {
-        const int to = FRandom.Below(count + 1);
-        list->Insert(to);
-        FPlain.Join({});
-        return Move(plain, count, to);
-      }
-      case 1:
-        FPlain.AutoTerms = !FPlain.AutoTerms;
-        return FFuzzy.SetAutoTerms(FPlain.AutoTerms);
-      case 2: {
-        FPlain.Threshold = FRandom.Unit();
-        for (TPlainVariable& variable : plain) variable.Threshold = FPlain.Threshold;
-        return FFuzzy.SetThreshold(FPlain.Threshold);
-      }
-      case 3:
-        if (count < 6) break;
-        plain.clear();
-        return list->Clear();
-      default:
-        break;
+    const int operation = FRandom.Below(6);
+    if (operation == 0) {
+      const int to = FRandom.Below(count + 1);
+      list->Insert(to);
+      FPlain.Join({});
+      return Move(plain, count, to);
+    }
+    if (operation == 1) return FFuzzy.SetAutoTerms(FPlain.AutoTerms = !FPlain.AutoTerms);
+    if (operation == 2) {
+      FPlain.Threshold = FRandom.Unit();
+      for (TPlainVariable& variable : plain) variable.Threshold = FPlain.Threshold;
+      return FFuzzy.SetThreshold(FPlain.Threshold);
+    }
+    if (operation == 3 && count >= 6) {
+      plain.clear();
+      return list->Clear();
     }
     const std::string name = Name();
     list->Add(name);
@@ -168,45 +163,39 @@ class TRun {
     }
     const int from = FRandom.Below(count);
     const int to = FRandom.Below(count);
-    switch (FRandom.Below(6)) {
-      case 0:
-        sets->Insert(to);
-        plain.Sets.insert(plain.Sets.begin() + to, "");
-        break;
-      case 1:
-        sets->GetItem(from)->SetIndex(to);
-        Move(plain.Sets, from, to);
-        break;
-      case 2:
-        sets->GetItem(from)->SetName(name);
-        plain.Sets[static_cast<std::size_t>(from)] = name;
-        break;
-      case 3:
-        if (others == sets) break;
-        sets->GetItem(from)->SetCollection(others);
-        otherPlain.Sets.push_back(plain.Sets[static_cast<std::size_t>(from)]);
-        otherPlain.PullBack();
-        plain.Sets.erase(plain.Sets.begin() + from);
-        break;
-      case 4:
-        if (!FRandom.OneIn(4)) break;
-        sets->Clear();
-        plain.Sets.clear();
-        break;
-      default:
-        sets->Delete(from);
-        plain.Sets.erase(plain.Sets.begin() + from);
+    std::string& moved = plain.Sets[static_cast<std::size_t>(from)];
+    const int operation = FRandom.Below(6);
+    if (operation == 0) {
+      sets->Insert(to);
+      plain.Sets.insert(plain.Sets.begin() + to, "");
+    } else if (operation == 1) {
+      sets->GetItem(from)->SetIndex(to);
+      Move(plain.Sets, from, to);
+    } else if (operation == 2) {
+      sets->GetItem(from)->SetName(name);
+      moved = name;
+    } else if (operation == 3 && others != sets) {
+      sets->GetItem(from)->SetCollection(others);
+      otherPlain.Sets.push_back(moved);
+      otherPlain.PullBack();
+      plain.Sets.erase(plain.Sets.begin() + from);
+    } else if (operation == 4 && FRandom.OneIn(4)) {
+      sets->Clear();
+      plain.Sets.clear();
+    } else if (operation == 5) {
+      sets->Delete(from);
+      plain.Sets.erase(plain.Sets.begin() + from);
     }
     plain.PullBack();
   }
 
-  test::TRandom& FRandom;
+  TRandom& FRandom;
   TFuzzyLogic FFuzzy;
   TPlainModel FPlain;
 };
 
 TEST(Model, FollowsAPlainOneThroughRandomOperations) {
-  test::TRandom random;
+  TRandom random;
   SCOPED_TRACE(random.Trace());
   for (int run = 0; run < 40; ++run) {
     TRun steps(random);
@@ -219,4 +208,4 @@ TEST(Model, FollowsAPlainOneThroughRandomOperations) {
 }
 
 }  // namespace
-}  // namespace fzy
+}  // namespace fzy::test

@@ -1,28 +1,25 @@
+#include <algorithm>
+#include <cmath>
 #include <functional>
 #include <limits>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 #include "tests/model/Scene.h"
-#include "tests/model/TestParser.h"
 
-namespace fzy {
+// Settings, lists, automatic terms and rules.
+
+namespace fzy::test {
 namespace {
-
-using test::MessageOf;
-using test::TScene;
-using test::TTestParser;
 
 constexpr TFzyFloat NaN = std::numeric_limits<TFzyFloat>::quiet_NaN();
 constexpr TFzyFloat Infinity = std::numeric_limits<TFzyFloat>::infinity();
 
-std::vector<std::string> NamesOf(TFuzzyVariable* variable) {
-  std::vector<std::string> names;
-  for (const TFuzzySet* set : *variable->GetItems()) names.push_back(set->GetName().Utf8());
-  return names;
+std::string TextOf(TFuzzyVariable* variable) {
+  std::string text;
+  for (const TFuzzySet* set : *variable->GetItems()) text += set->ToString().Utf8();
+  return text;
 }
 
 TEST(Settings, OfANewComponentAndVariable) {
@@ -34,9 +31,7 @@ TEST(Settings, OfANewComponentAndVariable) {
   EXPECT_EQ(fuzzy.GetInferenceMethod(), fimMinMax);
   EXPECT_EQ(fuzzy.GetDefuzzificationMethod(), dmCenterOfGravity);
   EXPECT_EQ(fuzzy.GetParser(), nullptr);
-  EXPECT_EQ(fuzzy.GetStrings()->GetCount(), 0);
-  EXPECT_EQ(fuzzy.GetItems()->GetCount(), 0);
-
+  EXPECT_EQ(fuzzy.GetStrings()->GetCount() + fuzzy.GetItems()->GetCount(), 0);
   TFuzzyVariable* variable = TFuzzyVariable::Create();
   EXPECT_EQ(variable->GetMinimum(), 0);
   EXPECT_EQ(variable->GetMaximum(), 1);
@@ -44,10 +39,7 @@ TEST(Settings, OfANewComponentAndVariable) {
   EXPECT_EQ(variable->GetItemIndex(), -1);
   EXPECT_EQ(variable->GetFuzzy(), nullptr);
   EXPECT_EQ(variable->GetDisplayName(), "TFuzzyVariable");
-  fuzzy.SetAutoTerms(false);
   variable->SetCollection(fuzzy.GetItems());
-  EXPECT_EQ(variable->GetThreshold(), 0.01);
-  EXPECT_EQ(variable->GetItems()->GetCount(), 0);
   variable->SetName("and");
   EXPECT_EQ(variable->ToString(), "and") << "names of variables are not checked";
 }
@@ -73,7 +65,6 @@ TEST(Settings, AreClampedAndARangePushesItsOtherEnd) {
   }
   s.X->SetSetType(fstBetaCurve);
   EXPECT_EQ(s.X->GetValues()->GetCount(), 3);
-
   s.U->SetMinimum(5);
   EXPECT_EQ(s.U->GetMaximum(), 5);
   s.U->SetMaximum(-1);
@@ -82,62 +73,66 @@ TEST(Settings, AreClampedAndARangePushesItsOtherEnd) {
   EXPECT_EQ(s.Cold->GetValues()->GetItem(1)->GetX(), 5) << "points stay where they are";
   s.Cold->GetValues()->GetItem(1)->SetX(7);
   EXPECT_EQ(s.Cold->GetValues()->GetItem(1)->GetX(), 4);
-}
 
-TEST(Settings, RefuseWhatIsWrongBeforeAnythingChanges) {
-  TScene s;
-  s.T->SetItemIndex(0);
-  s.Recorder.Take();
-  const auto notANumber = [](const char* operation) {
-    return std::string("Invalid operation: \"") + operation + "\".  Not a number";
-  };
-  const auto notFinite = [](const char* operation) {
-    return std::string("Invalid operation: \"") + operation + "\".  Not a finite number";
-  };
-  TFuzzySets* sets = s.T->GetItems();
-  TFuzzyVariables* variables = s.Fuzzy.GetItems();
-  TStringList list;
-  const std::pair<std::string, std::function<void()>> faults[] = {
-      {notANumber("SetMinimum"), [&] { s.T->SetMinimum(NaN); }},
-      {notFinite("SetMinimum"), [&] { s.T->SetMinimum(-Infinity); }},
-      {notFinite("SetMaximum"), [&] { s.T->SetMaximum(Infinity); }},
-      {notANumber("SetThreshold"), [&] { s.T->SetThreshold(NaN); }},
-      {notANumber("SetThreshold"), [&] { s.Fuzzy.SetThreshold(NaN); }},
-      {"List index out of bounds (2)", [&] { s.T->SetItemIndex(2); }},
-      {"List index out of bounds (-1)", [&] { sets->GetItem(-1); }},
-      {"List index out of bounds (3)", [&] { sets->Insert(3); }},
-      {"List index out of bounds (2)", [&] { variables->GetItem(2); }},
-      {"List index out of bounds (3)", [&] { variables->Insert(3); }},
-      {"List index out of bounds (2)", [&] { variables->Delete(2); }},
-      {"Unknown Fuzzy Set name: \"nothing\"", [&] { sets->GetItemByName("nothing"); }},
-      {"Unknown Fuzzy Set name: \"nothing\"", [&] { sets->SetItemByName("nothing", s.Hot); }},
-      {"Unknown Fuzzy Variable name: \"x\"", [&] { variables->GetItemByName("x"); }},
-      {"Unknown Fuzzy Variable name: \"x\"", [&] { variables->SetItemByName("x", s.T); }},
-      {"Invalid fuzzy set name, \"very\" is a reserved word", [&] { s.Hot->SetName("very"); }},
-      {"Cannot assign a TStringList to a TFuzzyVariable", [&] { s.T->Assign(&list); }},
-      {"Cannot assign a TFuzzyVariable to a TFuzzySet", [&] { s.Hot->Assign(s.T); }},
-      {"Cannot assign a nil to a TFuzzyVariable", [&] { s.T->Assign(nullptr); }},
-  };
-  for (const auto& [message, fault] : faults) EXPECT_EQ(MessageOf(fault), message);
-  EXPECT_EQ(s.Recorder.Take(), "");
-  EXPECT_EQ(s.T->GetItemIndex(), 0);
-  EXPECT_EQ(s.T->GetMaximum(), 10);
-  EXPECT_EQ(s.Hot->GetName(), "hot");
-}
-
-TEST(Settings, OfASetDependOnItsName) {
-  TScene s;
   TFuzzySets* sets = s.T->GetItems();
   EXPECT_TRUE(sets->Add("mild")->GetDefined());
-  EXPECT_FALSE(sets->Add("")->GetDefined());
-  EXPECT_FALSE(sets->Add("__Empty")->GetDefined());
-  EXPECT_FALSE(sets->Add()->GetDefined());
-  EXPECT_FALSE(sets->Insert(0)->GetDefined());
+  for (const char* name : {"", "__Empty"}) EXPECT_FALSE(sets->Add(name)->GetDefined());
+  EXPECT_FALSE(sets->Add()->GetDefined() || sets->Insert(0)->GetDefined());
   s.Fuzzy.SetDesigning(true);
   EXPECT_TRUE(sets->Add()->GetDefined()) << "in a form designer";
 }
 
-TEST(Lists, FindTheFirstOfAName) {
+TEST(Settings, AndRulesRefuseWhatIsWrongBeforeAnythingChanges) {
+  TScene s;
+  s.T->SetItemIndex(0);
+  s.Recorder.Take();
+  const char *notANumber = "Not a number", *notFinite = "Not a finite number";
+  const std::string strength = "GetCorrelationStrength", none = "No fuzzy set given";
+  const auto index = [](int i) { return "List index out of bounds (" + std::to_string(i) + ")"; };
+  TFuzzyVariable* t = s.T;
+  TFuzzySets* sets = t->GetItems();
+  TFuzzyVariables* variables = s.Fuzzy.GetItems();
+  TStringList list;
+  TFuzzySet* const hot = s.Hot;
+  TFuzzySet* const missing = nullptr;
+  // clang-format off
+  const std::pair<std::string, std::function<void()>> faults[] = {
+      {Refusal("SetMinimum", notANumber), [&] { t->SetMinimum(NaN); }},
+      {Refusal("SetMinimum", notFinite), [&] { t->SetMinimum(-Infinity); }},
+      {Refusal("SetMaximum", notFinite), [&] { t->SetMaximum(Infinity); }},
+      {Refusal("SetThreshold", notANumber), [&] { t->SetThreshold(NaN); }},
+      {Refusal("SetThreshold", notANumber), [&] { s.Fuzzy.SetThreshold(NaN); }},
+      {index(2), [&] { t->SetItemIndex(2); }},
+      {index(-1), [&] { sets->GetItem(-1); }},
+      {index(3), [&] { sets->Insert(3); }},
+      {index(2), [&] { variables->GetItem(2); }},
+      {index(3), [&] { variables->Insert(3); }},
+      {index(2), [&] { variables->Delete(2); }},
+      {"Unknown Fuzzy Set name: \"nothing\"", [&] { sets->GetItemByName("nothing"); }},
+      {"Unknown Fuzzy Set name: \"nothing\"", [&] { sets->SetItemByName("nothing", hot); }},
+      {"Unknown Fuzzy Variable name: \"x\"", [&] { variables->GetItemByName("x"); }},
+      {"Unknown Fuzzy Variable name: \"x\"", [&] { variables->SetItemByName("x", t); }},
+      {"Invalid fuzzy set name, \"very\" is a reserved word", [&] { hot->SetName("very"); }},
+      {"Cannot assign a TStringList to a TFuzzyVariable", [&] { t->Assign(&list); }},
+      {"Cannot assign a TFuzzyVariable to a TFuzzySet", [&] { hot->Assign(t); }},
+      {"Cannot assign a nil to a TFuzzyVariable", [&] { t->Assign(nullptr); }},
+      {Refusal(strength, "2 premises but 1 matchings"), [&] { t->AssertRule({hot, s.Cold}, {hot}, hot, nullptr); }},
+      {Refusal(strength, none), [&] { t->AssertRule({hot, missing}, {hot, hot}, hot, nullptr); }},
+      {Refusal(strength, none), [&] { t->AssertRule({hot}, {missing}, hot, nullptr); }},
+      {Refusal(strength, none), [&] { t->AssertRule(hot, hot, missing, nullptr); }},
+      {Refusal("AssertRule", none), [&] { t->AssertRule(missing, hot, hot, nullptr); }},
+      {Refusal("AssertRule", none), [&] { t->AssertRule(1, nullptr, hot); }},
+      {Refusal("AssertRule", notANumber), [&] { t->AssertRule(NaN, hot, hot); }},
+  };
+  // clang-format on
+  for (const auto& [message, fault] : faults) EXPECT_EQ(MessageOf(fault), message);
+  EXPECT_EQ(s.Recorder.Take(), "");
+  EXPECT_EQ(t->GetItemIndex(), 0);
+  EXPECT_EQ(t->GetMaximum(), 10);
+  EXPECT_EQ(hot->GetName(), "hot");
+}
+
+TEST(Lists, FindTheFirstOfANameAndCopyFieldByField) {
   TScene s;
   TFuzzySets* sets = s.T->GetItems();
   TFuzzySet* second = sets->Add("cold");
@@ -146,83 +141,55 @@ TEST(Lists, FindTheFirstOfAName) {
   sets->SetItemByName("cold", s.Hot);
   EXPECT_EQ(s.Cold->ToString(), "(hot (5.0000 0.0000) (10.0000 1.0000) )");
   EXPECT_EQ(sets->GetItemByName("cold"), second);
-  s.Fuzzy.GetItems()->SetItemByName("u", s.T);
-  EXPECT_EQ(s.U->GetName(), "t");
-  EXPECT_EQ(s.Fuzzy.GetItems()->GetItemByName("t"), s.T);
-}
 
-TEST(Lists, CopyAVariableFieldByField) {
-  TScene s;
   s.T->SetUnits("K");
   s.T->SetComment("outside");
   s.T->SetThreshold(0.5);
   s.T->SetItemIndex(0);
   TFuzzySets* list = s.U->GetItems();
-  s.U->Assign(s.T);
+  s.Fuzzy.GetItems()->SetItemByName("u", s.T);
+  EXPECT_EQ(s.Fuzzy.GetItems()->GetItemByName("t"), s.T);
   EXPECT_EQ(s.U->GetItems(), list);
-  EXPECT_THAT(NamesOf(s.U), testing::ElementsAre("cold", "hot"));
+  EXPECT_EQ(TextOf(s.U), TextOf(s.T));
   EXPECT_EQ(list->GetItem(0)->GetVariable(), s.U);
-  EXPECT_EQ(list->GetItem(0)->ToString(), s.Cold->ToString());
-  EXPECT_EQ(s.U->GetUnits(), "K");
-  EXPECT_EQ(s.U->GetComment(), "outside");
+  EXPECT_EQ(s.U->GetName() + s.U->GetUnits() + s.U->GetComment(), "tKoutside");
   EXPECT_EQ(s.U->GetThreshold(), 0.5);
   EXPECT_EQ(s.U->GetMaximum(), 10);
   EXPECT_EQ(s.U->GetItemIndex(), 0);
-
   TStringList lines;
   lines.Add("before");
   lines.Assign(s.T);
-  EXPECT_EQ(lines.GetText(), "cold\nhot\n");
+  EXPECT_EQ(lines.GetText(), "hot\nhot\ncold\n");
   EXPECT_EQ(lines.GetObject(1), s.Hot);
 }
 
-// Automatic terms
-
-struct TTermCase {
-  TFzyFloat Minimum, Maximum;
-  const char* Present;
-  std::vector<std::string> Names;
-};
-
 TEST(AutomaticTerms, FillUpWhatIsMissingOverTheRangeOfTheMoment) {
-  const TTermCase cases[] = {
-      {0, 10, "x", {"x", "low", "medium", "high"}},
-      {10, 20, "medium", {"medium", "low", "high"}},
-      {-1, 3, "high", {"high", "low", "medium"}},
-  };
-  for (const TTermCase& c : cases) {
+  const std::string low = "(low (-1.0000 1.0000) (3.0000 0.0000) )";
+  const std::string medium = "(medium (-1.0000 0.0000) (1.0000 1.0000) (3.0000 0.0000) )";
+  const std::string high = "(high (-1.0000 0.0000) (3.0000 1.0000) )";
+  for (const auto& [present, text] : {std::pair("x", "(x )" + low + medium + high),
+                                      {"medium", "(medium )" + low + high},
+                                      {"high", "(high )" + low + medium}}) {
     TScene s;
-    s.U->SetMaximum(c.Maximum);
-    s.U->SetMinimum(c.Minimum);
-    s.X->SetName(c.Present);
+    s.U->SetMaximum(3);
+    s.U->SetMinimum(-1);
+    s.X->SetName(present);
     s.Fuzzy.AddAutoTerms(s.U);
-    EXPECT_THAT(NamesOf(s.U), testing::ElementsAreArray(c.Names));
-    EXPECT_EQ(s.U->GetItemIndex(), s.U->GetItems()->GetCount() - 1);
-    const TFzyFloat middle = (c.Minimum + c.Maximum) / 2;
-    const std::pair<const char*, std::vector<TFuzzyPoint>> terms[] = {
-        {"low", {{c.Minimum, 1}, {c.Maximum, 0}}},
-        {"medium", {{c.Minimum, 0}, {middle, 1}, {c.Maximum, 0}}},
-        {"high", {{c.Minimum, 0}, {c.Maximum, 1}}},
-    };
-    for (const auto& [name, points] : terms) {
-      if (std::string(name) == c.Present) continue;
-      const TFuzzySet* term = s.U->GetItems()->GetItemByName(name);
-      EXPECT_EQ(term->GetExpression(), name);
-      EXPECT_TRUE(term->GetDefined());
-      ASSERT_EQ(term->GetValues()->GetCount(), static_cast<int>(points.size()));
-      for (std::size_t i = 0; i < points.size(); ++i) {
-        EXPECT_EQ(term->GetValues()->Points()[i].X, points[i].X) << name;
-        EXPECT_EQ(term->GetValues()->Points()[i].Y, points[i].Y) << name;
-      }
-    }
     s.U->SetMaximum(100);
-    EXPECT_EQ(s.U->GetItems()->GetItem(1)->GetValues()->Points().back().X, c.Maximum);
+    EXPECT_EQ(TextOf(s.U), text);
+    EXPECT_EQ(s.U->GetItemIndex(), s.U->GetItems()->GetCount() - 1);
+    EXPECT_EQ(s.U->GetItems()->GetItem(1)->GetExpression(), "low");
+    EXPECT_TRUE(s.U->GetItems()->GetItem(1)->GetDefined());
   }
 }
 
-TEST(AutomaticTerms, AreNotAddedToAVariableThatAHandlerTakesOutAgain) {
+TEST(AutomaticTerms, AreNamedInTheUsersLanguageButNotAddedToWhatAHandlerTakesOut) {
   TScene s;
   s.Fuzzy.SetAutoTerms(true);
+  SLowFuzzyTerm.Set("niedrig");
+  EXPECT_EQ(s.Fuzzy.GetItems()->Add("t")->GetItems()->GetItem(0)->GetName(), "niedrig");
+  SLowFuzzyTerm.Set("");
+  s.Recorder.Take();
   s.Recorder.Handler = [](std::size_t event, TFuzzyVariable* variable, TFuzzySet*) {
     if (event == 1) variable->SetCollection(nullptr);
   };
@@ -232,103 +199,149 @@ TEST(AutomaticTerms, AreNotAddedToAVariableThatAHandlerTakesOutAgain) {
   variable->Free();
 }
 
-TEST(AutomaticTerms, AreNamedInTheUsersLanguage) {
-  SLowFuzzyTerm.Set("niedrig");
-  SHighFuzzyTerm.Set("hoch");
-  TFuzzyLogic fuzzy;
-  TFuzzyVariable* variable = fuzzy.GetItems()->Add("t");
-  EXPECT_THAT(NamesOf(variable), testing::ElementsAre("niedrig", "medium", "hoch"));
-  SLowFuzzyTerm.Set("");
-  SHighFuzzyTerm.Set("");
-}
+/// The scene with evidence "so far" that both terms of "t" overlap.
+struct TRuleScene : TScene {
+  TRuleScene() {
+    SoFar = T->GetItems()->Add("so far");
+    SoFar->CreateTriangleFunctionValues(2, 4, 8);
+    SoFar->GetValues()->GetItem(1)->SetY(0.7);
+  }
+  TFuzzySet* SoFar;
+};
 
-TEST(AutomaticTerms, AreAddedToWhatAParserBuilds) {
-  TFuzzyLogic fuzzy;
-  TTestParser parser;
-  parser.SetFuzzyLogic(&fuzzy);
-  fuzzy.SetParser(&parser);
-  fuzzy.SetStrings(TString("t"));
-  EXPECT_EQ(fuzzy.GetStrings()->GetText(), "t\n") << "in step, though the model was changed";
-  fuzzy.GetItems()->GetItem(0)->SetComment("changed");
-  EXPECT_EQ(fuzzy.GetStrings()->GetText(), "t low medium high\n");
-}
-
-// Parser link and states
-
-TEST(ParserLink, AndTheParsersOwnGoEachForItself) {
-  for (const bool parserFirst : {true, false}) {
-    for (const char* unlinked : {"none", "parser's", "component's"}) {
-      for (const bool heap : {true, false}) {
-        SCOPED_TRACE(std::string(unlinked) +
-                     (parserFirst ? ", parser first" : ", component first") +
-                     (heap ? ", on the heap" : ""));
-        const auto end = [heap](auto* component) { heap ? component->Free() : delete component; };
-        auto* parser = new TTestParser;
-        auto* fuzzy = new TFuzzyLogic;
-        parser->SetFuzzyLogic(fuzzy);
-        fuzzy->SetParser(parser);
-        EXPECT_EQ(parser->GetFuzzyLogic(), fuzzy);
-        if (*unlinked == 'p') parser->SetFuzzyLogic(nullptr);
-        if (*unlinked == 'c') fuzzy->SetParser(nullptr);
-        EXPECT_EQ(fuzzy->GetParser() != nullptr, *unlinked != 'c');
-        if (parserFirst) {
-          end(parser);
-          EXPECT_EQ(fuzzy->GetParser(), nullptr);
-          end(fuzzy);
-        } else {
-          end(fuzzy);
-          EXPECT_EQ(parser->GetFuzzyLogic(), nullptr);
-          end(parser);
-        }
+TEST(Rule, CorrelatesAndInfersByTheComponentsMethods) {
+  using TFormula = TFzyFloat (*)(TFzyFloat a, TFzyFloat b);
+  const std::pair<TFuzzyInferenceMethod, TFormula> inferences[] = {
+      {fimMinMax, [](TFzyFloat a, TFzyFloat b) { return std::max(a, b); }},
+      {fimAdditive, [](TFzyFloat a, TFzyFloat b) { return a + b; }},
+      {fimMean,
+       [](TFzyFloat a, TFzyFloat b) { return (2 * std::min(a, b) + 4 * std::max(a, b)) / 6; }},
+      {fimProduct, [](TFzyFloat a, TFzyFloat b) { return a + b - a * b; }},
+      {fimBoundedSum, [](TFzyFloat a, TFzyFloat b) { return std::min(1.0, a + b); }},
+  };
+  for (const TFuzzyCorrelationMethod correlation : {fcmMinimum, fcmProduct}) {
+    for (const auto& [inference, formula] : inferences) {
+      for (const TFzyFloat strength : {0.0, 0.35, 1.0}) {
+        TRuleScene s;
+        s.T->SetThreshold(0);
+        s.Fuzzy.SetCorrelationMethod(correlation);
+        s.Fuzzy.SetInferenceMethod(inference);
+        s.Hot->GetValues()->GetItem(1)->SetY(0.8);
+        const TFuzzySet* result = s.T->AssertRule(strength, s.Hot, s.SoFar);
+        const bool cut = correlation == fcmMinimum;
+        const TFzyFloat top = cut ? std::min(0.8, strength) : 0.8 * strength;
+        for (const auto& [x, soFar, hot] : {std::tuple(0.0, 0.0, 0.0),
+                                            {2, 0, 0},
+                                            {4, 0.7, 0},
+                                            {5, 0.525, 0},
+                                            {8, 0, 0.6},
+                                            {10, 0, 1}})
+          EXPECT_NEAR(result->DegreeOfMembership(x), formula(soFar, hot * top), 1e-12)
+              << static_cast<int>(correlation) << static_cast<int>(inference) << " at " << x;
       }
     }
   }
 }
 
-TEST(ParserLink, MayGoWhileTheParserWorks) {
-  const std::function<void(TFuzzyLogic&, TTestParser*)> deeds[] = {
-      [](TFuzzyLogic&, TTestParser* parser) { parser->Free(); },
-      [](TFuzzyLogic& fuzzy, TTestParser* parser) {
-        fuzzy.SetParser(nullptr);
-        parser->Free();
-      },
+TEST(Rule, TakesMethodsFromTheEvidencesOwnComponents) {
+  TRuleScene s;
+  TFuzzyLogic other;
+  other.SetAutoTerms(false);
+  other.SetCorrelationMethod(fcmProduct);
+  other.SetInferenceMethod(fimAdditive);
+  TFuzzySet* foreign = other.GetItems()->Add("o")->GetItems()->Add("foreign");
+  foreign->GetValues()->Add(0, 0.5);
+  TFuzzySet* result = s.T->AssertRule(0.5, foreign, nullptr);
+  EXPECT_EQ(result->GetName(), "foreign * 0.5000");
+  EXPECT_EQ(result->GetVariable(), foreign->GetVariable());
+  result = s.T->AssertRule(0.5, s.Hot, foreign);
+  EXPECT_EQ(result->GetName(), "foreign or-sum [hot > 0.5000]");
+  EXPECT_EQ(result->GetVariable(), foreign->GetVariable());
+}
+
+TEST(Rule, FiresFromTheThresholdOnAndLeavesOneNewSet) {
+  TRuleScene s;
+  const std::string before = TextOf(s.T);
+  s.T->SetThreshold(0.5);
+  EXPECT_EQ(s.T->AssertRule(std::nextafter(0.5, 0), s.Hot, s.SoFar), nullptr);
+  EXPECT_EQ(TextOf(s.T), before);
+  TFuzzySet* first = s.T->AssertRule(0.5, s.Hot, nullptr);
+  TFuzzySet* second = s.T->AssertRule(0.5, s.Hot, s.SoFar);
+  EXPECT_EQ(TextOf(s.T), before + first->ToString().Utf8() + second->ToString().Utf8());
+  EXPECT_EQ(first->GetName(), "hot > 0.5000");
+  EXPECT_EQ(second->GetName(), "[so far] or [hot > 0.5000]");
+  first->Free();
+  second->Free();
+  EXPECT_EQ(TextOf(s.T), before) << "the caller frees the result, which leaves the list";
+
+  const TOwned<TFuzzySet> free(TFuzzySet::Create());
+  free->GetValues()->Add(0, 1);
+  const TOwned<TFuzzySet> copy(s.T->AssertRule(0.5, free.Get(), nullptr));
+  EXPECT_EQ(copy->GetCollection(), nullptr) << "as the conclusion, the copy is in no list";
+  const TOwned<TFuzzyVariable> alone(TFuzzyVariable::Create());
+  EXPECT_NE(TOwned<TFuzzySet>(alone->AssertRule(0, free.Get(), nullptr)).Get(), nullptr)
+      << "without a component every rule fires";
+}
+
+/// A variable that only writes down which form of the rule it was asked for.
+class TWitness final : public TFuzzyVariable {
+ public:
+  using TFuzzyVariable::AssertRule;
+  TFuzzySet* AssertRule(TFzyFloat strength, TFuzzySet* newEvidence, TFuzzySet*) override {
+    Strength = strength;
+    return newEvidence;
+  }
+  TFzyFloat Strength = -1;
+};
+
+// "cold" meets "so far" at X = 34/11, where both are 21/55 high; a set meets itself at its height.
+// A conjunction is as strong as its weakest part.
+TEST(Rule, OfEveryFormGoesThroughTheOneOfStrength) {
+  static constexpr TFuzzyVariableDescriptor descriptor{
+      "TWitness", []() -> TFuzzyVariable* { return new TWitness; }};
+  TRuleScene s;
+  const TOwned<TFuzzyVariable> owner(
+      TFuzzyVariable::Create(nullptr, TFuzzySet::Class(), &descriptor));
+  auto& witness = static_cast<TWitness&>(*owner);
+  TFuzzySet* premises[] = {s.Hot, s.Cold, s.Hot};
+  TFuzzySet* matchings[] = {s.Hot, s.SoFar, s.Hot, nullptr};
+  EXPECT_EQ(witness.AssertRule(s.Cold, s.Hot, s.SoFar, nullptr), s.Hot);
+  const TFzyFloat cold = std::exchange(witness.Strength, -1);
+  EXPECT_NEAR(cold, 21.0 / 55, 1e-12);
+  EXPECT_EQ(witness.AssertRule(premises, matchings, s.Hot, nullptr), s.Hot);
+  EXPECT_EQ(std::exchange(witness.Strength, -1), cold);
+  witness.AssertRule({s.Hot, s.Cold}, {s.Hot, s.SoFar}, s.Hot, nullptr);
+  EXPECT_EQ(witness.Strength, cold);
+  witness.AssertRule({}, {}, s.Hot, nullptr);
+  EXPECT_EQ(witness.Strength, 1);
+  EXPECT_EQ(s.T->GetCorrelationStrength({}, matchings), 1);
+}
+
+// An operation that a handler ends by throwing leaves no set made on the way.
+TEST(Rule, CutShortByAHandlerLeavesNoTemporarySets) {
+  void (*const operations[])(TRuleScene&) = {
+      [](TRuleScene& s) { s.T->AssertRule(0.5, s.Hot, s.SoFar); },
+      [](TRuleScene& s) { s.SoFar->Hedge(fhSlightly); },
+      [](TRuleScene& s) { s.Hot->Clone(); },
   };
-  for (const auto& deed : deeds) {
-    for (const bool printing : {false, true}) {
-      TFuzzyLogic fuzzy;
-      auto* parser = new TTestParser;
-      parser->SetFuzzyLogic(&fuzzy);
-      fuzzy.SetParser(parser);
-      for (const char* name : {"t", "u"}) fuzzy.GetItems()->Add(name);
-      (printing ? parser->OnPrint : parser->OnParse) = [&] { deed(fuzzy, parser); };
-      if (printing)
-        EXPECT_EQ(MessageOf([&] { fuzzy.GetStrings(); }), "Parser not assigned.  Cannot parse");
-      else
-        fuzzy.SetStrings(TString("v"));
-      EXPECT_EQ(fuzzy.GetParser(), nullptr);
+  for (const auto operation : operations) {
+    int thrown = 0;
+    for (bool more = true; more; ++thrown) {
+      TRuleScene s;
+      int events = 0;
+      s.Recorder.Handler = [&](std::size_t, TFuzzyVariable*, TFuzzySet*) {
+        if (events++ == thrown) throw thrown;
+      };
+      try {
+        operation(s);
+        more = false;
+      } catch (int) {
+        EXPECT_EQ(s.T->GetItems()->GetCount(), 3) << "thrown at event " << thrown;
+      }
     }
+    EXPECT_GT(thrown, 4);
   }
 }
 
-class TLoadingLogic final : public TFuzzyLogic {
- public:
-  using TFuzzyLogic::Loading;
-};
-
-TEST(Loading, ReadsTextAndModelWithoutParsing) {
-  TLoadingLogic fuzzy;
-  fuzzy.Loading();
-  fuzzy.SetStrings(TString("stored text"));
-  fuzzy.GetItems()->Add("t");
-  fuzzy.Parse();
-  EXPECT_EQ(fuzzy.GetStrings()->GetText(), "stored text\n");
-  EXPECT_EQ(fuzzy.GetItems()->GetCount(), 1);
-  fuzzy.Loaded();
-  EXPECT_EQ(fuzzy.GetStrings()->GetText(), "stored text\n") << "nor is it parsed at the end";
-  EXPECT_EQ(fuzzy.GetItems()->GetCount(), 1);
-  fuzzy.GetItems()->Add("u");
-  EXPECT_EQ(MessageOf([&] { fuzzy.GetStrings(); }), "Parser not assigned.  Cannot parse");
-}
-
 }  // namespace
-}  // namespace fzy
+}  // namespace fzy::test
