@@ -116,8 +116,7 @@ using TOperationCase = std::pair<const char*, void (*)(TWorld& w)>;
 // clang-format off
 const TOperationCase Operations[] = {
     {"add variable", [](TWorld& w) { w.Fuzzy->GetItems()->Add("new"); }},
-    {"add variable and terms", [](TWorld& w) { w.Fuzzy->SetAutoTerms(true); w.Fuzzy->GetItems()->Insert(0);
-        }},
+    {"add variable and terms", [](TWorld& w) { w.Fuzzy->SetAutoTerms(true); w.Fuzzy->GetItems()->Insert(0); }},
     {"rename variable", [](TWorld& w) { w.Variable(0)->SetName("new"); }},
     {"free variable", [](TWorld& w) { w.Variable(0)->Free(); }},
     {"clear variables", [](TWorld& w) { w.Fuzzy->GetItems()->Clear(); }},
@@ -184,8 +183,7 @@ const TDeed Deeds[] = {
         } } }},
     {"add things", [](TWorld& w, TFuzzyVariable* variable, TFuzzySet*) {
         w.Fuzzy->GetItems()->Insert(0)->GetItems()->Add("added");
-        if (variable) variable->GetItems()->Insert(0);
-        }},
+        if (variable) variable->GetItems()->Insert(0); }},
     {"rename and refill", [](TWorld&, TFuzzyVariable* variable, TFuzzySet* set) {
         if (variable) variable->SetName("renamed");
         if (!set) return;
@@ -195,12 +193,10 @@ const TDeed Deeds[] = {
     {"delete the points", [](TWorld&, TFuzzyVariable*, TFuzzySet* set) {
         while (set && set->GetValues()->GetCount() > 0) set->GetValues()->Delete(0); }},
     {"move to the front", [](TWorld&, TFuzzyVariable* variable, TFuzzySet* set) { if (set) set->SetIndex(0);
-        if (variable) variable->SetIndex(0);
-        }},
+        if (variable) variable->SetIndex(0); }},
     {"file the set elsewhere", [](TWorld& w, TFuzzyVariable*, TFuzzySet* set) {
         const int count = w.Fuzzy->GetItems()->GetCount();
-        if (set && count > 0) set->SetCollection(w.Variable(count - 1)->GetItems());
-        }},
+        if (set && count > 0) set->SetCollection(w.Variable(count - 1)->GetItems()); }},
     {"take the variable out", [](TWorld& w, TFuzzyVariable* variable, TFuzzySet*) {
         if (!variable) return;
         w.TakenOut.emplace_back(variable); variable->SetCollection(nullptr); }},
@@ -214,14 +210,12 @@ const TDeed Deeds[] = {
     {"parse again", ParseAgain},
     {"read the text", [](TWorld& w, TFuzzyVariable*, TFuzzySet*) { if (w.Parser) w.Fuzzy->GetStrings(); }},
     {"assert a rule", [](TWorld&, TFuzzyVariable* variable, TFuzzySet* set) {
-        if (variable && set) variable->AssertRule(1, set, set);
-        }},
+        if (variable && set) variable->AssertRule(1, set, set); }},
     {"free the variable and throw", [](TWorld& w, TFuzzyVariable* variable, TFuzzySet* set) {
         FreeVariable(w, variable, set); Throw(w, variable, set); }},
     {"clear, parse again and free the component", [](TWorld& w, TFuzzyVariable* variable, TFuzzySet* set) {
         ClearAll(w, variable, set); if (w.Fuzzy) ParseAgain(w, variable, set);
-        if (w.Fuzzy) FreeComponent(w, variable, set);
-        }},
+        if (w.Fuzzy) FreeComponent(w, variable, set); }},
 };
 // clang-format on
 
