@@ -1,0 +1,347 @@
+#include <functional>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "fuzzylogic/common/HelperFunctions.h"
+#include "fuzzylogic/common/NamedCollection.h"
+#include "fuzzylogic/common/PostFix.h"
+#include "fuzzylogic/common/StreamTokenList.h"
+#include "fuzzylogic/common/StringStream.h"
+#include "fuzzylogic/common/TextStream.h"
+#include "tests/support/Random.h"
+#include "tests/support/Refusal.h"
+
+namespace fzy {
+namespace {
+
+// Letters are operands, "!" is a prefix operator, "^" groups from the right, "*" and "/", then "+"
+// and "-" from the left.
+struct TRules {
+  bool IsOpenParen(char item) const { return item == '['; }
+  bool IsCloseParen(char item) const { return item == ']'; }
+  bool IsOperand(char item) const { return item >= 'a' && item <= 'z'; }
+  int InStackPriority(char item) const {
+    if (item == '[') return 100;
+    if (item == '*' || item == '/') return 4;
+    return item == '!' ? 1 : item == '^' ? 3 : 5;
+  }
+  int IncomingPriority(char item) const {
+    return item == '[' || item == '!' ? 0 : item == '^' ? 2 : InStackPriority(item);
+  }
+};
+
+std::string Convert(const std::string& infix) {
+  const std::vector<char> output = PostFix(std::vector<char>(infix.begin(), infix.end()), TRules());
+  return {output.begin(), output.end()};
+}
+
+/// Infix with the brackets that it needs and some that it does not, and postfix.
+struct TExpression {
+  std::string Infix;
+  std::string Postfix;
+  int Level;  // 0 for what needs no brackets, else that of the operator: a higher one binds looser
+};
+
+TExpression Make(test::TRandom& random, int depth) {
+  const auto enclosed = [&](TExpression e, int loosest) {
+    if (e.Level > loosest || random.OneIn(8)) e.Infix = '[' + e.Infix + ']';
+    return e;
+  };
+  const int kind = depth == 0 ? 0 : random.Below(8);
+  if (kind < 2) {
+    const std::string operand(1, static_cast<char>('a' + random.Below(26)));
+    return {operand, operand, 0};
+  }
+  TExpression left = Make(random, depth - 1);
+  if (kind == 2) return {'!' + enclosed(left, 1).Infix, left.Postfix + '!', 1};
+  const TExpression right = Make(random, depth - 1);
+  const char sign = "^*/+-"[random.Below(5)];
+  const int level = sign == '^' ? 2 : sign == '*' || sign == '/' ? 3 : 4;
+  const std::string before = enclosed(left, sign == '^' ? level - 1 : level).Infix;
+  const std::string after = enclosed(right, sign == '^' ? level : level - 1).Infix;
+  return {before + sign + after, left.Postfix + right.Postfix + sign, level};
+}
+
+TEST(PostFix, GivesThePostfixFormOfAnyExpression) {
+  test::TRandom random;
+  SCOPED_TRACE(random.Trace());
+  for (int i = 0; i < 3000; ++i) {
+    const TExpression e = Make(random, random.Below(8));
+    ASSERT_EQ(Convert(e.Infix), e.Postfix) << e.Infix;
+  }
+  EXPECT_EQ(Convert(""), "");
+  constexpr std::size_t deep = 1'000'000;
+  EXPECT_EQ(Convert(std::string(deep, '[') + "a" + std::string(deep, ']')), "a");
+  EXPECT_TRUE(Convert(std::string(deep, '!') + "a") == "a" + std::string(deep, '!'));
+}
+
+TEST(PostFix, NamesTheBracketWithoutAPartner) {
+  const std::pair<const char*, std::size_t> cases[] = {
+      {"]", 0}, {"[", 0}, {"a+b]*c", 3}, {"[a]]", 3}, {"[[a]", 0}, {"a*[b+[c", 5}, {"][", 0}};
+  for (const auto& [infix, index] : cases) {
+    try {
+      ADD_FAILURE() << infix << " gives " << Convert(infix);
+    } catch (const EUnmatchedBracket& error) {
+      EXPECT_EQ(error.GetIndex(), index) << infix;
+      EXPECT_EQ(error.GetMessage(), "Unmatched bracket");
+    }
+  }
+}
+
+const TEncoding* const Encodings[] = {nullptr, TEncoding::UTF16LittleEndian(),
+                                      TEncoding::UTF16BigEndian(), TEncoding::ASCII()};
+constexpr std::size_t Block = 0x10000;  // a multiple of what the reader takes at a time
+
+TGTextStream Reader(const TString& text, const TEncoding* encoding = nullptr) {
+  return {std::make_unique<TKelStringStream>(text, encoding), encoding};
+}
+
+// Each byte of a character comes to lie on each side of a border; texts end around one.
+TEST(TextStream, ReadsEveryEncodingAcrossTheBordersOfItsBlocks) {
+  for (const TEncoding* encoding : Encodings) {
+    const bool bytes = encoding == TEncoding::ASCII();
+    for (std::size_t shift = 0; shift < 4; ++shift) {
+      std::u16string text(shift, u'x');
+      while (text.size() < Block + 9) text += bytes ? u"ab" : u"\u20AC\u00E9\U0001F600";
+      for (const std::size_t size : {text.size(), Block, Block - 1, Block / 2}) {
+        text.resize(size);
+        TGTextStream reader = Reader(text, encoding);
+        std::u16string read;
+        for (char16_t ch = 0; !reader.IsEof() && reader.GetChar(ch);) {
+          if (read.size() % 999 == 0) {
+            reader.PutBack(ch);
+            EXPECT_TRUE(!reader.IsEof() && reader.GetChar() == ch);
+          }
+          read += ch;
+        }
+        // UTF-8 has no form for the half of a pair that may be left at the end.
+        const TString expected = encoding ? TString(text) : TString(TString(text).Utf8());
+        EXPECT_TRUE(read == expected) << "shift " << shift << ", size " << size;
+      }
+    }
+  }
+}
+
+TEST(TextStream, EndsOnceReadsOnWhatIsPutBackAndReplacesWhatIsCutOff) {
+  const std::string cut = std::string(Block - 2, 'x') + "\xF0\x9F\x98";
+  EXPECT_EQ(TGTextStream(std::make_unique<TMemoryStream>(cut), nullptr).GetLine(),
+            TString(std::u16string(Block - 2, u'x') + u'\uFFFD'));
+
+  TGTextStream reader = Reader(TString(std::u16string(u"\0b", 2)));
+  char16_t ch = u'?';
+  EXPECT_TRUE(reader.GetChar(ch)) << "a #0 in the text is not the end";
+  EXPECT_EQ(reader.GetChar(), u'b');
+  for (int i = 0; i < 2; ++i) EXPECT_TRUE(reader.IsEof() && !reader.GetChar(ch = u'?') && !ch);
+  for (const char16_t back : {u'2', u'1'}) reader.PutBack(back);
+  EXPECT_EQ(reader.GetLine(), "12");
+}
+
+TEST(TextStream, DropsOneByteOrderMarkAtTheStart) {
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(Reader(u"\uFEFF\uFEFFa\uFEFF", Encodings[i]).GetLine(), TString(u"\uFEFFa\uFEFF"));
+    EXPECT_TRUE(Reader(u"\uFEFF", Encodings[i]).IsEof());
+    const TString marks(Block, u'\uFEFF');
+    EXPECT_EQ(Reader(marks, Encodings[i]).GetLine().size(), Block - 1) << "blocks begin with marks";
+  }
+}
+
+TEST(TextStream, ReadsLinesOfEveryKindOfEnd) {
+  const std::string full(Block - 1, 'x');  // so that CR and LF come into two blocks
+  const std::vector<std::string> cases[] = {{"a", "\n", "b", "\r", "c", "\r\n", "d"},
+                                            {"", "\r", "", "\r\n", "", "\n", "", "\n"},
+                                            {"a", "\n", "", "\r", "b", "\r"},
+                                            {full, "\r\n", "y", "\r\n"}};
+  for (const std::vector<std::string>& parts : cases) {
+    std::string text;
+    for (const std::string& part : parts) text += part;
+    TGTextStream reader = Reader(text);
+    for (std::size_t i = 0; i < parts.size(); i += 2) {
+      EXPECT_EQ(reader.IsEof() ? "end" : reader.GetLine(), parts[i]);
+    }
+    EXPECT_TRUE(reader.IsEof() && reader.GetLine().empty());
+  }
+}
+
+TEST(InCircularRange, IsTheWalkFromAfterLowToHigh) {
+  for (int code = 0; code < 216; ++code) {
+    const int low = code % 6, item = code / 6 % 6, high = code / 36;
+    int at = low;
+    do at = (at + 1) % 6;
+    while (at != item && at != high);
+    EXPECT_EQ(InCircularRange(low, item, high), at == item) << low << ' ' << item << ' ' << high;
+  }
+}
+
+TEST(FloatEquals, CountsBothBoundsInAndNoNumberOut) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_TRUE(FloatEquals(-1, -1.5, 0.5) && FloatEquals(infinity, infinity, 1));
+  EXPECT_FALSE(FloatEquals(1, 1.5, 0.4999) || FloatEquals(-infinity, infinity, 1));
+  EXPECT_FALSE(FloatEquals(nan, nan, infinity) || FloatEquals(nan, 1, infinity));
+}
+
+class TNamed final : public TGCollectionItem {
+ public:
+  TNamed(TCollection* list, const char* name) : FName(name) { SetCollection(list); }
+  TString ClassName() const override { return "TNamed"; }
+  const TString& GetItemName() const override { return FName; }
+  void Notification(TGCollectionItem* item, TOperation operation) override {
+    EXPECT_TRUE(operation == opRemove && !item->GetCollection()) << "it has left";
+    Log += FName + " hears of " + item->GetItemName() + ". ";
+    if (const auto handler = Handler) handler(item);
+  }
+
+  static inline TString Log;
+  std::function<void(TGCollectionItem*)> Handler;
+  const TString FName;
+};
+
+class TNamedList final : public TGCollection {
+ public:
+  TString ClassName() const override { return "TNamedList"; }
+  TCollectionItem* AddItem() override { return new TNamed(this, ""); }
+};
+
+TEST(NamedCollection, ItemsHearOfEachOthersEndOnceWhicheverGoesFirst) {
+  for (const bool watchedFirst : {true, false}) {
+    TNamedList list;
+    TNamed* watched = new TNamed(&list, "watched");
+    TNamed *watcher = new TNamed(&list, "watcher"), *third = new TNamed(&list, "third");
+    new TNamed(&list, "watcher");
+    EXPECT_EQ(list.IndexOf("watcher"), 1) << "the first";
+    EXPECT_EQ(list.IndexOf("Watcher"), -1);
+    for (TNamed* item : {watcher, third, watcher, watched}) watched->FreeNotification(item);
+    watched->FreeNotification(nullptr);
+    third->RemoveFreeNotification(watched);
+    TNamed::Log = "";
+    (watchedFirst ? watched : watcher)->Free();
+    list.Clear();
+    EXPECT_EQ(TNamed::Log,
+              watchedFirst ? "watcher hears of watched. " : "watched hears of watcher. ");
+  }
+}
+
+TEST(NamedCollection, ItemGoesWhateverItsWatchersDo) {
+  TNamedList list;
+  TNamed* watcher = nullptr;
+  const std::function<void(TGCollectionItem*)> deeds[] = {
+      [](TGCollectionItem*) { throw EException("watcher"); },
+      [&](TGCollectionItem*) { list.Clear(); },
+      [&](TGCollectionItem* going) { going->FreeNotification(watcher); }};
+  for (const auto& deed : deeds) {
+    auto* going = new TNamed(&list, "going");
+    for (const char* name : {"first", "second"})
+      going->FreeNotification(watcher = new TNamed(&list, name));
+    watcher->Handler = deed;
+    TNamed::Log = "";
+    EXPECT_EQ(test::MessageOf([&] { going->Free(); }), &deed == deeds ? "watcher" : "");
+    list.Clear();
+    EXPECT_EQ(TNamed::Log.Find(u"second"), 0U);
+    EXPECT_EQ(TNamed::Log.Find(u"second", 1), TString::npos) << TNamed::Log;
+  }
+}
+
+using TTokenRef = Ref<IBaseStreamToken>;
+
+TTokenRef Token(int kind, double number, const char* text) {
+  TTokenRef token = TBaseStreamToken::Create();
+  token->SetDataType(kind);
+  token->SetNumber(number);
+  token->SetText(text);
+  return token;
+}
+
+int Count(const TTokenRef& token) {
+  token->AddRef();
+  return token->Release();
+}
+
+TEST(Token, CopiesAllAndComparesWhatItMeans) {
+  const TTokenRef token = Token(7, 0.1, "warm");
+  token->SetLineNumber(12);
+  token->SetWhitespace(" ; note\n");
+  token->SetTag(-3);
+  const TTokenRef copy = token->Clone();
+  copy->Assign(*copy);
+  EXPECT_NE(copy, token);
+  EXPECT_TRUE(copy->GetLineNumber() == 12 && copy->GetTag() == -3);
+  EXPECT_EQ(copy->GetWhitespace(), " ; note\n");
+  token->SetLineNumber(0);
+  token->SetWhitespace("");
+  EXPECT_TRUE(copy->Equals(*token));
+  for (const TTokenRef& o : {Token(8, 0.1, "warm"), Token(7, 0.2, "warm"), Token(7, 0.1, "Warm")})
+    EXPECT_FALSE(token->Equals(*o));
+  for (const char* text : {"", " ", "  ", "x", " ", ""}) {
+    token->SetText(text);
+    EXPECT_EQ(token->GetText(), text) << "whatever short texts share";
+  }
+  EXPECT_EQ(Token(btInteger, 12, "x")->ToString(), "12");
+  EXPECT_EQ(Token(btFloat, 0.1, "x")->ToString(), "0.1");
+  EXPECT_EQ(Token(btNone, 12, "\"x\"")->ToString(), "\"x\"");
+}
+
+TEST(Token, AnswersItsInterfacesAndNoOther) {
+  TTokenRef token = TBaseStreamToken::Create();
+  EXPECT_EQ(Count(token), 1);
+  EXPECT_EQ(Query<IBaseStreamToken>(token.Get()), token);
+  EXPECT_EQ(Query<IInterface>(token.Get()).Get(), token.Get());
+  void* result = &token;
+  EXPECT_EQ(token->QueryInterface(IBaseStreamTokenList::Id, &result), E_NoInterface);
+  EXPECT_EQ(result, nullptr);
+  EXPECT_FALSE(Query<IBaseStreamTokenList>(token.Get()));
+  EXPECT_FALSE(Query<IInterface>(nullptr));
+  EXPECT_EQ(Count(token), 1) << "no answer keeps a reference";
+}
+
+TEST(Ref, SurvivesItsOwnAssignmentAndReleasesThatComeBack) {
+  TTokenRef token = TBaseStreamToken::Create();
+  token = TTokenRef(token.Get());
+  EXPECT_EQ(Count(token), 1);
+  TTokenRef moved = std::move(token);
+  EXPECT_EQ(token, nullptr);  // NOLINT(bugprone-use-after-move): a moved reference is empty
+  EXPECT_EQ(Count(moved), 1);
+
+  // A token whose end assigns to the very reference that let it go.
+  struct TReturning final : TBaseStreamTokenOf<IBaseStreamToken> {
+    explicit TReturning(TTokenRef& home) : Home(home) {}
+    ~TReturning() override { Home = Token(5, 0, "late"); }
+    std::intptr_t GetTag() const override { return 0; }
+    void SetTag(std::intptr_t) override {}
+    TTokenRef Clone() const override { return nullptr; }
+    TTokenRef& Home;
+  };
+  TTokenRef home;
+  home = TTokenRef(new TReturning(home));
+  home = moved;
+  EXPECT_EQ(home->GetText(), "late");
+  EXPECT_EQ(Count(moved), 1);
+}
+
+TEST(TokenArray, HoldsCountedTokensInOrder) {
+  TTokenArray<IBaseStreamToken> list, equal;
+  const TTokenRef a = Token(1, 0, "a"), b = Token(1, 0, "b");
+  EXPECT_THROW(list.First(), EListError);
+  EXPECT_THROW(list.Last(), EListError);
+  EXPECT_EQ(list.Add(b), 0);
+  list.Insert(0, a);
+  list.Insert(2, b->Clone());
+  EXPECT_TRUE(list.First() == a && list.IndexOf(b) == 1 && list.IndexOf(list.Last()) == 2);
+  for (const TTokenRef& token : list.Items()) equal.Add(token->Clone());
+  EXPECT_TRUE(list.Equals(equal));
+  equal.Put(1, a);
+  EXPECT_FALSE(list.Equals(equal));
+  equal.Clear();
+  EXPECT_EQ(list.Remove(b), 1);
+  EXPECT_EQ(list.Remove(b), -1);
+  EXPECT_EQ(Count(a) - Count(b), 1);
+  for (const int index : {-1, 2}) {
+    EXPECT_THROW(list.Get(index), EListError);
+    EXPECT_THROW(list.Put(index, a), EListError);
+    EXPECT_THROW(list.Delete(index), EListError);
+    EXPECT_THROW(list.Insert(index < 0 ? -1 : 3, a), EListError);
+  }
+}
+
+}  // namespace
+}  // namespace fzy
