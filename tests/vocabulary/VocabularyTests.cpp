@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/vocabulary/FuzzyExceptions.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
@@ -103,7 +102,6 @@ TEST(Keywords, ModifiersAndEnumerationsGoByTheSameOrder) {
   TFuzzyStreamTokenTypes kinds = {fstAtom, fstFuzzySet};
   kinds.Include(fstList);
   for (const auto kind : {fstAtom, fstNone}) kinds.Exclude(kind);
-  EXPECT_EQ(kinds, (TFuzzyStreamTokenTypes{fstFuzzySet, fstList, fstList}));
   for (int i = 0; i <= 10; ++i)
     EXPECT_EQ(kinds.Contains(TFuzzyStreamTokenType(i)), i == 7 || i == 10) << i;
 }
@@ -112,10 +110,10 @@ TEST(Keywords, ModifiersAndEnumerationsGoByTheSameOrder) {
 TEST(Messages, HaveTheirTexts) {
   // clang-format off
   const std::pair<const TMessage*, const char*> cases[] = {
-      {&SFuzzySetEmpty, "Invalid operation: \"%s\".  Fuzzy set is empty"},
+      {&SFuzzySetEmpty, "Invalid operation: \"%s\".  Fuzzy set is empty"}, {&SLowFuzzyTerm, "low"},
       {&SInvalidFuzzySetName, "Invalid fuzzy set name, \"%s\" is a reserved word"},
-      {&SInvalidFuzzyVarName, "Invalid fuzzy variable name, \"%s\""},
-      {&SMissingFuzzyVariable, "Missing fuzzy linguistic variable"},
+      {&SInvalidFuzzyVarName, "Invalid fuzzy variable name, \"%s\""}, {&SMediumFuzzyTerm, "medium"},
+      {&SMissingFuzzyVariable, "Missing fuzzy linguistic variable"}, {&SHighFuzzyTerm, "high"},
       {&SMax3XValues, "Invalid x value.  Maximum of 3 values with same X value: %.4f"},
       {&SInvalidFuzzyOperation, "Invalid fuzzy operation: \"%s:"},
       {&SInvalidXRangeIndex, "Invalid index argument to GetXRange.  Index = %d"},
@@ -126,26 +124,23 @@ TEST(Messages, HaveTheirTexts) {
       {&SFzyArgMinNumWrong, "Minimum number of arguments for function, %s, incorrect.  Expected %d or more"},
       {&SFzyArgTypeWrong, "Data Types of arguments for function, %s, incorrect.  Expected %s"},
       {&SPIArgsExpected, R"("Left Right Center" or "Range Center")"},
-      {&STriArgsExpected, R"("Left Middle Right")"},
-      {&SCurveArgsExpected, R"("Left Right Inflection_Point")"},
+      {&STriArgsExpected, R"("Left Middle Right")"}, {&SFzyExpectedFuzzySet, "Expected \"( term\""},
+      {&SCurveArgsExpected, R"("Left Right Inflection_Point")"}, {&SFzyMissingName, "Missing name"},
       {&SBetaArgsExpected, R"("Range Center Inflection_Point" or "Range Center Inflection_Point Weight")"},
       {&SFuzzyLogicNotSet, "Fuzzy Logic component must be specified to parse"},
       {&SFuzzyLogicNotTFuzzyLogic, "FuzzyLogic property must be of type TFuzzyLogic or descendant"},
       {&SFuzzyLogicNotTIFuzzyLogic, "FuzzyLogic property must be of type TIFuzzyLogic or descendant"},
       {&SUnknownFuzzySetName, "Unknown Fuzzy Set name: \"%s\""},
       {&SUnknownFuzzyVarName, "Unknown Fuzzy Variable name: \"%s\""},
-      {&SUnknownFunctionName, "Unknown function name: \"%s\""}, {&SLowFuzzyTerm, "low"},
-      {&SMediumFuzzyTerm, "medium"}, {&SHighFuzzyTerm, "high"}, {&SFzyMissingName, "Missing name"},
-      {&SFzyExpectedFuzzySet, "Expected \"( term\""},
+      {&SUnknownFunctionName, "Unknown function name: \"%s\""},
       {&SFzyExpectedFuzzyDefinition, "Expected \"( deffuzzy\""},
       {&SFzyMissingOpenParens, "Expected \"(\""}, {&SFzyMissingCloseParens, "Expected \")\""},
-      {&SFzyExpectedNumber, "Expected number"},
+      {&SFzyExpectedNumber, "Expected number"}, {&SFzyUnexpectedToken, "Unexpected token: \"%s\""},
       {&SFzyExpectedKeyword, "Missing keyword.  Expected \"%s\""},
       {&SFzyMissingOperand, "Missing fuzzy operand to be modified by hedge: %s"},
       {&SFzyUndefinedVariable, "fuzzy variable is not defined"},
       {&SFzyInvalidToken, "Invalid item in fuzzy expression: %s"},
       {&SFzyInvalidValuePair, "Invalid X/Y value pair: %s"},
-      {&SFzyUnexpectedToken, "Unexpected token: \"%s\""},
   };
   // clang-format on
   for (const auto& [message, text] : cases) EXPECT_EQ(message->Get(), text);
@@ -161,72 +156,39 @@ TEST(Exceptions, CarryTheFinalTextAndTheLine) {
   EXPECT_EQ(EFzyParseException("100%s").GetMessage(), "100%s") << "a plain message is no format";
 
   constexpr double infinity = std::numeric_limits<double>::infinity();
-  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-  EXPECT_NO_THROW(RequireNumber(-infinity, "x"));
-  EXPECT_THROW(RequireNumber(nan, "x"), EFzyException);
-  EXPECT_NO_THROW(RequireFinite(std::numeric_limits<double>::max(), "x"));
-  for (const double value : {infinity, -infinity, nan})
+  RequireNumber(-infinity, "x");
+  RequireFinite(1e308, "x");
+  EXPECT_THROW(RequireNumber(infinity - infinity, "x"), EFzyException);
+  for (const double value : {infinity, -infinity, infinity - infinity})
     EXPECT_THROW(RequireFinite(value, "x"), EFzyException);
 }
 
 TEST(Names, EncloseNamesWithBlanksAndNoOthers) {
+  // clang-format off
   const std::pair<TString, const char*> cases[] = {
-      {CreateFuzzyName(fhVery, "tall"), "very tall"},
       {CreateFuzzyName(fhVery, "very tall"), "very [very tall]"},
       {CreateFuzzyName(fhMoreOrLess, "[a b]"), "moreorless [[a b]]"},
-      {CreateFuzzyName(fhNot, "a\tb"), "not a\tb"},
-      {CreateFuzzyName(fhGenerally, ""), "generally "},
+      {CreateFuzzyName(fhNot, "a\tb"), "not a\tb"}, {CreateFuzzyName(fhGenerally, ""), "generally "},
       {CreateFuzzyName(bfhAdd, true, "tall"), "+ tall"},
-      {CreateFuzzyName(bfhAdd, false, "tall"), "+X tall"},
       {CreateFuzzyName(bfhCutGreaterEq, false, " "), ">=X [ ]"},
       {CreateFuzzyName("hot", "very humid", "and-mean"), "hot and-mean [very humid]"},
       {CreateFuzzyName("a b", "c d", "is or"), "[a b] is or [c d]"},
       {CreateFuzzyName("a b", "c d", 1.5), "[a b] c d 1.5000"},
       {CreateFuzzyName("+", "tall", -0.00005), "+ tall -0.0001"}};
+  // clang-format on
   for (const auto& [name, expected] : cases) EXPECT_EQ(name, expected);
-
-  SetDecimalSeparator(u',');
-  const TString name = CreateFuzzyName("+", "tall", 0.5);
-  SetDecimalSeparator(u'.');
-  EXPECT_EQ(name, "+ tall 0,5000");
-}
-
-/// Whether each bracket has its partner.
-bool Balanced(const TString& text) {
-  int depth = 0;
-  for (const char16_t unit : text) {
-    depth += unit == u'[' ? 1 : unit == u']' ? -1 : 0;
-    if (depth < 0) return false;
-  }
-  return depth == 0;
 }
 
 TEST(Expression, IsEnclosedOnceWhenItIsCompound) {
-  const std::pair<const char*, const char*> cases[] = {{"  x  ", "x"},
-                                                       {" a b ", "[ a b ]"},
-                                                       {" [a b]\n", "[a b]"},
-                                                       // Brackets without a partner.
-                                                       {"[] []", "[[] []]"},
-                                                       {"[a b", "[[a b]"},
-                                                       {"[[a b]", "[[a b]"},
-                                                       {"[a ]]b]", "[[a ]]b]]"}};
+  // clang-format off
+  const std::pair<const char*, const char*> cases[] = {
+      {"  x  ", "x"}, {"[x]", "[x]"}, {"", ""}, {" ", ""}, {"[]", "[]"}, {"a or b", "[a or b]"},
+      {" [a b]\n", "[a b]"}, {" a b ", "[ a b ]"}, {"[a] or [b]", "[[a] or [b]]"}, {"a [b]", "[a [b]]"},
+      {"[[a] or [b]]", "[[a] or [b]]"}, {"[[a b]]", "[[a b]]"}, {"[a] b", "[[a] b]"},
+      // Brackets without a partner.
+      {"[] []", "[[] []]"}, {"[a b", "[[a b]"}, {"[[a b]", "[[a b]"}, {"[a ]]b]", "[[a ]]b]]"}};
+  // clang-format on
   for (const auto& [text, expected] : cases) EXPECT_EQ(FormatFuzzyExpression(text), expected);
-
-  // Every text of up to eight of these characters whose brackets match.
-  constexpr std::u16string_view alphabet = u"a []";
-  for (std::size_t length = 0; length <= 8; ++length) {
-    for (std::size_t code = 0; code >> (2 * length) == 0; ++code) {
-      TString text;
-      for (std::size_t i = 0; i < length; ++i) text += alphabet[code >> (2 * i) & 3];
-      if (!Balanced(text)) continue;
-      const TString trimmed = text.Trim();
-      const bool enclosed = trimmed.size() > 2 && trimmed[0] == u'[' &&
-                            Balanced(trimmed.Slice(1, trimmed.size() - 2));
-      const TString once = FormatFuzzyExpression(text);
-      ASSERT_EQ(once, trimmed.Contains(u' ') && !enclosed ? "[" + text + "]" : trimmed);
-      ASSERT_EQ(FormatFuzzyExpression(once), once);
-    }
-  }
 }
 
 }  // namespace
