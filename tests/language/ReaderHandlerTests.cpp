@@ -20,12 +20,9 @@ constexpr const char* Text =
 
 using TTell = std::function<void(TFuzzyVariable*, TFuzzySet*)>;
 
-/// The parser's events, and the component's own while the reader builds.
-constexpr const char* Events[] = {"Parsing",       "CalcFunction",    "ParseSet",
-                                  "ParseVariable", "Parsed",          "Change",
-                                  "VariableAdded", "VariableDeleted", "VariableChange",
-                                  "SetAdded",      "SetDeleted",      "SetChange"};
+constexpr std::size_t Events = 12;
 
+/// The parser's events, and the component's own while the reader builds.
 void Attach(std::size_t event, TFuzzyLogic& fuzzy, TKelFuzzyLogicParser& parser, TTell tell) {
   const auto plain = [tell](TObject*) { tell(nullptr, nullptr); };
   const auto onVariable = [tell](TObject*, TFuzzyVariable* variable) { tell(variable, nullptr); };
@@ -80,8 +77,7 @@ const std::pair<const char*, void (*)(const TMoment&)> Deeds[] = {
     {"switches automatic terms",
      [](const TMoment& m) { m.Fuzzy->SetAutoTerms(!m.Fuzzy->GetAutoTerms()); }},
     {"replaces all handlers", [](const TMoment& m) {
-       for (std::size_t i = 0; i < std::size(Events); ++i)
-         Attach(i, *m.Fuzzy, *m.Parser, [](auto*, auto*) {});
+       for (std::size_t i = 0; i < Events; ++i) Attach(i, *m.Fuzzy, *m.Parser, [](auto*, auto*) {});
      }}};
 
 /// Runs one deed at the first, or at every, occurrence of one event.
@@ -113,8 +109,7 @@ void Try(std::size_t event, void (*deed)(const TMoment&), bool autoTerms, bool o
   EXPECT_TRUE(!parser || !parser->GetStream());
   EXPECT_TRUE(!fuzzy || !fuzzy->GetItems()->IsUpdating());
   if (fuzzy && parser) {
-    for (std::size_t i = 0; i < std::size(Events); ++i)
-      Attach(i, *fuzzy, *parser, [](auto*, auto*) {});
+    for (std::size_t i = 0; i < Events; ++i) Attach(i, *fuzzy, *parser, [](auto*, auto*) {});
     int changes = 0;
     fuzzy->SetOnChange([&](TObject*) { ++changes; });
     parser->SetFuzzyLogic(fuzzy);
@@ -131,10 +126,10 @@ void Try(std::size_t event, void (*deed)(const TMoment&), bool autoTerms, bool o
 }
 
 TEST(ReaderHandlers, MayDoAnything) {
-  for (std::size_t event = 0; event < std::size(Events); ++event) {
+  for (std::size_t event = 0; event < Events; ++event) {
     for (const auto& [name, deed] : Deeds) {
       for (int mode = 0; mode < 6 && !HasFailure(); ++mode) {
-        SCOPED_TRACE(std::string(Events[event]) + ' ' + name + ", mode " + std::to_string(mode));
+        SCOPED_TRACE(std::to_string(event) + ' ' + name + ", mode " + std::to_string(mode));
         Try(event, deed, mode % 2, mode / 2 == 1, mode / 2 == 2);
       }
     }
@@ -177,8 +172,8 @@ TEST(ReaderHandlers, MayAddFunctions) {
       [&](TObject*, const TString& name, const auto& list, TFuzzySet*& result, bool& handled) {
         handled = name != "tri" && name != "s";
         if (name == "peak") result->GetValues()->Add(list->First()->GetNumber(), 1);
-        if (name == "shared") result->Free(), result = other;
-        if (name == "none") result->Free(), result = nullptr;
+        if (name == "shared" || name == "none") result->Free();
+        if (name == "shared" || name == "none") result = name == "none" ? nullptr : other;
         // Touched or replaced, but left to the parser.
         if (name == "tri") result->GetValues()->Add(0, 0.5);
         if (name == "s") result = result->GetVariable()->GetItems()->Add("s");

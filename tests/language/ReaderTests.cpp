@@ -87,7 +87,6 @@ TEST(Reader, ReportsWhatItCannotRead) {
       {"(deffuzzy a))", "", unexpected(")"), logic, 1, ")  deffuzzy a ) "},
       {"(deffuzzy a)\nb", "", unexpected("b"), logic, 2, "\r\nb effuzzy a ) "},
       {b + "( ( 1 2 3 ) ) ) ) ) ", "", unexpected(")"), logic},
-      {"( Deffuzzy ", "a)", define, var},
       {"(\"deffuzzy\"", "a)", define, var, 1, " ( deffuzzy "},
       {"(", "", define, var, 1, " ( EOF "},
       {"(deffuzzy\n\"a\"", ")", "Missing name", var, 2, " ( deffuzzy \r\na "},
@@ -98,15 +97,13 @@ TEST(Reader, ReportsWhatItCannotRead) {
       {a + "( Range ", "0 1))", clause, var},
       {a + "( range 0 x ", "))", number, var},
       {a + "(range 0 1\n2", "))", close, var, 2, " ( deffuzzy a ( range 0 1 \r\n2 "},
-      {a + "( units m s ", "))", close, var},
       {values + "b ) ", ")", term, set},
       {values, "", term, set, 1, "EOF effuzzy a ( values EOF "},
       {values + "( term 5 ", "((0 1)))))", "Missing name", set},
       {b + "( ( 0 1 ) ) 5 ", ")))", close, set},
       {b + "( ( 1 2 3 ) ( ", "4 5)))))", close, set},
-      {b + "( ( 0 1 ) ( x 1 ", "))))", number, pairs},
       {b + "( ( 0 1 ) x ", ")))", close, pairs},
-      {b + "( 5 ", "1))))", "Missing name", "ParseFuzzyFunction"},
+      {b + "( ( 0 1 ) ( x 1 ", "))))", number, pairs},
       {b + "( ) ", ")))", "Missing name", "ParseFuzzyFunction"},
       {b + "very cold ", ")))", refused, "EvalFuzzyExpression"},
       {b, "", refused, "EvalFuzzyExpression"},
@@ -115,8 +112,7 @@ TEST(Reader, ReportsWhatItCannotRead) {
       {b + "( pi 1 ", "))))", pi, calc},
       {b + "( tri 1 2 ", "))))", count("tri", "\"Left Middle Right\""), calc},
       {b + "( s 1 2 3 ", "))))", count("s", "\"Left Right Inflection_Point\""), calc},
-      {b + "( beta 1 2 ", "))))", beta, calc},
-      {b + "( beta 1 2 3 4 5 ", "))))", beta, calc}};
+      {b + "( beta 1 2 ", "))))", beta, calc}};
   for (const TBadText& row : rows) {
     TScene scene;
     const std::string text = row.Read + row.Rest;
@@ -191,8 +187,6 @@ TEST(Reader, RunsSingleStepsForDescendants) {
   };
   EXPECT_EQ(run("x", [&] { parser.ParseFuzzyValuePairs(variable); }),
             ParseFailure("Expected \"(\"", "ParseFuzzyValuePairs", 1, "x "));
-  EXPECT_EQ(run("\nx", [&] { parser.ParseFuzzyFunction(variable); }),
-            ParseFailure("Expected \"(\"", "ParseFuzzyFunction", 2, "x "));
   // An error before any token was read: the text is taken first, then the line, which reads one.
   EXPECT_EQ(run("\nx", [&] { parser.ParseError("Step", "Nothing"); }),
             ParseFailure("Nothing", "Step", 2, ""));
@@ -210,28 +204,19 @@ TEST(Reader, RunsSingleStepsForDescendants) {
               ParseFailure(std::string("Invalid X/Y value pair: ") + shown, step, 1, " "));
   EXPECT_EQ(Dump(set), "s * (3 1)");
   EXPECT_EQ(convert("(1 x)"), ParseFailure("Expected number", step, 1, " "));
-  const Ref<TFuzzyStreamTokenList> list = TFuzzyStreamTokenList::Create();
-  list->Add(TFuzzyStreamToken::Create());
-  for (const int kind : {-1, 3, 7, 11, 16, 256 + 3}) {
-    list->Last()->SetDataType(kind);
-    EXPECT_EQ(parser.VerifyAll(list, {fstList, fstInteger}), kind == 3 || kind == 7) << kind;
-  }
-
   TString name, comment = "old";
-  const auto header = [&](TKelFuzzyLogicParser& p) {
-    return p.ParseHeader(name, comment, true, "key", "M", SFzyMissingName)->GetNumber();
-  };
-  EXPECT_EQ(run("(key word \"c\" 5)", [&] { EXPECT_EQ(header(parser), 5); }), "nothing");
+  const auto header = [&] { parser.ParseHeader(name, comment, true, "key", "M", SFzyMissingName); };
+  EXPECT_EQ(run("(key word \"c\" 5)", header), "nothing");
   EXPECT_EQ(name + comment, "wordc");
   const int first = std::stoi(parser.GetUniqueName().Utf8().substr(8));
   EXPECT_EQ(parser.GetUniqueName().Utf8(), "FuzzySet" + std::to_string(first + 1));
 
-  TKelFuzzyLogicParser& idle = scene.Parser;
-  const std::function<void()> steps[] = {
-      [&] { idle.ParseFuzzyLogic(); }, [&] { idle.ParseFuzzyVariable(); },
-      [&] { idle.ParseFuzzySet(variable); }, [&] { idle.ParseTokenList(); }};
-  for (const auto& each : steps)
-    EXPECT_EQ(Failure(each), "line 0: No definition text is being read");
+  for (const bool variables : {false, true})
+    EXPECT_EQ(Failure([&] {
+                if (variables) scene.Parser.ParseFuzzyVariable();
+                scene.Parser.ParseTokenList();
+              }),
+              "line 0: No definition text is being read");
 }
 
 TEST(EntryPoints, ReadOneVariableOrOneTerm) {
@@ -277,7 +262,6 @@ TEST(EntryPoints, ReadEveryEncoding) {
   const std::string whole = "\u00E9t\u00E9 '\u20AC\U0001F600' 0..1 {}";
   const std::pair<const TEncoding*, std::string> rows[] = {
       {nullptr, whole},
-      {TEncoding::UTF16LittleEndian(), whole},
       {TEncoding::UTF16BigEndian(), whole},
       {TEncoding::Latin1(), "\u00E9t\u00E9 '?\?' 0..1 {}"}};
   TScene scene;
