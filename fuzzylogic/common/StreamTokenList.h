@@ -41,6 +41,7 @@ class TTokenArray {
   const TItem& Get(int index) const { return FItems[Checked(index, GetCount())]; }
   void Put(int index, TItem value) { FItems[Checked(index, GetCount())] = std::move(value); }
   int Add(TItem item) {
+    if (FItems.capacity() == 0) FItems.reserve(4);  // the arguments of most calls
     FItems.push_back(std::move(item));
     return GetCount() - 1;
   }

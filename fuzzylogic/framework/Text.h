@@ -49,10 +49,6 @@ class TString {
   /// The text without leading and trailing units of code 32 or below.
   TString Trim() const;
 
-  TString& operator=(std::u16string_view units) {
-    FUnits = units;
-    return *this;
-  }
   TString& operator+=(std::u16string_view text) {
     FUnits += text;
     return *this;

@@ -235,11 +235,12 @@ void TFuzzyLogicTokenStream::ScanConstruct() {
 }
 
 Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::TakeBuffered() {
-  FText = FBuffer.GetText();
+  FText.Clear();
+  FText += FBuffer.GetText();
   // What was read since belongs to a token that is still to come.
   const bool pending = !FWhiteSpace.empty();
   if (pending) std::swap(FWhiteSpace, FPendingSpace);
-  FWhiteSpace = FBuffer.GetWhitespace();
+  FWhiteSpace += FBuffer.GetWhitespace();
   Ref<IFuzzyStreamToken> token = FinishToken(FBuffer.GetType(), FText);
   if (pending) std::swap(FWhiteSpace, FPendingSpace);
   token->SetLineNumber(FBuffer.GetLine());
