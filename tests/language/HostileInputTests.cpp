@@ -1,0 +1,93 @@
+#include <cstdio>
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include "tests/language/Definitions.h"
+
+namespace fzy {
+namespace {
+
+using test::Dump;
+using test::Failure;
+using test::ParseFailure;
+using test::TScene;
+
+// Instrumented code is slow, and what it looks for shows at a fifth of the size.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int Million = 200'000;
+#else
+constexpr int Million = 1'000'000;
+#endif
+
+std::string Repeat(const std::string& part, int times = Million) {
+  std::string text;
+  while (times-- > 0) text += part;
+  return text;
+}
+
+/// Runs an action on a thread whose stack is too small for anything that recurses with its input.
+void OnSmallStack(const std::function<void()>& action) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
+  const auto run = [](void* argument) -> void* {
+    (*static_cast<const std::function<void()>*>(argument))();
+    return nullptr;
+  };
+  pthread_t thread{};
+  ASSERT_EQ(pthread_create(&thread, &attributes, run, const_cast<std::function<void()>*>(&action)),
+            0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+TEST(HostileInput, NestsListsWithoutUsingTheStack) {
+  OnSmallStack([] {
+    Ref<TFuzzyStreamToken> outer = TFuzzyStreamToken::Create();
+    for (int i = 0; i < Million; ++i) {
+      const Ref<TFuzzyStreamTokenList> list = TFuzzyStreamTokenList::Create();
+      list->Add(outer);
+      list->Add(TFuzzyStreamToken::Create());
+      outer = TFuzzyStreamToken::Create();
+      outer->SetList(list);
+    }
+    EXPECT_EQ(outer->ToString().size(), std::size_t{Million});
+  });
+}
+
+TEST(HostileInput, IsRefusedOnASmallStack) {
+  const std::string define = "Expected \"( deffuzzy\"", variable = "ParseFuzzyVariable";
+  const std::string call = "(deffuzzy a (values (term b (tri ", lines = Repeat(";(\n") + "\r";
+  const std::string types =
+      "Data Types of arguments for function, tri, incorrect.  Expected numeric in "
+      "CalcFuzzyFunction at line 1: \"";
+  const std::string huge(static_cast<std::size_t>(100 * Million), 'x');
+  const std::pair<std::string, std::string> rows[] = {
+      {Repeat("("), ParseFailure(define, variable, 1, " ( ( ")},
+      {Repeat(")"), ParseFailure("Unexpected token: \")\"", "ParseFuzzyLogic", 1, ") ")},
+      {call + Repeat("(") + Repeat(")") + "))))",
+       "line 1: Parsing Error, " + types + " ( deffuzzy"},
+      // Where the text ends within the call, its end is a construct of its own.
+      {call + Repeat("("), "line 1: Parsing Error, " + types + " \""},
+      {lines + "(deffuzzy a" + lines + ")" + lines, "nothing"},
+      {lines + "5", ParseFailure("Unexpected token: \"5\"", "ParseFuzzyLogic", Million + 2, "5 ")},
+      {"\n\"" + huge, "line 2: Unbalanced string: the closing quote is missing"},
+      {"(" + huge,
+       ParseFailure(define, variable, 1,
+                    " ( " + huge.substr(0, 125) + "... \r\n" + huge.substr(0, 127) + ' ')}};
+  for (const auto& [text, expected] : rows) {
+    std::string failure;
+    OnSmallStack([&, &t = text] {
+      TScene scene;
+      failure = Failure([&] { scene.Parser.Parse(t, nullptr); });
+      scene.Fuzzy.GetItems()->Clear();
+      scene.Parser.Parse("(deffuzzy a)", nullptr);
+      EXPECT_EQ(Dump(scene.Fuzzy), "a 0..1 {}") << "fit for the next text";
+    });
+    EXPECT_TRUE(failure.starts_with(expected)) << failure;
+  }
+}
+
+}  // namespace
+}  // namespace fzy
