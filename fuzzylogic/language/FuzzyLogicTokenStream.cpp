@@ -38,7 +38,7 @@ bool IsKind(const IFuzzyStreamToken& token, int kind) { return token.GetDataType
 int KindOf(TFuzzyStreamTokenType kind) { return static_cast<int>(kind); }
 
 /// Kind, number and text of a word.
-void Classify(const TString& word, IFuzzyStreamToken& token) {
+void Classify(const TString& word, TFuzzyStreamToken& token) {
   const bool sign = word.size() == 1 && IsNumberSymbol(word[0]);
   if (!word.empty() && word[0] == u'?') {
     token.SetDataType(KindOf(fstVariable));

@@ -1,35 +1,47 @@
 #include "fuzzylogic/language/TokenBuffer.h"
 
 namespace fzy {
+namespace {
 
-void TTokenBuffer::Clear() noexcept {
-  FTokens.clear();
-  FCharacters.clear();
-  FNext = 0;
-  FPosition = 0;
-}
+constexpr std::size_t TokensOfAPage = 1024;
+constexpr std::size_t CharactersOfAPage = 4096;
+
+}  // namespace
 
 void TTokenBuffer::Push(int type, int line, std::u16string_view text,
                         std::u16string_view whitespace) {
-  FCharacters += text;
-  FCharacters += whitespace;
-  FTokens.push_back({type, line, static_cast<std::uint32_t>(text.size()),
-                     static_cast<std::uint32_t>(whitespace.size())});
+  if (FPages.empty() || FPages.back().Tokens.size() == TokensOfAPage) FPages.emplace_back();
+  TPage& page = FPages.back();
+  page.Characters += text;
+  page.Characters += whitespace;
+  page.Tokens.push_back({type, line, static_cast<std::uint32_t>(text.size()),
+                         static_cast<std::uint32_t>(whitespace.size())});
 }
 
 std::u16string_view TTokenBuffer::GetText() const noexcept {
-  return std::u16string_view(FCharacters).substr(FPosition, FTokens[FNext].TextLength);
+  const TPage& page = FPages.front();
+  return std::u16string_view(page.Characters).substr(page.Position, First().TextLength);
 }
 
 std::u16string_view TTokenBuffer::GetWhitespace() const noexcept {
-  const TToken& token = FTokens[FNext];
-  return std::u16string_view(FCharacters)
-      .substr(FPosition + token.TextLength, token.WhitespaceLength);
+  const TPage& page = FPages.front();
+  return std::u16string_view(page.Characters)
+      .substr(page.Position + First().TextLength, First().WhitespaceLength);
 }
 
 void TTokenBuffer::Pop() noexcept {
-  FPosition += std::size_t{FTokens[FNext].TextLength} + FTokens[FNext].WhitespaceLength;
-  if (++FNext == FTokens.size()) Clear();
+  TPage& page = FPages.front();
+  page.Position += std::size_t{First().TextLength} + First().WhitespaceLength;
+  if (++page.Next < page.Tokens.size()) return;
+  if (FPages.size() > 1 || page.Characters.capacity() > 4 * CharactersOfAPage) {
+    FPages.pop_front();
+    return;
+  }
+  // The one page serves the next construct: most of them fit into it.
+  page.Tokens.clear();
+  page.Characters.clear();
+  page.Next = 0;
+  page.Position = 0;
 }
 
 }  // namespace fzy

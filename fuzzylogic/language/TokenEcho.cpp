@@ -37,27 +37,38 @@ void WithText(const IFuzzyStreamToken& token, Use use) {
 }  // namespace
 
 void TTokenEcho::Write(std::u16string_view text) {
-  const std::size_t end = FPosition + text.size();
-  if (end >= FText.size()) FText.resize(end + end / 2 + 64);
-  std::copy(text.begin(), text.end(), FText.begin() + static_cast<std::ptrdiff_t>(FPosition));
-  FPosition = end;
-  FLength = std::max(FLength, end);
+  while (!text.empty()) {
+    if (FPosition / PageSize == FPages.size()) FPages.push_back(std::make_unique_for_overwrite<TPage>());
+    const std::size_t part = std::min(text.size(), PageSize - FPosition % PageSize);
+    std::copy_n(text.begin(), part, &At(FPosition));
+    text.remove_prefix(part);
+    FPosition += part;
+  }
+  FLength = std::max(FLength, FPosition);
 }
 
 void TTokenEcho::Write(const IFuzzyStreamToken& token) {
   WithText(token, [this](std::u16string_view text) { Write(text); });
-  FText[FPosition++] = u' ';  // `Write` leaves room for it
-  FLength = std::max(FLength, FPosition);
+  Write(u" ");
 }
 
 void TTokenEcho::TakeBack(const IFuzzyStreamToken& token) {
   std::size_t length = 0;
   WithText(token, [&](std::u16string_view text) { length = text.size(); });
-  std::size_t end = FPosition > length ? FPosition - length - 1 : 0;
-  while (end > 0 && FText[end - 1] <= u' ') --end;
-  Write(std::u16string_view());
-  FText[end] = u' ';
-  FPosition = FLength = end + 1;
+  FPosition = FPosition > length ? FPosition - length - 1 : 0;
+  while (FPosition > 0 && At(FPosition - 1) <= u' ') --FPosition;
+  FLength = FPosition;
+  Write(u" ");
+}
+
+TString TTokenEcho::ToString() const {
+  TString text;
+  text.Reserve(FLength);
+  for (std::size_t start = 0; start < FLength; start += PageSize) {
+    const std::size_t part = std::min(PageSize, FLength - start);
+    text += std::u16string_view(FPages[start / PageSize]->data(), part);
+  }
+  return text;
 }
 
 }  // namespace fzy

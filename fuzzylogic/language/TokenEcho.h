@@ -1,12 +1,16 @@
 #pragma once
 
+#include <array>
+#include <memory>
+#include <vector>
+
 #include "fuzzylogic/language/FuzzyStreamToken.h"
 
 namespace fzy {
 
 /// The text of the tokens handed out so far, as error messages show it. Writing happens at a
 /// position and overwrites what lies there; what an earlier, longer text left beyond stays
-/// readable.
+/// readable. The text stands in pages, so that a long one grows without being copied.
 class TTokenEcho {
  public:
   void Rewind() noexcept { FPosition = 0; }
@@ -16,12 +20,16 @@ class TTokenEcho {
   /// Takes a token back that was written last: cuts the text before it, drops blanks and line
   /// breaks at its end, and closes it with one blank. The cost is that of what is cut.
   void TakeBack(const IFuzzyStreamToken& token);
-  TString ToString() const { return std::u16string_view(FText).substr(0, FLength); }
+  TString ToString() const;
 
  private:
-  void Write(std::u16string_view text);
+  static constexpr std::size_t PageSize = 4096;
+  using TPage = std::array<char16_t, PageSize>;
 
-  std::u16string FText;  // room that grows by half; the text is its first FLength units
+  void Write(std::u16string_view text);
+  char16_t& At(std::size_t position) { return (*FPages[position / PageSize])[position % PageSize]; }
+
+  std::vector<std::unique_ptr<TPage>> FPages;
   std::size_t FLength = 0;
   std::size_t FPosition = 0;
 };
