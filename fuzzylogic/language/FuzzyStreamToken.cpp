@@ -20,9 +20,55 @@ const TString& PunctuationText(int kind) {
   return texts[kind >= 0 && kind < 128 ? static_cast<std::size_t>(kind) : 0];
 }
 
+#ifdef __SANITIZE_ADDRESS__
+constexpr int MostSpares = 0;  // so that a use after the end of a token is seen
+#else
+constexpr int MostSpares = 64;
+#endif
+
+/// The memory of a few tokens that went, for the next ones: a reader holds a handful of tokens at a
+/// time and makes millions. Each thread has its own; what is in it is given back when the thread
+/// ends.
+struct TSpares {
+  struct TBlock {
+    TBlock* Next;
+  };
+  TBlock* First;
+  int Room;
+};
+thread_local TSpares Spares{nullptr, 0};
+
+struct TSparesOfThread {
+  TSparesOfThread() noexcept { Spares.Room = MostSpares; }
+  ~TSparesOfThread() {
+    Spares.Room = 0;
+    while (TSpares::TBlock* block = Spares.First) {
+      Spares.First = block->Next;
+      ::operator delete(block);
+    }
+  }
+};
+
 }  // namespace
 
 // TFuzzyStreamToken
+
+void* TFuzzyStreamToken::operator new(std::size_t size) {
+  if (TSpares::TBlock* block = Spares.First) {
+    Spares.First = block->Next;
+    ++Spares.Room;
+    return block;
+  }
+  // Without a spare one: the first token of a thread sets its store up.
+  [[maybe_unused]] static thread_local const TSparesOfThread ofThread;
+  return ::operator new(size);
+}
+
+void TFuzzyStreamToken::operator delete(void* memory) noexcept {
+  if (Spares.Room == 0) return ::operator delete(memory);
+  --Spares.Room;
+  Spares.First = new (memory) TSpares::TBlock{Spares.First};
+}
 
 TFuzzyStreamToken::~TFuzzyStreamToken() = default;
 

@@ -69,6 +69,8 @@ class TFuzzyStreamToken final : public TBaseStreamTokenOf<IFuzzyStreamToken> {
  public:
   static Ref<TFuzzyStreamToken> Create() { return {new TFuzzyStreamToken}; }
   ~TFuzzyStreamToken() override;
+  static void* operator new(std::size_t size);
+  static void operator delete(void* memory) noexcept;
 
   /// The stored text; for punctuation without one, the character.
   const TString& GetText() const override;

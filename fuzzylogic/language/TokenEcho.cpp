@@ -38,7 +38,8 @@ void WithText(const IFuzzyStreamToken& token, Use use) {
 
 void TTokenEcho::Write(std::u16string_view text) {
   while (!text.empty()) {
-    if (FPosition / PageSize == FPages.size()) FPages.push_back(std::make_unique_for_overwrite<TPage>());
+    if (FPosition / PageSize == FPages.size())
+      FPages.push_back(std::make_unique_for_overwrite<TPage>());
     const std::size_t part = std::min(text.size(), PageSize - FPosition % PageSize);
     std::copy_n(text.begin(), part, &At(FPosition));
     text.remove_prefix(part);
@@ -48,8 +49,19 @@ void TTokenEcho::Write(std::u16string_view text) {
 }
 
 void TTokenEcho::Write(const IFuzzyStreamToken& token) {
-  WithText(token, [this](std::u16string_view text) { Write(text); });
-  Write(u" ");
+  WithText(token, [this](std::u16string_view text) {
+    const std::size_t at = FPosition % PageSize;
+    if (FPosition / PageSize < FPages.size() && at + text.size() < PageSize) {
+      char16_t* target = FPages[FPosition / PageSize]->data() + at;
+      for (const char16_t unit : text) *target++ = unit;
+      *target = u' ';
+      FPosition += text.size() + 1;
+      FLength = std::max(FLength, FPosition);
+    } else {
+      Write(text);
+      Write(u" ");
+    }
+  });
 }
 
 void TTokenEcho::TakeBack(const IFuzzyStreamToken& token) {
