@@ -27,7 +27,8 @@ inline std::string Dump(const TFuzzySet* set) {
   static constexpr const char* types[] = {"", " tri", " z", " pi", " beta", " s"};
   std::string text = set->GetName().Utf8();
   if (!set->GetComment().empty()) text += " '" + set->GetComment().Utf8() + '\'';
-  text += std::string(types[static_cast<int>(set->GetSetType())]) + (set->GetDefined() ? " *" : " ");
+  text +=
+      std::string(types[static_cast<int>(set->GetSetType())]) + (set->GetDefined() ? " *" : " ");
   if (!set->GetExpression().empty()) text += '=' + set->GetExpression().Utf8();
   text += ' ';
   for (const TFuzzyPoint& point : set->GetValues()->Points())
