@@ -66,11 +66,18 @@ void CombineCurves(TFuzzyCurve a, TFuzzyCurve b, TFuzzyFormula formula,
                    std::vector<TFuzzyPoint>& result) {
   result.clear();
   result.reserve(2 * (a.size() + b.size()));  // a crossing before each breakpoint at the most
-  detail::MergeWalk(a, IsAscending(a), b, IsAscending(b),
-                    [&](TFzyFloat x1, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {
-                      result.push_back({x1, formula(y1, y2)});
-                      return false;
-                    });
+  const auto combine = [&](auto degree) {
+    detail::MergeWalk(a, IsAscending(a), b, IsAscending(b),
+                      [&](TFzyFloat x1, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {
+                        result.push_back({x1, degree(y1, y2)});
+                        return false;
+                      });
+  };
+  // Evidence is gathered by the maximum, mostly; named here, it is not called through a pointer.
+  if (formula == FuzzyFormulas::Max)
+    combine([](TFzyFloat y1, TFzyFloat y2) { return FuzzyFormulas::Max(y1, y2); });
+  else
+    combine(formula);
 }
 
 namespace {
