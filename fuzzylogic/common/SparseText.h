@@ -5,7 +5,7 @@
 namespace fzy {
 
 /// A text that is empty or a single blank most of the time: eight bytes, and memory of its own only
-/// for any other text. Tokens are buffered by the million, and few of them carry more.
+/// for any other text. Tokens are made by the million, and few of them carry more.
 class TSparseText {
  public:
   TSparseText() = default;

@@ -45,7 +45,7 @@ class IBaseStreamToken : public IInterface {
 };
 
 /// `IBaseStreamToken`, all but the tag, carried out for an interface that extends it. Kept small
-/// because a text is buffered as tokens: 48 bytes, and more only for what few tokens have.
+/// because a text makes millions of them: 48 bytes, and more only for what few tokens have.
 template <class I>
 class TBaseStreamTokenOf : public TInterfaced<I> {
  public:

@@ -163,7 +163,7 @@ TEST(Format, NumbersAreExact) {
 }
 
 TEST(Message, ReplacementCountsOnTheNextUse) {
-  static constinit TMessage message{u"Unknown name: \"%s\""};
+  static TMessage message{u"Unknown name: \"%s\""};
   for (const char* text : {"Unbekannter Name: „%s“", ""}) {
     message.Set(text);
     EXPECT_EQ(message.Get(), *text ? text : "Unknown name: \"%s\"");
