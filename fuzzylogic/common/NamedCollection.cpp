@@ -1,8 +1,18 @@
 #include "fuzzylogic/common/NamedCollection.h"
 
+#include <utility>
+
 #include "fuzzylogic/framework/FirstException.h"
 
 namespace fzy {
+namespace {
+
+// A short list is scanned as quickly as it is searched, and the names of a longer one are worth
+// being put in order only for more than a few look-ups.
+constexpr int ShortList = 16;
+constexpr int FewScans = 8;
+
+}  // namespace
 
 TGCollectionItem::~TGCollectionItem() {
   if (!FWatchers) return;
@@ -44,12 +54,62 @@ void TGCollectionItem::Leave() {
   first.Rethrow();
 }
 
+void TGCollectionItem::StoreName(TString& name, const TString& value) {
+  TString copy = value;
+  auto* list = static_cast<TGCollection*>(GetCollection());
+  if (!list || !list->FNames) {
+    name = std::move(copy);
+    return;
+  }
+  auto entry = list->FNames->extract(this);
+  name = std::move(copy);
+  list->FNames->insert(std::move(entry));
+}
+
+bool TGCollection::TByName::operator()(const TCollectionItem* left,
+                                       const TCollectionItem* right) const {
+  const auto order = left->GetItemName() <=> right->GetItemName();
+  return order == 0 ? left->GetIndex() < right->GetIndex() : order < 0;
+}
+
+bool TGCollection::TByName::operator()(const TCollectionItem* left,
+                                       std::u16string_view right) const {
+  return left->GetItemName().View() < right;
+}
+
 int TGCollection::IndexOf(const TString& name) const {
+  if (!FNames) {
+    if (GetCount() <= ShortList || ++FScans <= FewScans) return Scan(name);
+    auto names = std::make_unique<TNames>();
+    for (int i = 0; i < GetCount(); ++i) names->insert(ItemAt(i));
+    FNames = std::move(names);
+  }
+  const auto found = FNames->lower_bound(name.View());
+  return found != FNames->end() && (*found)->GetItemName() == name ? (*found)->GetIndex() : -1;
+}
+
+int TGCollection::Scan(const TString& name) const {
   const int count = GetCount();
   for (int i = 0; i < count; ++i) {
     if (ItemAt(i)->GetItemName() == name) return i;
   }
   return -1;
+}
+
+void TGCollection::StoreItem(TCollectionItem* item) {
+  TCollection::StoreItem(item);
+  if (FNames) FNames->insert(item);
+}
+
+void TGCollection::DropItem(int index) {
+  if (FNames) FNames->erase(ItemAt(index));
+  TCollection::DropItem(index);
+}
+
+void TGCollection::RelocateItem(int from, int to) {
+  FNames.reset();
+  FScans = 0;
+  TCollection::RelocateItem(from, to);
 }
 
 }  // namespace fzy

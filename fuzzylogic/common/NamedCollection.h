@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <set>
+#include <string_view>
 #include <vector>
 
 #include "fuzzylogic/framework/Collection.h"
@@ -8,7 +10,8 @@
 
 namespace fzy {
 
-/// A collection item whose end others may watch.
+/// A collection item that has a name, and whose end others may watch. It joins `TGCollection`s
+/// only.
 class TGCollectionItem : public TCollectionItem {
  public:
   /// Asks that `item` be told by `Notification(this, opRemove)` when this item is freed. One that
@@ -23,6 +26,10 @@ class TGCollectionItem : public TCollectionItem {
   ~TGCollectionItem() override;
   void Leave() override;
 
+  /// Stores `value` in `name`, the text that `GetItemName` answers, so that the collection finds
+  /// the item under its new name. Nobody is told.
+  void StoreName(TString& name, const TString& value);
+
  private:
   using TWatchers = std::vector<TGCollectionItem*>;
   std::unique_ptr<TWatchers> FWatchers;  // symmetric: each watches the other's end
@@ -33,11 +40,34 @@ class TGCollectionItem : public TCollectionItem {
 /// An owned collection whose items are found by name.
 class TGCollection : public TCollection {
  public:
-  /// The index of the first item whose name equals `name`, case-sensitively, or -1. Linear time.
-  int IndexOf(const TString& name) const;
+  /// The index of the first item whose name equals `name`, case-sensitively, or -1. The first
+  /// look-ups scan the items; from then on the names of a longer list are kept in order, and a
+  /// look-up takes logarithmic time, until an item is moved.
+  virtual int IndexOf(const TString& name) const;
 
  protected:
   TGCollection() = default;
+
+  void StoreItem(TCollectionItem* item) override;
+  void DropItem(int index) override;
+  void RelocateItem(int from, int to) override;
+
+ private:
+  friend class TGCollectionItem;
+
+  /// By name, and within a name by position: adding and removing items leaves the order of the
+  /// others as it is.
+  struct TByName {
+    using is_transparent = void;
+    bool operator()(const TCollectionItem* left, const TCollectionItem* right) const;
+    bool operator()(const TCollectionItem* left, std::u16string_view right) const;
+  };
+  using TNames = std::set<TCollectionItem*, TByName>;
+
+  int Scan(const TString& name) const;
+
+  mutable std::unique_ptr<TNames> FNames;  // only once look-ups are many
+  mutable int FScans = 0;
 };
 
 }  // namespace fzy
