@@ -77,11 +77,15 @@ TFuzzySet* TFuzzySet::Combine(TFuzzySet* other, const TString& keyword, Fill fil
     detail::TPointWriter(*result->FValues).RemoveFlatPoints();
   TFirstException first;
   first.Run([&] { block.Close(); });
-  TString expression = Operand(*this);
+  const TString left = Operand(*this);
+  const TString right = Operand(*other);
+  TString expression;
+  expression.Reserve(left.size() + keyword.size() + right.size() + 2);  // they grow long
+  expression += left;
   expression += u' ';
   expression += keyword;
   expression += u' ';
-  expression += Operand(*other);
+  expression += right;
   result->FExpression = std::move(expression);
   first.Rethrow();
   return result.Release();

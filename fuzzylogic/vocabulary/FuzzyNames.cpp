@@ -6,14 +6,25 @@
 namespace fzy {
 namespace {
 
-TString Enclose(const TString& text) {
-  TString result = LeftFuzzyParentheses;
-  result += text;
-  result += RightFuzzyParentheses;
+/// The parts behind each other. Names of names grow long, so not a character more is kept.
+TString Join(std::initializer_list<std::u16string_view> parts) {
+  std::size_t length = 0;
+  for (const std::u16string_view part : parts) length += part.size();
+  TString result;
+  result.Reserve(length);
+  for (const std::u16string_view part : parts) result += part;
   return result;
 }
 
-TString Bracketed(const TString& name) { return name.Contains(u' ') ? Enclose(name) : name; }
+/// A name as it stands in another one: the parts around it are empty or brackets.
+struct TComponentName {
+  explicit TComponentName(const TString& name) : Name(name), Compound(name.Contains(u' ')) {}
+  std::u16string_view Left() const { return Compound ? LeftFuzzyParentheses : u""; }
+  std::u16string_view Right() const { return Compound ? RightFuzzyParentheses : u""; }
+
+  std::u16string_view Name;
+  bool Compound;
+};
 
 /// Whether the bracket that opens `text` is closed by its last character only.
 bool EnclosedAsAWhole(std::u16string_view text) {
@@ -29,40 +40,31 @@ bool EnclosedAsAWhole(std::u16string_view text) {
 }  // namespace
 
 TString CreateFuzzyName(TFuzzyHedge hedge, const TString& name) {
-  TString result = HedgeNames[Ordinal(hedge)];
-  result += u' ';
-  result += Bracketed(name);
-  return result;
+  const TComponentName of(name);
+  return Join({HedgeNames[Ordinal(hedge)], u" ", of.Left(), of.Name, of.Right()});
 }
 
 TString CreateFuzzyName(TBaseFuzzyHedge modifyType, bool modifyY, const TString& name) {
-  TString result = BaseHedgeNames[Ordinal(modifyType)];
-  result += modifyY ? u" " : u"X ";
-  result += Bracketed(name);
-  return result;
+  const TComponentName of(name);
+  return Join({BaseHedgeNames[Ordinal(modifyType)], modifyY ? u" " : u"X ", of.Left(), of.Name,
+               of.Right()});
 }
 
 TString CreateFuzzyName(const TString& left, const TString& right, const TString& keyword) {
-  TString result = Bracketed(left);
-  result += u' ';
-  result += keyword;
-  result += u' ';
-  result += Bracketed(right);
-  return result;
+  const TComponentName a(left);
+  const TComponentName b(right);
+  return Join({a.Left(), a.Name, a.Right(), u" ", keyword, u" ", b.Left(), b.Name, b.Right()});
 }
 
 TString CreateFuzzyName(const TString& prefix, const TString& name, TFzyFloat value) {
-  TString result = Bracketed(prefix);
-  result += u' ';
-  result += name;
-  result += u' ';
-  result += FormatFixed(value, 4);
-  return result;
+  const TComponentName of(prefix);
+  return Join({of.Left(), of.Name, of.Right(), u" ", name, u" ", FormatFixed(value, 4)});
 }
 
 TString FormatFuzzyExpression(const TString& s) {
   TString trimmed = s.Trim();
-  return !trimmed.Contains(u' ') || EnclosedAsAWhole(trimmed) ? trimmed : Enclose(s);
+  if (!trimmed.Contains(u' ') || EnclosedAsAWhole(trimmed)) return trimmed;
+  return Join({LeftFuzzyParentheses, s, RightFuzzyParentheses});
 }
 
 }  // namespace fzy
