@@ -22,6 +22,10 @@ class TSparseText {
     Drop();
     FText = next;
   }
+  void Clear() noexcept {
+    Drop();
+    FText = nullptr;
+  }
 
  private:
   static const TString& Empty() noexcept {

@@ -77,7 +77,7 @@ TString TFuzzySet::GetDisplayName() const {
 void TFuzzySet::SetName(const TString& value) {
   if (value == FName) return;
   if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
-  FName = value;
+  StoreName(FName, value);
   Changed(false);
 }
 
@@ -104,12 +104,13 @@ void TFuzzySet::Assign(TPersistent* source) {
   if (set == this) return;
   const TPin self(this);
   const TPin pinned(set);
-  FName = set->FName;
+  StoreName(FName, set->FName);
   TFirstException first;
   first.Run([&] { SetValues(set->FValues); });
   FSetType = set->FSetType;
   FInflectionPoint = set->FInflectionPoint;
   FExpression = set->FExpression;
+  FDefinition.Set(set->FDefinition.Get());
   first.Run([this] { Changed(false); });
   first.Rethrow();
 }
@@ -131,6 +132,7 @@ void TFuzzySet::PointsChanged() {
   first.Run([this] { Changed(false); });
   FSetType = fstUserDefined;
   FExpression = TString();
+  FDefinition.Clear();
   first.Rethrow();
 }
 
@@ -152,6 +154,8 @@ TString TFuzzySet::GetValuesToString() const {
 }
 
 TString TFuzzySet::ToString() const {
+  if (std::optional<TString> shown = FSurroundings ? FSurroundings->Show(*this) : std::nullopt)
+    return *std::move(shown);
   TString text(u"(");
   text += FName;
   text += u' ';

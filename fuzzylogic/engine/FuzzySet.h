@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "fuzzylogic/common/SparseText.h"
 #include "fuzzylogic/engine/FuzzySetValues.h"
 #include "fuzzylogic/engine/FuzzySurroundings.h"
 
@@ -34,12 +35,12 @@ using TFuzzyOperator = std::function<bool(TFuzzySetValues& result, TFzyFloat x1,
 /// Operations that change the set return it (or nothing, likewise). For intermediate sets use
 /// `TOwned<TFuzzySet>`.
 ///
-/// Invariants: any change of the points makes the set user-defined and clears its expression; a
-/// producer that records a type or an expression does so after its update block closed. All points
-/// are finite: a number argument that is not a number, and any result that would leave the finite
-/// numbers, is refused with an EFzyException (`SFzyNotANumber`, `SFzyNotFinite`) before the set
-/// changes. An infinite X is clamped into the range like any other that lies outside; degrees below
-/// 0 become 0.
+/// Invariants: any change of the points makes the set user-defined and clears its expression and
+/// definition; a producer that records a type or a text does so after its update block closed. All
+/// points are finite: a number argument that is not a number, and any result that would leave the
+/// finite numbers, is refused with an EFzyException (`SFzyNotANumber`, `SFzyNotFinite`) before the
+/// set changes. An infinite X is clamped into the range like any other that lies outside; degrees
+/// below 0 become 0.
 ///
 /// A set without a variable ranges from -2147483647 to 2147483647, with threshold 0, 7 points for
 /// generated shapes and the first value of each method. One thread at a time; even a set that is
@@ -78,6 +79,10 @@ class TFuzzySet : public TGCollectionItem {
   /// The expression or number that produced the set; nobody is told of a change.
   const TString& GetExpression() const noexcept { return FExpression; }
   void SetExpression(TString value) { FExpression = std::move(value); }
+  /// The expression that the set's term had in the definition text it was read from; nobody is told
+  /// of a change. Like the expression it goes when the points change.
+  const TString& GetDefinition() const noexcept { return FDefinition.Get(); }
+  void SetDefinition(const TString& value) { FDefinition.Set(value); }
   /// The inflection point last given to a curve or beta shape; stored only.
   TFzyFloat GetInflectionPoint() const noexcept { return FInflectionPoint; }
   std::intptr_t GetTag() const noexcept { return FTag; }
@@ -95,8 +100,8 @@ class TFuzzySet : public TGCollectionItem {
   /// @throws EFzyException (`SInvalidXRangeIndex`) for any other index
   virtual TFzyFloat GetXRange(int index) const;
 
-  /// From another set: name (unchecked), points, type, inflection point and expression; not
-  /// comment, defined flag and tag. Other sources are refused.
+  /// From another set: name (unchecked), points, type, inflection point, expression and definition;
+  /// not comment, defined flag and tag. Other sources are refused.
   void Assign(TPersistent* source) override;
   /// A copy of the set's own class in the same collection; a set in none gives a free one.
   TFuzzySet* Clone() { return DoClone(); }
@@ -106,7 +111,8 @@ class TFuzzySet : public TGCollectionItem {
   virtual void UpdateFuzzySetValue(TFuzzySetValue* value);
   virtual void UpdateFuzzySetValues();
 
-  /// "(name (x y) (x y) )", four decimals.
+  /// What the component's parser shows of the set; without one "(name (x y) (x y) )", four
+  /// decimals.
   TString ToString() const override;
   /// "((x y) (x y) )", four decimals.
   virtual TString GetValuesToString() const;
@@ -361,6 +367,7 @@ class TFuzzySet : public TGCollectionItem {
   TString FName;
   TString FComment;
   TString FExpression;
+  TSparseText FDefinition;
   TFzyFloat FInflectionPoint = 0;
   std::intptr_t FTag = 0;
   TFuzzySetType FSetType = fstUserDefined;

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <optional>
+
 #include "fuzzylogic/common/NamedCollection.h"
 #include "fuzzylogic/vocabulary/FuzzyTypes.h"
 
 namespace fzy {
 
+class TFuzzySet;
 class TFuzzySets;
 class TFuzzyVariable;
 
@@ -25,6 +28,8 @@ class TFuzzySurroundings {
   virtual int GetNumFunctionValues() const = 0;
   /// Whether the component stands in a form designer; no.
   virtual bool IsDesigning() const = 0;
+  /// The set as the component's parser shows it; nothing.
+  virtual std::optional<TString> Show(const TFuzzySet& fuzzySet) const = 0;
   /// The variable itself; none.
   virtual TFuzzyVariable* AsVariable() = 0;
 

@@ -84,11 +84,15 @@ TString FormatText(const TString& format, std::initializer_list<TFormatArg> args
 }
 
 TString FormatFixed(double value, int decimals) {
+  return FormatFixed(value, decimals, DecimalSeparator);
+}
+
+TString FormatFixed(double value, int decimals, char16_t separator) {
   if (std::isnan(value)) return NotANumber;
   TDigits digits;
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
                                  std::chars_format::fixed, std::clamp(decimals, 0, MostDecimals));
-  return Widen(digits.data(), end.ptr, DecimalSeparator);
+  return Widen(digits.data(), end.ptr, separator);
 }
 
 TString FormatShortest(double value) {

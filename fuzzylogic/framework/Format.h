@@ -20,6 +20,8 @@ TString FormatText(const TString& format, std::initializer_list<TFormatArg> args
 /// The number with a fixed count of decimals (at least 0, at most 99), correctly rounded, with the
 /// process's decimal separator; "inf", "-inf" and "nan" for what is not finite.
 TString FormatFixed(double value, int decimals);
+/// The same with a separator of its own.
+TString FormatFixed(double value, int decimals, char16_t separator);
 
 /// The shortest decimal text that reads back to the same bits; the separator is always a point.
 /// What is not finite is written as by `FormatFixed`.

@@ -117,9 +117,7 @@ void TCustomFuzzyLogicParser::ParseError(const TString& method, const TString& f
 bool TCustomFuzzyLogicParser::VerifyAll(const Ref<IFuzzyStreamTokenList>& list,
                                         TFuzzyStreamTokenTypes allowedTypes) const {
   for (int i = 0; i < list->GetValueCount(); ++i) {
-    const int kind = list->Get(i)->GetDataType();
-    if (kind < 0 || kind >= 16 || !allowedTypes.Contains(static_cast<TFuzzyStreamTokenType>(kind)))
-      return false;
+    if (!IsOfKind(*list->Get(i), allowedTypes)) return false;
   }
   return true;
 }

@@ -23,7 +23,8 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   void SetFuzzyLogic(TCustomFuzzyLogic* value);
   void Notification(TComponent* component, TOperation operation) override;
 
-  // Events: a parse begins and has succeeded; a term, a variable was read; a function is called.
+  // Events: a parse begins and has succeeded; a term, a variable was read; an expression was
+  // evaluated; a function is called.
   const TNotifyEvent& GetOnParsing() const noexcept { return FOnParsing; }
   void SetOnParsing(TNotifyEvent value) { FOnParsing = std::move(value); }
   const TNotifyEvent& GetOnParsed() const noexcept { return FOnParsed; }
@@ -36,6 +37,8 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   void SetOnParseFuzzyVariable(TFuzzyVariableEvent value) {
     FOnParseFuzzyVariable = std::move(value);
   }
+  const TFuzzyExpressionEvent& GetOnEvalExpression() const noexcept { return FOnEvalExpression; }
+  void SetOnEvalExpression(TFuzzyExpressionEvent value) { FOnEvalExpression = std::move(value); }
   const TCalcFuzzyFunctionEvent& GetOnCalcFuzzyFunction() const noexcept {
     return FOnCalcFuzzyFunction;
   }
@@ -64,6 +67,9 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
                                const Ref<IFuzzyStreamTokenList>& list);
 
   virtual void ParseFuzzyLogic(const TString& text, const TEncoding* encoding) = 0;
+  virtual TFzyFloat EvalFuzzyExpression(TFuzzyVariable* variable, const TString& expression,
+                                        TFuzzySet*& fuzzySet) = 0;
+  virtual TFuzzySet* EvalFuzzyExpression(TFuzzyVariable* variable, const TString& expression) = 0;
   virtual TFuzzySet* ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
                                    const TEncoding* encoding) = 0;
   virtual TFuzzyVariable* ParseFuzzyVariable(const TString& text, const TEncoding* encoding) = 0;
@@ -90,6 +96,7 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   TFuzzySetEvent FOnParseFuzzySet;
   TFuzzyVariableEvent FOnParseFuzzyVariable;
   TCustomFuzzyLogic* FFuzzyLogic = nullptr;
+  TFuzzyExpressionEvent FOnEvalExpression;
   TCalcFuzzyFunctionEvent FOnCalcFuzzyFunction;
   TNotifyEvent FOnParsed;
   TNotifyEvent FOnParsing;

@@ -1,14 +1,15 @@
 #include "fuzzylogic/language/FuzzyLogicTokenStream.h"
 
-#include <algorithm>
-#include <array>
-
 #include "fuzzylogic/common/CommonMessages.h"
-#include "fuzzylogic/common/HelperFunctions.h"
-#include "fuzzylogic/language/FuzzyNumbers.h"
+#include "fuzzylogic/language/detail/Characters.h"
 #include "fuzzylogic/vocabulary/FuzzyExceptions.h"
 
 namespace fzy {
+
+using detail::EndsWord;
+using detail::IsBlank;
+using detail::IsPunctuation;
+
 namespace {
 
 // What `FinishToken` is asked for beside the codes of punctuation characters.
@@ -17,35 +18,14 @@ constexpr int WordType = 0;
 constexpr int LineEndType = 13;
 constexpr int StringType = 34;
 
-constexpr bool IsBlank(char16_t ch) { return ch <= 32; }
-
-bool IsPunctuation(int ch) {
-  constexpr std::u16string_view characters = u"()[]=&|~";
-  return ch > 0 && ch < 128 && characters.find(static_cast<char16_t>(ch)) != TString::npos;
-}
-
-bool EndsWord(char16_t ch) {
-  static constexpr auto ends = [] {
-    std::array<bool, 128> table{};
-    for (const char16_t end : std::u16string_view(u"[]()&;<\"|~")) table[end] = true;
-    return table;
-  }();
-  return ch < ends.size() && ends[ch];
-}
-
 bool IsKind(const IFuzzyStreamToken& token, int kind) { return token.GetDataType() == kind; }
-
-int KindOf(TFuzzyStreamTokenType kind) { return static_cast<int>(kind); }
 
 /// Kind, number and text of a word.
 void Classify(const TString& word, TFuzzyStreamToken& token) {
-  const bool sign = word.size() == 1 && IsNumberSymbol(word[0]);
-  if (!word.empty() && word[0] == u'?') {
+  if (!word.empty() && word[0] == detail::VariableChar) {
     token.SetDataType(KindOf(fstVariable));
     token.SetText(word.Slice(1));
-  } else if (const auto number = !sign && !word.empty() && IsNumberChar(word[0])
-                                     ? ReadFuzzyNumber(word)
-                                     : std::optional<TFuzzyNumber>()) {
+  } else if (const auto number = detail::NumberOfWord(word)) {
     token.SetDataType(KindOf(number->IsWhole ? fstInteger : fstFloat));
     token.SetNumber(number->Value);
   } else {

@@ -9,8 +9,6 @@
 namespace fzy {
 namespace {
 
-constexpr int KindOf(TFuzzyStreamTokenType kind) { return static_cast<int>(kind); }
-
 const TString& PunctuationText(int kind) {
   static const auto texts = [] {
     std::array<TString, 128> result;
@@ -49,7 +47,15 @@ struct TSparesOfThread {
   }
 };
 
+constexpr int FirstPunctuation = 16;
+
 }  // namespace
+
+bool IsOfKind(const IFuzzyStreamToken& token, TFuzzyStreamTokenTypes kinds) {
+  const int kind = token.GetDataType();
+  return kind >= 0 && kind < FirstPunctuation &&
+         kinds.Contains(static_cast<TFuzzyStreamTokenType>(kind));
+}
 
 // TFuzzyStreamToken
 

@@ -10,6 +10,9 @@ namespace fzy {
 class TFuzzySet;
 class IFuzzyStreamTokenList;
 
+/// The `DataType` of a token of this kind.
+constexpr int KindOf(TFuzzyStreamTokenType kind) { return static_cast<int>(kind); }
+
 /// A lexical unit of the definition language, or a value that stands among them. Its `DataType` is
 /// a `TFuzzyStreamTokenType`, or for punctuation the character's code (38 40 41 61 91 93 124 126
 /// for & ( ) = [ ] | ~).
@@ -33,6 +36,9 @@ class IFuzzyStreamToken : public IBaseStreamToken {
  protected:
   ~IFuzzyStreamToken() = default;
 };
+
+/// Whether the token is of one of the kinds; one of punctuation never is.
+bool IsOfKind(const IFuzzyStreamToken& token, TFuzzyStreamTokenTypes kinds);
 
 /// An ordered list of tokens; it holds references to them.
 class IFuzzyStreamTokenList : public IBaseStreamTokenList {

@@ -2,47 +2,18 @@
 
 #include <vector>
 
-#include "fuzzylogic/common/StringStream.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/interfaces/UniqueID.h"
+#include "fuzzylogic/language/detail/ClassModel.h"
 #include "fuzzylogic/language/detail/DefinitionReader.h"
+#include "fuzzylogic/language/detail/StreamFrame.h"
+
+// Entry points and reading steps. Expressions and printing stand in files of their own.
 
 namespace fzy {
 namespace {
 
-/// How the reader builds the owned model.
-struct TClassModel {
-  using TVariable = TFuzzyVariable*;
-  using TSet = TFuzzySet*;
-
-  /// A set that a handler may free while the reader works on it.
-  class THeldSet {
-   public:
-    explicit THeldSet(TFuzzySet* set) noexcept : FSet(set), FPin(set) {}
-    TFuzzySet* Get() const noexcept { return FSet && !FSet->IsFreed() ? FSet : nullptr; }
-
-   private:
-    TFuzzySet* FSet;
-    TPin FPin;
-  };
-
-  static TFuzzySet* AddSet(TKelFuzzyLogicParser& /*parser*/, TFuzzyVariable* variable) {
-    return variable->GetItems()->Add();
-  }
-  static void AddPoint(TFuzzySet* set, TFzyFloat x, TFzyFloat y) { set->GetValues()->Add(x, y); }
-  static void NameSet(TFuzzySet* set, const TString& name, const TString& comment) {
-    set->SetName(name);
-    set->SetExpression(name);
-    set->SetComment(comment);
-  }
-  static void FireParseFuzzySet(TKelFuzzyLogicParser& parser, TFuzzyVariable* /*variable*/,
-                                TFuzzySet* set) {
-    FireEvent(parser.GetOnParseFuzzySet(), &parser, set);
-  }
-  static TString ExpressionRefused() { return SFzyExpressionRefused; }
-};
-
-using TClassReader = detail::TDefinitionReader<TClassModel>;
+using TClassReader = detail::TDefinitionReader<detail::TClassModel>;
 
 /// Holds a new variable of the component while the reader fills it: inside an update block of the
 /// collection, and outside the collection as long as automatic terms would join it.
@@ -107,51 +78,26 @@ class TNewVariable {
 
 }  // namespace
 
-/// The tokenizer of one entry point, in force from here to the end of the scope.
-class TKelFuzzyLogicParser::TStreamFrame {
- public:
-  TStreamFrame(TKelFuzzyLogicParser& parser, const TString& text, const TEncoding* encoding)
-      : FPin(&parser),
-        FParser(parser),
-        FKept(parser.FStream),
-        FStream(parser.CreateStream(std::make_unique<TKelStringStream>(text, encoding), encoding)) {
-    FParser.FStream = FStream.get();
-  }
-  TStreamFrame(const TStreamFrame&) = delete;
-  TStreamFrame& operator=(const TStreamFrame&) = delete;
-  ~TStreamFrame() { FParser.FStream = FKept; }
-
- private:
-  TPin FPin;
-  TKelFuzzyLogicParser& FParser;
-  TFuzzyLogicTokenStream* FKept;
-  std::unique_ptr<TFuzzyLogicTokenStream> FStream;
-};
-
 // Entry points
 
 void TKelFuzzyLogicParser::ParseFuzzyLogic(const TString& text, const TEncoding* encoding) {
   if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
-  const TStreamFrame frame(*this, text, encoding);
+  const detail::TStreamFrame frame(*this, text, encoding);
   ParseFuzzyLogic();
 }
 
 TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable(const TString& text,
                                                          const TEncoding* encoding) {
   if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
-  const TStreamFrame frame(*this, text, encoding);
+  const detail::TStreamFrame frame(*this, text, encoding);
   return ParseFuzzyVariable();
 }
 
 TFuzzySet* TKelFuzzyLogicParser::ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
                                                const TEncoding* encoding) {
   if (!variable) throw EFzyParseException(SFzyUndefinedVariable);
-  const TStreamFrame frame(*this, text, encoding);
+  const detail::TStreamFrame frame(*this, text, encoding);
   return ParseFuzzySet(variable);
-}
-
-TString TKelFuzzyLogicParser::PrettyPrint(TFuzzyVariable* /*fuzzyVariable*/) {
-  throw EFzyParseException(SFzyPrintingRefused);
 }
 
 std::unique_ptr<TFuzzyLogicTokenStream> TKelFuzzyLogicParser::CreateStream(
@@ -202,7 +148,7 @@ Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseHeader(TString& name, TString&
   name = t->GetText();
   comment = TString();
   t = Stream().NextToken();
-  if (allowComment && t->GetDataType() == detail::KindOf(fstString)) {
+  if (allowComment && t->GetDataType() == KindOf(fstString)) {
     comment = t->GetText();
     t = Stream().NextToken();
   }
@@ -251,7 +197,7 @@ TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyFunction(TFuzzyVariable* variable) {
 
 TFuzzySet* TKelFuzzyLogicParser::ConvertListToValues(TFuzzySet* fuzzySet,
                                                      const Ref<IFuzzyStreamTokenList>& list) {
-  const TClassModel::THeldSet held(fuzzySet);
+  const detail::TClassModel::THeldSet held(fuzzySet);
   TClassReader::ConvertList(*this, fuzzySet, list);
   return held.Get();
 }

@@ -1,21 +1,26 @@
 #pragma once
 
+#include "fuzzylogic/framework/InterfaceList.h"
 #include "fuzzylogic/framework/Message.h"
 #include "fuzzylogic/language/FuzzyLogicParserBase.h"
 #include "fuzzylogic/language/FuzzyLogicTokenStream.h"
 
 namespace fzy {
+namespace detail {
+class TStreamFrame;
+}
 
 /// The parser of the definition language. It reads
 ///
 ///     (deffuzzy temperature "comment" (range 0 100) (units celsius)
 ///       (values (term cold ((0 1) (20 1) (40 0)))
-///               (term warm "comment" (tri 20 50 80))))
+///               (term warm "comment" (tri 20 50 80))
+///               (term hot very [warm or cold] and not cold)))
 ///
-/// into a `TFuzzyLogic`. The clauses of a variable come in any order and may repeat: a later range
-/// or units overwrites, every values clause adds its terms. A term's body is a list of points or
-/// the call of a shape function; the fuzzy expressions of the language are refused. Keywords and
-/// names are case-sensitive.
+/// into a `TFuzzyLogic`, and writes it. The clauses of a variable come in any order and may repeat:
+/// a later range or units overwrites, every values clause adds its terms. A term's body is a list
+/// of points, the call of a shape function, or a fuzzy expression over the terms before it.
+/// Keywords and names are case-sensitive.
 ///
 /// Errors are `EFzyParseException`s with the failing step, the line and the text read so far;
 /// reading stops at the first, and what was built before it stays: the half-read variable too.
@@ -43,8 +48,88 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   TFuzzySet* ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
                            const TEncoding* encoding) override;
 
-  /// @throws EFzyParseException always: definition text is read only, so far
-  TString PrettyPrint(TFuzzyVariable* fuzzyVariable) override;
+  // Fuzzy expressions. Operands are the names of terms of the variable, numbers (crisp sets),
+  // ?names (the text that the component's `Variables` hold under the name, evaluated in turn; empty
+  // when they hold none), groups in parentheses (a shape call or a list of points), and nothing at
+  // all (the set "__Empty"). Hedges stand before an operand and bind tightest, the nearest applies
+  // first; keywords ("and", "or" and their variants) and hedge operators ("^", "+X") stand between
+  // two and group from the left; "[" and "]" group. A hedge operator takes its right operand as one
+  // number: the number itself where one is written, whatever the range, else the mean of maxima.
+  //
+  // Sets made on the way are added to the variable, not defined, and stay there, after an error
+  // too; a caller that evaluates often frees them. A term of the variable is never changed: hedges
+  // work on a copy, and an expression that is just the name of a term gives a copy of it. After
+  // each evaluation (those of ?names included) `OnEvalExpression` may replace the result. Nothing
+  // is returned when a handler freed a set that is needed.
+  //
+  // Time is linear in the expression, besides what the operations on the sets cost; but names and
+  // expressions of derived sets hold those of their operands, so a chain of n operators makes texts
+  // of n^2 characters in all. Nothing recurses.
+  //
+  // Each raises EFzyParseExceptions from the step "EvalFuzzyExpression": `SFzyUndefinedVariable`
+  // without a variable, `SFzyMissingOperand`, `SFzyInvalidToken` (an unknown term among others),
+  // `SFzyUnmatchedBracket`, `SFzyCircularVariable` for a ?name that needs itself,
+  // `SFzyNestedVariables` for ?names more than 1000 deep, `SFuzzyLogicNotSet` for a ?name without a
+  // component; and EFzyException as the operations on sets do.
+
+  /// Evaluates a text, up to its end or an unmatched ")".
+  TFuzzySet* EvalFuzzyExpression(TFuzzyVariable* variable, const TString& expression) override;
+  /// The same; the result is the set's mean of maxima where the component has that method, else its
+  /// centre of gravity; 0 without a set.
+  TFzyFloat EvalFuzzyExpression(TFuzzyVariable* variable, const TString& expression,
+                                TFuzzySet*& fuzzySet) override;
+  /// Evaluates tokens; the list is in postfix order afterwards, and its shape calls have lost the
+  /// name of the function.
+  TFuzzySet* EvalFuzzyExpression(TFuzzyVariable* variable, const Ref<IFuzzyStreamTokenList>& list);
+  /// The set of one operand. Unlike the others this gives a term itself.
+  TFuzzySet* EvalFuzzyExpression(TFuzzyVariable* variable, const Ref<IFuzzyStreamToken>& token);
+
+  // What an item is when an expression is put in postfix order. Priorities: a lower number binds
+  // tighter, while the item is stacked and when it arrives.
+  bool IsOpenParen(const Ref<IInterface>& item) const;
+  bool IsCloseParen(const Ref<IInterface>& item) const;
+  bool IsOperand(const Ref<IInterface>& item) const;
+  int InStackPriority(const Ref<IInterface>& item) const;
+  int IncomingPriority(const Ref<IInterface>& item) const;
+  /// Adds the tokens of a list, and of the lists in it, to `tokenList`.
+  /// @throws EConvertError for an item that is neither
+  void FillExpression(const Ref<IInterfaceList>& list,
+                      const Ref<IFuzzyStreamTokenList>& tokenList) const;
+
+  // Writing. Definition text is written so that this parser, linked to the same component, reads it
+  // back as the same model, and writes that again to the letter. Numbers have a point in every
+  // locale and four decimals, or with `FullPrecision` as many as give the same bits back. Four
+  // decimals lose what is smaller: a coordinate moves by up to 0.00005, and what lies closer
+  // together falls together (a range from 0 to 0.00004, a triangle within it). In either form a
+  // list of points is read with the tolerance of 0.0001 in X, so curves finer than that come back
+  // coarser. What belongs to no text is not written: the threshold, the tags, the current set, and
+  // the inflection point of anything but a bell.
+  //
+  // A term takes the first of these forms that gives its points back: the call of the shape
+  // function that made it, with the component's present number of points; the expression that it
+  // was read from; its expression; the list of its points, of those that share an X the first, the
+  // highest and the last; the same list raised by 1 as "[((0 1) (9 1) (9 2))] - 1", because a list
+  // as it is read loses a step up from 0. It is its points where none does.
+  //
+  // A name is written as one word, with characters escaped that would end it; comments are quoted,
+  // and units where they need it. A name that no word gives back is refused: an empty one, one that
+  // begins with a blank, a "?" or one of ( ) [ ] = & | ~ " ; or that reads as a number, and for a
+  // term a reserved word.
+  //
+  // Nobody is told of anything. A term takes about as long as to read it.
+
+  /// The definition text of a variable, with those of its sets that are defined.
+  /// @throws EFzyException (`SFzyNameNotWritable`)
+  TString PrettyPrint(const TFuzzyVariable* fuzzyVariable) override;
+  /// The definition text of a set: "(term name "comment" body)", or without a name (or with the
+  /// name "__Empty") the body alone. A set that is no term of a variable is written without the
+  /// check that it reads back: by its shape, or its expression unless that is its own name, or its
+  /// points. Otherwise, what is shown of it: its name, or without one its expression.
+  /// @throws EFzyException (`SFzyNameNotWritable`)
+  TString PrettyPrint(const TFuzzySet* fuzzySet, bool asDefinition) override;
+  /// Whether numbers are written with all their digits; false at first.
+  bool GetFullPrecision() const noexcept { return FFullPrecision; }
+  void SetFullPrecision(bool value) noexcept { FFullPrecision = value; }
 
   // Reading steps, on the tokenizer of the innermost entry point that runs. For descendants.
   // Between parses they raise an EFzyParseException (`SFzyNoText`).
@@ -76,10 +161,11 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   TFuzzyLogicTokenStream* GetStream() const noexcept { return FStream; }
 
  private:
-  class TStreamFrame;
+  friend class detail::TStreamFrame;
   TFuzzyLogicTokenStream& Stream() const;
 
   TFuzzyLogicTokenStream* FStream = nullptr;
+  bool FFullPrecision = false;
 };
 
 }  // namespace fzy

@@ -26,7 +26,9 @@ class TFuzzyTextParser : public TComponent {
   /// Reads a whole definition text into the component that the parser names.
   virtual void Parse(const TString& text, const TEncoding* encoding) = 0;
   /// The definition text of a variable.
-  virtual TString PrettyPrint(TFuzzyVariable* fuzzyVariable) = 0;
+  virtual TString PrettyPrint(const TFuzzyVariable* fuzzyVariable) = 0;
+  /// The definition text of a set, or what is shown of it.
+  virtual TString PrettyPrint(const TFuzzySet* fuzzySet, bool asDefinition) = 0;
 
  protected:
   using TComponent::TComponent;

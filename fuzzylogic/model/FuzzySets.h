@@ -16,6 +16,8 @@ class TFuzzySets final : public TFuzzySetCollection {
 
   TPersistent* GetOwner() const override;
   TFuzzyVariable* GetVariable() const noexcept { return FVariable; }
+  /// The class of the sets that are added here.
+  TFuzzySetClass GetSetClass() const noexcept { return FSetClass; }
   TFuzzySurroundings* GetSurroundings() const override;
   TFuzzySets* AsFuzzySets() override { return this; }
 

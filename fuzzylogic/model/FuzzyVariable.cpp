@@ -65,7 +65,11 @@ void TFuzzyVariable::SetText(TString TFuzzyVariable::*property, const TString& v
   Changed(false);
 }
 
-void TFuzzyVariable::SetName(const TString& value) { SetText(&TFuzzyVariable::FName, value); }
+void TFuzzyVariable::SetName(const TString& value) {
+  if (value == FName) return;
+  StoreName(FName, value);
+  Changed(false);
+}
 
 void TFuzzyVariable::SetUnits(const TString& value) { SetText(&TFuzzyVariable::FUnits, value); }
 
@@ -109,7 +113,7 @@ void TFuzzyVariable::Assign(TPersistent* source) {
   if (!variable) return TGCollectionItem::Assign(source);
   if (variable == this) return;
   const TPin pinned(variable);
-  FName = variable->FName;
+  StoreName(FName, variable->FName);
   FMinimum = variable->FMinimum;
   FMaximum = variable->FMaximum;
   FThreshold = variable->FThreshold;
@@ -219,5 +223,19 @@ int TFuzzyVariable::GetNumFunctionValues() const {
 }
 
 bool TFuzzyVariable::IsDesigning() const { return GetFuzzy() && GetFuzzy()->Is(csDesigning); }
+
+std::optional<TString> TFuzzyVariable::Show(const TFuzzySet& fuzzySet) const {
+  const TPin parser(GetParser());
+  return GetParser() ? std::optional(GetParser()->PrettyPrint(&fuzzySet, false)) : std::nullopt;
+}
+
+TString TFuzzyVariable::ToString() const {
+  const TPin parser(GetParser());
+  return GetParser() ? GetParser()->PrettyPrint(this) : GetDisplayName();
+}
+
+TFuzzyTextParser* TFuzzyVariable::GetParser() const noexcept {
+  return GetFuzzy() ? GetFuzzy()->GetParser() : nullptr;
+}
 
 }  // namespace fzy

@@ -8,6 +8,7 @@
 namespace fzy {
 
 class TFuzzyLogic;
+class TFuzzyTextParser;
 class TFuzzyVariable;
 class TFuzzyVariables;
 
@@ -74,7 +75,9 @@ class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
   const TString& GetItemName() const override { return FName; }
   /// The name, or the class name when that is empty.
   TString GetDisplayName() const override;
-  TString ToString() const override { return GetDisplayName(); }
+  /// The definition text, as the component's parser writes it; without a parser the display name.
+  /// @throws EFzyException as the parser does
+  TString ToString() const override;
 
   /// From another variable: its properties and copies of its sets. Other sources are refused.
   void Assign(TPersistent* source) override;
@@ -121,6 +124,7 @@ class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
   TDefuzzificationMethod GetDefuzzificationMethod() const override;
   int GetNumFunctionValues() const override;
   bool IsDesigning() const override;
+  std::optional<TString> Show(const TFuzzySet& fuzzySet) const override;
   TFuzzyVariable* AsVariable() override { return this; }
 
  protected:
@@ -139,6 +143,7 @@ class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
   friend class TFuzzyVariables;
   void SetText(TString TFuzzyVariable::*property, const TString& value);
   void PullItemIndexBack() noexcept;
+  TFuzzyTextParser* GetParser() const noexcept;
 
   TFuzzyVariables* FVariables = nullptr;
   TFzyFloat FMaximum = 1.0;

@@ -48,8 +48,11 @@ TMessage SFzyInvalidValuePair{u"Invalid X/Y value pair: %s"};
 TMessage SFzyUnexpectedToken{u"Unexpected token: \"%s\""};
 
 TMessage SFzyNoText{u"No definition text is being read"};
-TMessage SFzyExpressionRefused{u"Fuzzy expressions are not read by this parser"};
-TMessage SFzyPrintingRefused{u"Definition text is not written by this parser"};
+TMessage SFzyUnmatchedBracket{u"Unmatched \"%s\" in fuzzy expression"};
+TMessage SFzyCircularVariable{u"Fuzzy variable refers to itself: %s"};
+TMessage SFzyNestedVariables{u"Fuzzy variables refer to each other more than %d deep: ?%s"};
+TMessage SFzyNameNotWritable{
+    u"The name \"%s\" cannot be written as a word of the definition language"};
 
 TMessage SFzyNotANumber{u"Invalid operation: \"%s\".  Not a number"};
 TMessage SFzyNotFinite{u"Invalid operation: \"%s\".  Not a finite number"};

@@ -87,10 +87,14 @@ extern TMessage SFzyUnexpectedToken;
 
 /// "No definition text is being read"
 extern TMessage SFzyNoText;
-/// "Fuzzy expressions are not read by this parser"
-extern TMessage SFzyExpressionRefused;
-/// "Definition text is not written by this parser"
-extern TMessage SFzyPrintingRefused;
+/// "Unmatched "%s" in fuzzy expression"
+extern TMessage SFzyUnmatchedBracket;
+/// "Fuzzy variable refers to itself: %s"
+extern TMessage SFzyCircularVariable;
+/// "Fuzzy variables refer to each other more than %d deep: ?%s"
+extern TMessage SFzyNestedVariables;
+/// "The name "%s" cannot be written as a word of the definition language"
+extern TMessage SFzyNameNotWritable;
 
 // What the library refuses because it would leave the numbers or reach outside an object.
 

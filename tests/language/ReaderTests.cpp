@@ -66,7 +66,6 @@ TEST(Reader, ReportsWhatItCannotRead) {
   const std::string clause = "Missing keyword.  Expected \"range, units, or values\"";
   const std::string define = "Expected \"( deffuzzy\"", term = "Expected \"( term\"";
   const std::string number = "Expected number", open = "Expected \"(\"", close = "Expected \")\"";
-  const std::string refused = "Fuzzy expressions are not read by this parser";
   const std::string logic = "ParseFuzzyLogic", var = "ParseFuzzyVariable", set = "ParseFuzzySet";
   const std::string pairs = "ParseFuzzyValuePairs", calc = "CalcFuzzyFunction";
   const std::string a = "( deffuzzy a ", values = a + "( values ", b = values + "( term b ";
@@ -105,8 +104,8 @@ TEST(Reader, ReportsWhatItCannotRead) {
       {b + "( ( 0 1 ) x ", ")))", close, pairs},
       {b + "( ( 0 1 ) ( x 1 ", "))))", number, pairs},
       {b + "( ) ", ")))", "Missing name", "ParseFuzzyFunction"},
-      {b + "very cold ", ")))", refused, "EvalFuzzyExpression"},
-      {b, "", refused, "EvalFuzzyExpression"},
+      {b + "very cold ", ")))", "Invalid item in fuzzy expression: cold", "EvalFuzzyExpression"},
+      {b, "", close, set, 1, " ( deffuzzy a ( values ( term b EOF "},
       {b + "( gauss 1 x ", "))))", "Unknown function name: \"gauss\"", calc},
       {b + "( tri 0 x 2 ", "))))", types("tri"), calc},
       {b + "( pi 1 ", "))))", pi, calc},
@@ -302,11 +301,20 @@ TEST(EntryPoints, RebuildTheModelFromItsText) {
   EXPECT_EQ(Failure([&] { fuzzy.SetStrings("(deffuzzy c)\n(term d)"); }),
             ParseFailure("Expected \"( deffuzzy\"", "ParseFuzzyVariable", 2, " ( term "));
   EXPECT_EQ(Dump(fuzzy), "c 0..1 {}");
-  // Writing is refused, and the old text stays.
-  fuzzy.GetItems()->GetItem(0)->SetUnits("m");
-  for (int i = 0; i < 2; ++i)
+  // A changed model is written anew, one entry a variable; one that cannot be written keeps the old
+  // text, and is tried again.
+  TFuzzyVariable* variable = fuzzy.GetItems()->GetItem(0);
+  variable->SetUnits("m");
+  const TString written = fuzzy.GetStrings()->GetString(0);
+  EXPECT_EQ(written, variable->ToString());
+  fuzzy.GetItems()->Add("[");
+  for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(Failure([&] { fuzzy.GetStrings(); }),
-              "line 0: Definition text is not written by this parser");
+              "The name \"[\" cannot be written as a word of the definition language");
+  }
+  fuzzy.GetItems()->GetItem(1)->SetName("d e");
+  EXPECT_EQ(fuzzy.GetStrings()->GetString(0), written);
+  EXPECT_TRUE(fuzzy.GetStrings()->GetString(1).Utf8().starts_with("(deffuzzy d\\ e \r\n"));
 }
 
 }  // namespace

@@ -155,7 +155,11 @@ class TTestParser final : public TFuzzyTextParser {
     }
   }
 
-  TString PrettyPrint(TFuzzyVariable* variable) override {
+  TString PrettyPrint(const TFuzzySet* set, bool asDefinition) override {
+    return asDefinition ? set->GetName() : "<" + set->GetName() + ">";
+  }
+
+  TString PrettyPrint(const TFuzzyVariable* variable) override {
     if (OnPrint) OnPrint();
     TString text = variable->GetName();
     for (TFuzzySet* set : *variable->GetItems()) text = text + " " + set->GetName();

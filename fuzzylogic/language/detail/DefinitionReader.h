@@ -2,11 +2,10 @@
 
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include "fuzzylogic/language/detail/DefinitionText.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy::detail {
-
-constexpr int KindOf(TFuzzyStreamTokenType kind) { return static_cast<int>(kind); }
 
 inline bool IsOpen(const IFuzzyStreamToken& token) { return token.GetDataType() == u'('; }
 inline bool IsClose(const IFuzzyStreamToken& token) { return token.GetDataType() == u')'; }
@@ -66,8 +65,7 @@ class TDefinitionReader {
     const Ref<IFuzzyStreamToken> t1 = FStream.NextToken();
     if (!IsOpen(*t1)) {
       FStream.PutBackToken(t1);
-      FParser.ParseTokenList();
-      FParser.ParseError("EvalFuzzyExpression", Model::ExpressionRefused());
+      return ReadExpression(variable);
     }
     const Ref<IFuzzyStreamToken> t2 = FStream.NextToken();
     FStream.PutBackToken(t2);
@@ -138,6 +136,14 @@ class TDefinitionReader {
     if (word == u"units") return &TDefinitionReader::ReadUnits;
     if (word == u"values") return &TDefinitionReader::ReadTerms;
     return nullptr;
+  }
+
+  TSet ReadExpression(const TVariable& variable) {
+    const Ref<IFuzzyStreamTokenList> tokens = FParser.ParseTokenList();
+    const TString definition = ExpressionText(*tokens);  // before evaluation reorders them
+    const typename Model::THeldSet set(FParser.EvalFuzzyExpression(variable, tokens));
+    if (set.Get()) set.Get()->SetDefinition(definition);
+    return set.Get();
   }
 
   Ref<IFuzzyStreamToken> ReadRange(const TVariable& variable) {

@@ -1,0 +1,95 @@
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/framework/Messages.h"
+#include "fuzzylogic/language/detail/ClassModel.h"
+#include "fuzzylogic/language/detail/ExpressionEvaluator.h"
+
+// Fuzzy expressions.
+
+namespace fzy {
+namespace {
+
+using TClassEvaluator = detail::TExpressionEvaluator<detail::TClassModel>;
+
+/// The text of an item that is a token, else nothing.
+TString TextOf(const Ref<IInterface>& item) {
+  const Ref<IFuzzyStreamToken> token = Query<IFuzzyStreamToken>(item.Get());
+  return token ? token->GetText() : TString();
+}
+
+}  // namespace
+
+TFuzzySet* TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
+                                                     const TString& expression) {
+  return TClassEvaluator(*this, variable).EvalText(expression);
+}
+
+TFzyFloat TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
+                                                    const TString& expression,
+                                                    TFuzzySet*& fuzzySet) {
+  fuzzySet = EvalFuzzyExpression(variable, expression);
+  if (!fuzzySet) return 0;
+  const TCustomFuzzyLogic* fuzzy = GetFuzzyLogic();
+  return fuzzy && fuzzy->GetDefuzzificationMethod() == dmMeanOfMaxima ? fuzzySet->MeanOfMaxima()
+                                                                      : fuzzySet->CenterOfGravity();
+}
+
+TFuzzySet* TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
+                                                     const Ref<IFuzzyStreamTokenList>& list) {
+  const TPin self(this);
+  return TClassEvaluator(*this, variable).EvalList(list);
+}
+
+TFuzzySet* TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
+                                                     const Ref<IFuzzyStreamToken>& token) {
+  const TPin self(this);
+  return TClassEvaluator(*this, variable).EvalToken(token);
+}
+
+bool TKelFuzzyLogicParser::IsOpenParen(const Ref<IInterface>& item) const {
+  return TextOf(item).View() == LeftFuzzyParentheses;
+}
+
+bool TKelFuzzyLogicParser::IsCloseParen(const Ref<IInterface>& item) const {
+  return TextOf(item).View() == RightFuzzyParentheses;
+}
+
+bool TKelFuzzyLogicParser::IsOperand(const Ref<IInterface>& item) const {
+  const Ref<IFuzzyStreamToken> token = Query<IFuzzyStreamToken>(item.Get());
+  return token && detail::ClassifyExpressionItem(*token) == detail::TExpressionItem::Operand;
+}
+
+int TKelFuzzyLogicParser::InStackPriority(const Ref<IInterface>& item) const {
+  return detail::InStackPriority(detail::ClassifyExpressionText(TextOf(item)));
+}
+
+int TKelFuzzyLogicParser::IncomingPriority(const Ref<IInterface>& item) const {
+  return detail::IncomingPriority(detail::ClassifyExpressionText(TextOf(item)));
+}
+
+void TKelFuzzyLogicParser::FillExpression(const Ref<IInterfaceList>& list,
+                                          const Ref<IFuzzyStreamTokenList>& tokenList) const {
+  struct TLevel {
+    Ref<IInterfaceList> List;
+    int Next;
+  };
+  std::vector<TLevel> levels;
+  levels.push_back({list, 0});
+  while (!levels.empty()) {
+    TLevel& level = levels.back();
+    if (level.Next == level.List->GetCount()) {
+      levels.pop_back();
+      continue;
+    }
+    const Ref<IInterface> item = level.List->Get(level.Next++);
+    if (const Ref<IFuzzyStreamToken> token = Query<IFuzzyStreamToken>(item.Get())) {
+      tokenList->Add(token);
+    } else if (const Ref<IInterfaceList> nested = Query<IInterfaceList>(item.Get())) {
+      levels.push_back({nested, 0});
+    } else {
+      throw EConvertError(
+          FormatText(SAssignError, {TString("item"), TString("IFuzzyStreamToken")}));
+    }
+  }
+}
+
+}  // namespace fzy

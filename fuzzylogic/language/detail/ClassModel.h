@@ -1,0 +1,75 @@
+#pragma once
+
+#include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy::detail {
+
+/// How reader and evaluator work on the owned model.
+struct TClassModel {
+  using TVariable = TFuzzyVariable*;
+  using TSet = TFuzzySet*;
+
+  /// An object that a handler may free while the parser works on it.
+  template <class Object>
+  class THeld {
+   public:
+    explicit THeld(Object* object) noexcept : FObject(object), FPin(object) {}
+    Object* Get() const noexcept { return FObject && !FObject->IsFreed() ? FObject : nullptr; }
+
+   private:
+    Object* FObject;
+    TPin FPin;
+  };
+  using THeldSet = THeld<TFuzzySet>;
+  using THeldVariable = THeld<TFuzzyVariable>;
+
+  /// A new set: without a name until its term is complete, or under a name and not defined.
+  static TFuzzySet* AddSet(TKelFuzzyLogicParser& /*parser*/, TFuzzyVariable* variable) {
+    return variable->GetItems()->Add();
+  }
+  static TFuzzySet* AddSet(TFuzzyVariable* variable, const TString& name) {
+    TFuzzySet* set = variable->GetItems()->Add(name);
+    if (set) set->SetDefined(false);
+    return set;
+  }
+  /// The first set of that name, or nothing.
+  static TFuzzySet* FindSet(TFuzzyVariable* variable, const TString& name) {
+    const int index = variable->GetItems()->IndexOf(name);
+    return index < 0 ? nullptr : variable->GetItems()->GetItem(index);
+  }
+  /// A new unnamed set with the content of another.
+  static TFuzzySet* CopySet(TKelFuzzyLogicParser& parser, TFuzzyVariable* variable,
+                            TFuzzySet* source) {
+    const THeldSet original(source);
+    const THeldSet copy(AddSet(parser, variable));
+    if (copy.Get()) copy.Get()->SetDefined(false);
+    if (copy.Get()) copy.Get()->Assign(source);
+    return copy.Get();
+  }
+  static void AddPoint(TFuzzySet* set, TFzyFloat x, TFzyFloat y) { set->GetValues()->Add(x, y); }
+  static void NameSet(TFuzzySet* set, const TString& name, const TString& comment) {
+    set->SetName(name);
+    set->SetExpression(name);
+    set->SetComment(comment);
+  }
+  /// A set that stands for a number keeps its text.
+  static void NoteNumber(TFuzzySet* set, const TString& text) { set->SetExpression(text); }
+  /// The set that a token carries, or nothing.
+  static TFuzzySet* PayloadOf(const IFuzzyStreamToken& token) {
+    const auto* own = dynamic_cast<const TFuzzyStreamToken*>(&token);
+    return own && token.GetDataType() == KindOf(fstFuzzySet) ? own->GetFuzzySet() : nullptr;
+  }
+
+  static void FireParseFuzzySet(TKelFuzzyLogicParser& parser, TFuzzyVariable* /*variable*/,
+                                TFuzzySet* set) {
+    FireEvent(parser.GetOnParseFuzzySet(), &parser, set);
+  }
+  static void FireEvalExpression(TKelFuzzyLogicParser& parser, TFuzzyVariable* variable,
+                                 const IFuzzyStreamTokenList& expression, TFuzzySet*& result) {
+    if (!parser.GetOnEvalExpression()) return;  // a long expression makes a long text
+    FireEvent(parser.GetOnEvalExpression(), &parser, variable, expression.ToString(), result);
+  }
+};
+
+}  // namespace fzy::detail

@@ -1,0 +1,289 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "fuzzylogic/common/PostFix.h"
+#include "fuzzylogic/framework/InterfaceList.h"
+#include "fuzzylogic/language/detail/ExpressionItems.h"
+#include "fuzzylogic/language/detail/StreamFrame.h"
+#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy::detail {
+
+/// Evaluates fuzzy expressions against a variable of one object model, on a stack of its own: texts
+/// that name other texts (?name) are nested in frames here, not in calls. `Model` says how sets are
+/// held, found, added, copied and told about.
+template <class Model>
+class TExpressionEvaluator {
+ public:
+  using TVariable = typename Model::TVariable;
+  using TSet = typename Model::TSet;
+
+  TExpressionEvaluator(TKelFuzzyLogicParser& parser, const TVariable& variable)
+      : FParser(parser), FVariable(variable), FHeld(variable) {}
+  TExpressionEvaluator(const TExpressionEvaluator&) = delete;
+  TExpressionEvaluator& operator=(const TExpressionEvaluator&) = delete;
+  ~TExpressionEvaluator() {
+    while (!FFrames.empty()) FFrames.pop_back();  // the innermost tokenizer goes first
+  }
+
+  // Each evaluates one thing; an evaluator serves one call.
+
+  TSet EvalText(const TString& text) {
+    OpenText(text, nullptr);
+    return Run();
+  }
+  /// Leaves the list in postfix order.
+  TSet EvalList(const Ref<IFuzzyStreamTokenList>& list) {
+    FFrames.push_back({nullptr, nullptr, nullptr, 0, 0});
+    OpenList(list);
+    return Run();
+  }
+  TSet EvalToken(const Ref<IFuzzyStreamToken>& token) {
+    Take(token);
+    return Run();
+  }
+
+ private:
+  using THeldSet = typename Model::THeldSet;
+
+  /// A set on the stack, with the number that it stands for when it is nothing else: the range may
+  /// have moved the set.
+  struct TOperand {
+    THeldSet Set;
+    std::optional<TFzyFloat> Number;
+  };
+
+  /// A list that is being evaluated.
+  struct TFrame {
+    std::unique_ptr<TStreamFrame> Stream;  // of a text
+    Ref<IFuzzyStreamToken> Name;           // the ?name whose value this is
+    Ref<IFuzzyStreamTokenList> List;       // in postfix order
+    int Next;                              // the token that comes next
+    std::size_t Base;                      // the operands below belong to frames outside
+  };
+
+  static constexpr const char* Method = "EvalFuzzyExpression";
+  static constexpr std::size_t MostNestedNames = 1000;
+
+  TSet Run() {
+    while (!FFrames.empty()) {
+      TFrame& frame = FFrames.back();
+      if (frame.Next < frame.List->GetValueCount())
+        Step(frame.List->Get(frame.Next++));
+      else
+        CloseFrame();
+    }
+    return FOperands.back().Set.Get();
+  }
+
+  void OpenText(const TString& text, const Ref<IFuzzyStreamToken>& name) {
+    FFrames.push_back(
+        {std::make_unique<TStreamFrame>(FParser, text, nullptr), name, nullptr, 0, 0});
+    OpenList(FParser.ParseTokenList());
+  }
+
+  void OpenList(const Ref<IFuzzyStreamTokenList>& list) {
+    std::vector<TExpressionToken> infix;
+    infix.reserve(static_cast<std::size_t>(list->GetValueCount()));
+    for (int i = 0; i < list->GetValueCount(); ++i) infix.emplace_back(list->Get(i));
+    const Ref<IInterfaceList> postfix = TInterfaceList::Create();
+    try {
+      for (const TExpressionToken& item : PostFix(infix, TExpressionRules()))
+        postfix->Add(item.Token);
+    } catch (const EUnmatchedBracket& error) {
+      FParser.ParseError(Method, SFzyUnmatchedBracket, {infix[error.GetIndex()].Token->ToString()});
+    }
+    list->Clear();
+    FParser.FillExpression(postfix, list);
+    FFrames.back().List = list;
+    FFrames.back().Base = FOperands.size();
+  }
+
+  void CloseFrame() {
+    const bool empty = FOperands.size() == FFrames.back().Base;
+    if (empty) FOperands.push_back(EmptySet());
+    TOperand result = std::move(FOperands.back());
+    MakeOwn(result);
+    TSet set = result.Set.Get();
+    Model::FireEvalExpression(FParser, FVariable, *FFrames.back().List, set);
+    if (set != result.Set.Get()) {
+      result = {THeldSet(set), std::nullopt};
+      MakeOwn(result);
+    }
+    while (FOperands.size() > FFrames.back().Base) FOperands.pop_back();
+    const Ref<IFuzzyStreamToken> name = FFrames.back().Name;
+    FFrames.pop_back();
+    if (name && result.Set.Get()) result.Set.Get()->SetName(name->ToString());
+    FOperands.push_back(std::move(result));
+  }
+
+  void Step(const Ref<IFuzzyStreamToken>& token) {
+    switch (ClassifyExpressionItem(*token)) {
+      case TExpressionItem::Operand:
+        return Take(token);
+      case TExpressionItem::Hedge:
+        return ApplyHedge(*token);
+      case TExpressionItem::HedgeOperator:
+        return ApplyHedgeOperator(*token);
+      default:
+        return Combine(*token);
+    }
+  }
+
+  /// The uppermost operand of the list that is being evaluated.
+  TOperand& Top(const IFuzzyStreamToken& item) {
+    if (FOperands.size() == FFrames.back().Base)
+      FParser.ParseError(Method, SFzyMissingOperand, {item.ToString()});
+    return FOperands.back();
+  }
+
+  TOperand Pop(const IFuzzyStreamToken& item) {
+    TOperand operand = std::move(Top(item));
+    FOperands.pop_back();
+    return operand;
+  }
+
+  void ApplyHedge(const IFuzzyStreamToken& item) {
+    TFuzzyHedge hedge{};
+    IsFuzzyHedge(item.GetText(), hedge);
+    TOperand& operand = Top(item);
+    MakeOwn(operand);
+    const TSet set = operand.Set.Get();
+    if (set) operand = {THeldSet(set->Hedge(hedge)), std::nullopt};
+  }
+
+  void ApplyHedgeOperator(const IFuzzyStreamToken& item) {
+    TBaseFuzzyHedge hedge{};
+    bool modifyY = true;
+    IsFuzzyHedgeOperator(item.GetText(), hedge, modifyY);
+    const TOperand value = Pop(item);
+    TOperand& operand = Top(item);
+    MakeOwn(operand);
+    const TSet set = operand.Set.Get();
+    if (!set || (!value.Number && !value.Set.Get())) {
+      operand = {THeldSet(nullptr), std::nullopt};
+      return;
+    }
+    const TFzyFloat number = value.Number ? *value.Number : value.Set.Get()->MeanOfMaxima();
+    operand = {THeldSet(set->Hedge(hedge, number, modifyY)), std::nullopt};
+  }
+
+  void Combine(const IFuzzyStreamToken& item) {
+    bool isUnion = true;
+    TFuzzyOperation operation{};
+    IsFuzzyKeyword(item.GetText(), isUnion, operation);
+    const TOperand a = Pop(item);
+    const TOperand b = Pop(item);
+    TSet result{};
+    if (a.Set.Get() && b.Set.Get()) {
+      result = isUnion ? b.Set.Get()->Union(a.Set.Get(), operation)
+                       : b.Set.Get()->Intersection(a.Set.Get(), operation);
+    }
+    FOperands.push_back({THeldSet(result), std::nullopt});
+    if (result) result->SetDefined(false);  // a form designer defines every set
+  }
+
+  /// Replaces a term of the variable by a copy, which may be changed and named.
+  void MakeOwn(TOperand& operand) {
+    const TSet set = operand.Set.Get();
+    if (set && set->GetDefined())
+      operand = {THeldSet(Model::CopySet(FParser, FVariable, set)), std::nullopt};
+  }
+
+  /// Puts the set of one operand on the stack, or opens the text that it names.
+  void Take(const Ref<IFuzzyStreamToken>& token) {
+    if (!FVariable) FParser.ParseError(Method, SFzyUndefinedVariable);
+    if (!token) return FOperands.push_back(EmptySet());
+    switch (token->GetDataType()) {
+      case KindOf(fstVariable):
+        return OpenName(token);
+      case KindOf(fstAtom):
+      case KindOf(fstString):
+        return FOperands.push_back(TermOf(*token));
+      case KindOf(fstInteger):
+      case KindOf(fstFloat):
+        return FOperands.push_back(NumberOf(*token));
+      case KindOf(fstList):
+        return FOperands.push_back(GroupOf(*token));
+      default: {
+        const TSet payload = Model::PayloadOf(*token);
+        if (!payload) Refuse(*token);
+        FOperands.push_back({THeldSet(payload), std::nullopt});
+      }
+    }
+  }
+
+  [[noreturn]] void Refuse(const IFuzzyStreamToken& token) {
+    FParser.ParseError(Method, SFzyInvalidToken, {token.ToString()});
+  }
+
+  TOperand EmptySet() {
+    if (!FVariable) FParser.ParseError(Method, SFzyUndefinedVariable);
+    const TSet found = Model::FindSet(FVariable, SEmptyFuzzy);
+    return {THeldSet(found ? found : Model::AddSet(FVariable, SEmptyFuzzy)), std::nullopt};
+  }
+
+  TOperand TermOf(const IFuzzyStreamToken& token) {
+    const TString& name = token.GetText();
+    if (name.empty() || name.View() == SEmptyFuzzy) return EmptySet();
+    const TSet found = Model::FindSet(FVariable, name);
+    if (!found) Refuse(token);
+    return {THeldSet(found), std::nullopt};
+  }
+
+  TOperand NumberOf(const IFuzzyStreamToken& token) {
+    const TFzyFloat number = token.GetNumber();
+    const TString text = token.ToString();
+    TOperand operand{THeldSet(Model::AddSet(FVariable, text)), number};
+    if (operand.Set.Get()) operand.Set.Get()->CreateTriangleFunctionValues(number, number, number);
+    if (operand.Set.Get()) Model::NoteNumber(operand.Set.Get(), text);
+    return operand;
+  }
+
+  TOperand GroupOf(const IFuzzyStreamToken& token) {
+    const THeldSet set(Model::AddSet(FVariable, token.ToString()));
+    const Ref<IFuzzyStreamTokenList> group = token.GetList();
+    if (!group || group->GetValueCount() == 0) Refuse(token);
+    const Ref<IFuzzyStreamToken> first = group->Get(0);
+    if (first->GetDataType() == KindOf(fstList))
+      return {THeldSet(FParser.ConvertListToValues(set.Get(), group)), std::nullopt};
+    const TString function = first->ToString();
+    group->Delete(0);
+    return {THeldSet(FParser.CalcFuzzyFunction(set.Get(), function, group)), std::nullopt};
+  }
+
+  void OpenName(const Ref<IFuzzyStreamToken>& token) {
+    TCustomFuzzyLogic* fuzzy = FParser.GetFuzzyLogic();
+    if (!fuzzy) FParser.ParseError(Method, SFuzzyLogicNotSet);
+    CheckChain(*token);
+    OpenText(fuzzy->GetVariables()->GetValue(token->GetText()), token);
+  }
+
+  /// Refuses a name whose value is being evaluated already, and a chain of names without end.
+  void CheckChain(const IFuzzyStreamToken& token) {
+    TString chain;
+    for (const TFrame& frame : FFrames) {
+      if (!frame.Name) continue;
+      if (chain.empty() && !SameText(frame.Name->GetText(), token.GetText())) continue;
+      chain += u"?" + frame.Name->GetText() + u" > ";
+    }
+    if (!chain.empty())
+      FParser.ParseError(Method, SFzyCircularVariable, {chain + u"?" + token.GetText()});
+    if (FFrames.size() > MostNestedNames) {
+      FParser.ParseError(Method, SFzyNestedVariables,
+                         {std::int64_t{MostNestedNames}, token.GetText()});
+    }
+  }
+
+  TKelFuzzyLogicParser& FParser;
+  TVariable FVariable;
+  typename Model::THeldVariable FHeld;
+  std::vector<TFrame> FFrames;
+  std::vector<TOperand> FOperands;
+};
+
+}  // namespace fzy::detail

@@ -1,0 +1,159 @@
+#include "fuzzylogic/language/detail/SetBody.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <initializer_list>
+
+#include "fuzzylogic/common/HelperFunctions.h"
+#include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/framework/Format.h"
+
+namespace fzy::detail {
+namespace {
+
+constexpr std::size_t MostOfOneX = 3;
+constexpr TFzyFloat Raise = 1;
+
+TString Call(std::u16string_view function, std::initializer_list<TFzyFloat> arguments,
+             TNumberStyle number) {
+  TString text(u"(");
+  text += function;
+  for (const TFzyFloat argument : arguments) {
+    text += u' ';
+    text += number(argument);
+  }
+  text += u')';
+  return text;
+}
+
+bool IsOne(TFzyFloat weight) { return FloatEquals(weight, 1, 0.0001) || !std::isfinite(weight); }
+
+std::vector<TString> PICalls(const TSetContent& set, TNumberStyle number) {
+  const TFzyFloat first = set.Points.front().X;
+  const TFzyFloat last = set.Points.back().X;
+  const TFzyFloat center = MeanOfMaxima(set.Points);
+  std::vector<TString> calls;
+  if (FloatEquals(center - first, last - center, 0.0001))
+    calls.push_back(Call(u"pi", {center - first, center}, number));
+  calls.push_back(Call(u"pi", {first, last, center}, number));
+  // An even number of points leaves the center out. It lies as many steps behind the first point as
+  // half of them.
+  if (set.Points.size() > 1) {
+    const auto steps = static_cast<TFzyFloat>(set.Points.size() / 2);
+    calls.push_back(Call(u"pi", {first, last, first + (set.Points[1].X - first) * steps}, number));
+  }
+  return calls;
+}
+
+/// The weight that made the second point of a bell; anything when the bell is flat.
+TFzyFloat WeightOf(const TSetContent& set, TFzyFloat center) {
+  if (set.Points.size() < 2) return 1;
+  const TFuzzyPoint& point = set.Points[1];
+  const TFzyFloat t = (point.X - center) / set.InflectionPoint;
+  return (1 / point.Y - 1) / (t * t);
+}
+
+std::vector<TString> BetaCalls(const TSetContent& set, TNumberStyle number) {
+  const TFzyFloat center = MeanOfMaxima(set.Points);
+  const TFzyFloat range = center - set.Points.front().X;
+  const TFzyFloat weight = WeightOf(set, center);
+  std::vector<TString> calls;
+  if (IsOne(weight)) calls.push_back(Call(u"beta", {range, center, set.InflectionPoint}, number));
+  if (std::isfinite(weight))
+    calls.push_back(Call(u"beta", {range, center, set.InflectionPoint, weight}, number));
+  return calls;
+}
+
+bool SameX(const TFuzzyPoint& a, const TFuzzyPoint& b) { return FloatEquals(a.X, b.X, 0.0001); }
+
+/// The number without the noise of the sums that made a shape's last points.
+TFzyFloat TwelveDigits(TFzyFloat value) {
+  std::array<char, 32> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                 std::chars_format::scientific, 11);
+  std::from_chars(digits.data(), end.ptr, value);
+  return value;
+}
+
+std::vector<TString> CallsOf(const TSetContent& set, TNumberStyle number) {
+  const std::vector<TFuzzyPoint>& points = set.Points;
+  if (points.empty()) return {};
+  switch (set.Type) {
+    case fstTriangle:
+      if (points.size() < 3) return {};
+      return {Call(u"tri", {points[0].X, points[1].X, points[2].X}, number)};
+    case fstDeclineCurve:
+      return {Call(u"z", {points.front().X, points.back().X}, number)};
+    case fstGrowthCurve:
+      return {Call(u"s", {points.front().X, points.back().X}, number)};
+    case fstPICurve:
+      return PICalls(set, number);
+    case fstBetaCurve:
+      return BetaCalls(set, number);
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+TString TNumberStyle::operator()(TFzyFloat value) const {
+  if (!Full) return FormatFixed(value, 4, u'.');
+  return FormatShortest(Rounded ? TwelveDigits(value) : value);
+}
+
+std::vector<TString> ShapeCalls(const TSetContent& set, TNumberStyle number) {
+  if (!number.Full) return CallsOf(set, number);
+  std::vector<TString> calls = CallsOf(set, {true, true});
+  for (TString& call : CallsOf(set, number)) calls.push_back(std::move(call));
+  return calls;
+}
+
+std::vector<TFuzzyPoint> WithoutCrowds(const std::vector<TFuzzyPoint>& points) {
+  std::vector<TFuzzyPoint> result;
+  for (auto from = points.begin(); from != points.end();) {
+    const auto to = std::find_if_not(from, points.end(),
+                                     [&](const TFuzzyPoint& point) { return SameX(*from, point); });
+    if (static_cast<std::size_t>(to - from) <= MostOfOneX) {
+      result.insert(result.end(), from, to);
+    } else {
+      result.push_back(*from);
+      result.push_back(*std::max_element(
+          from, to, [](const TFuzzyPoint& a, const TFuzzyPoint& b) { return a.Y < b.Y; }));
+      result.push_back(*(to - 1));
+    }
+    from = to;
+  }
+  return result;
+}
+
+TString PointList(const std::vector<TFuzzyPoint>& points, TNumberStyle number) {
+  TString text(u"(");
+  for (const TFuzzyPoint& point : points) {
+    text += u'(';
+    text += number(point.X);
+    text += u' ';
+    text += number(point.Y);
+    text += u") ";
+  }
+  text += u')';
+  return text;
+}
+
+TString RaisedPointList(const std::vector<TFuzzyPoint>& points, TNumberStyle number) {
+  std::vector<TFuzzyPoint> raised = points;
+  for (TFuzzyPoint& point : raised) point.Y += Raise;
+  return u"[" + PointList(raised, number) + u"] - 1";
+}
+
+bool SamePoints(const std::vector<TFuzzyPoint>& a, const std::vector<TFuzzyPoint>& b,
+                TFzyFloat tolerance) {
+  const auto same = [tolerance](const TFuzzyPoint& p, const TFuzzyPoint& q) {
+    return FloatEquals(p.X, q.X, tolerance) && FloatEquals(p.Y, q.Y, tolerance);
+  };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
+}
+
+}  // namespace fzy::detail

@@ -1,0 +1,153 @@
+#include "fuzzylogic/language/detail/TermWriter.h"
+
+#include "fuzzylogic/language/FuzzyNumbers.h"
+#include "fuzzylogic/language/detail/DefinitionText.h"
+#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy::detail {
+namespace {
+
+// Each round takes points away or changes nothing, so few are needed.
+constexpr int MostRounds = 16;
+
+bool IsNameless(const TString& name) { return name.empty() || name.View() == SEmptyFuzzy; }
+
+/// A reader marks a term by its own name as its expression; that is no body.
+bool HasExpression(const TSetContent& set) {
+  return !set.Expression.empty() && set.Expression != set.Name;
+}
+
+/// A list without points is no body either, but nothing at all is.
+TString Points(const TSetContent& set, TNumberStyle number) {
+  return set.Points.empty() && !IsNameless(set.Name) ? TString() : PointList(set.Points, number);
+}
+
+/// Whether both are written alike.
+bool SameContent(const TSetContent& a, const TSetContent& b) {
+  return a.Type == b.Type && a.Definition == b.Definition &&
+         a.InflectionPoint == b.InflectionPoint && a.Points == b.Points;
+}
+
+}  // namespace
+
+bool IsTermName(const TString& name) {
+  return !IsNameless(name) && !IsReservedFuzzyWord(name) && WordText(name);
+}
+
+TString TermHead(const TSetContent& set) {
+  TString head;
+  if (!IsNameless(set.Name)) {
+    if (!IsTermName(set.Name)) throw EFzyException(SFzyNameNotWritable, {set.Name});
+    head += u"(term ";
+    head += *WordText(set.Name);
+    head += u' ';
+  }
+  if (!set.Comment.empty()) {
+    head += StringText(set.Comment);
+    head += u' ';
+  }
+  return head;
+}
+
+TString SetText(const TSetContent& set, TNumberStyle number) {
+  const std::vector<TString> calls = ShapeCalls(set, number);
+  TString text = TermHead(set);
+  text += !calls.empty()       ? calls.front()
+          : HasExpression(set) ? set.Expression
+                               : Points(set, number);
+  if (!IsNameless(set.Name)) text += u')';
+  return text;
+}
+
+TTermWriter::TTermWriter(TCustomFuzzyLogic* fuzzy, TFzyFloat minimum, TFzyFloat maximum,
+                         TFuzzySetClass setClass, TNumberStyle number)
+    : FNumber(number), FVariable(TFuzzyVariable::Create(nullptr, setClass)) {
+  FParser.SetFuzzyLogic(fuzzy);
+  FVariable->SetMinimum(ReadFuzzyNumber(number(minimum))->Value);
+  FVariable->SetMaximum(ReadFuzzyNumber(number(maximum))->Value);
+}
+
+TString TTermWriter::Write(const TSetContent& set) {
+  if (!IsTermName(set.Name)) throw EFzyException(SFzyNameNotWritable, {set.Name});
+  const TString head = TermHead(set);
+  const TAttempt settled = Settle(head, set);
+  TFuzzySets& terms = *FVariable->GetItems();
+  if (terms.GetCount() > 0) terms[terms.GetCount() - 1]->SetDefined(true);
+  return head + settled.Body + u")";
+}
+
+TTermWriter::TAttempt TTermWriter::Settle(const TString& head, const TSetContent& set) {
+  const int count = FVariable->GetItems()->GetCount();
+  TAttempt attempt{{}, set};
+  for (int round = 0;; ++round) {
+    TAttempt next = Best(head, attempt.ReadBack);
+    const bool settled = SameContent(next.ReadBack, attempt.ReadBack) ||
+                         (round > 0 && next.Body == attempt.Body) || round == MostRounds;
+    attempt = std::move(next);
+    if (settled) return attempt;
+    Forget(count);
+  }
+}
+
+TTermWriter::TAttempt TTermWriter::Best(const TString& head, const TSetContent& set) {
+  TAttempt result;
+  for (const TString& call : ShapeCalls(set, FNumber)) {
+    if (TryBody(head, call, set, result)) return result;
+  }
+  if (TryExpression(head, set.Definition, set, result)) return result;
+  if (HasExpression(set) && TryExpression(head, set.Expression, set, result)) return result;
+  TSetContent thinned = set;
+  thinned.Points = WithoutCrowds(set.Points);
+  const TString points = Points(thinned, FNumber);
+  if (TryBody(head, points, thinned, result)) return result;
+  if (TryExpression(head, RaisedPointList(thinned.Points, FNumber), thinned, result)) return result;
+  if (!Read(head, points, result)) result = {points, set};
+  return result;
+}
+
+bool TTermWriter::TryBody(const TString& head, const TString& body, const TSetContent& set,
+                          TAttempt& result) {
+  const int count = FVariable->GetItems()->GetCount();
+  if (Read(head, body, result) &&
+      SamePoints(result.ReadBack.Points, set.Points, FNumber.Tolerance()))
+    return true;
+  Forget(count);
+  return false;
+}
+
+bool TTermWriter::TryExpression(const TString& head, const TString& text, const TSetContent& set,
+                                TAttempt& result) {
+  if (text.empty() || !TryBody(head, text, set, result)) return false;
+  result.Body = result.ReadBack.Definition;  // the same tokens, evenly spaced
+  return !result.Body.empty();
+}
+
+bool TTermWriter::Read(const TString& head, const TString& body, TAttempt& result) {
+  try {
+    const TFuzzySet* set = FParser.ParseFuzzySet(FVariable.Get(), head + body + u")", nullptr);
+    if (!set) return false;
+    result = {body, ContentOf(*set)};
+    return true;
+  } catch (const EKelException&) {  // it does not read back, or not with what is here
+    return false;
+  }
+}
+
+void TTermWriter::Forget(int count) {
+  TFuzzySets& sets = *FVariable->GetItems();
+  while (sets.GetCount() > count) sets.Delete(sets.GetCount() - 1);
+}
+
+TSetContent ContentOf(const TFuzzySet& set) {
+  const TFuzzyCurve points = set.GetValues()->Points();
+  return {set.GetName(),
+          set.GetComment(),
+          set.GetExpression(),
+          set.GetDefinition(),
+          set.GetSetType(),
+          set.GetInflectionPoint(),
+          {points.begin(), points.end()}};
+}
+
+}  // namespace fzy::detail

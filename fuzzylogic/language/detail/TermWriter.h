@@ -1,0 +1,60 @@
+#pragma once
+
+#include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include "fuzzylogic/language/detail/SetBody.h"
+
+namespace fzy::detail {
+
+/// Whether a set of this name can be a term of a definition text.
+bool IsTermName(const TString& name);
+
+/// The head of a term, up to the blank before its body: nothing for a set without a name.
+/// @throws EFzyException (`SFzyNameNotWritable`)
+TString TermHead(const TSetContent& set);
+
+/// A set as it is, whether or not the text reads back: the term, or for a set without a name its
+/// body alone.
+/// @throws EFzyException (`SFzyNameNotWritable`)
+TString SetText(const TSetContent& set, TNumberStyle number);
+
+/// Writes the terms of a variable one after another, in the form that says most and still reads
+/// back. What a text reads back as is found by reading it, into a variable of the writer's own that
+/// holds the terms written before; so nobody is told, functions that event handlers add are unknown
+/// here, and writing a term takes about as long as reading it.
+class TTermWriter {
+ public:
+  /// For a variable of this range, whose sets are of this class; `fuzzy` is the component that the
+  /// reader will read into, or nothing.
+  TTermWriter(TCustomFuzzyLogic* fuzzy, TFzyFloat minimum, TFzyFloat maximum,
+              TFuzzySetClass setClass, TNumberStyle number);
+
+  /// The next term. Forms in order: the call of its shape function, the expression it was read
+  /// from, its expression, its points, its points as an expression; each only if it gives the same
+  /// points. Where none does, the points as they will be once they were read. In every case the
+  /// text is the one that the set it reads back as is written as.
+  /// @throws EFzyException (`SFzyNameNotWritable`)
+  TString Write(const TSetContent& set);
+
+ private:
+  struct TAttempt {
+    TString Body;
+    TSetContent ReadBack;
+  };
+
+  TAttempt Best(const TString& head, const TSetContent& set);
+  bool TryBody(const TString& head, const TString& body, const TSetContent& set, TAttempt& result);
+  bool TryExpression(const TString& head, const TString& text, const TSetContent& set,
+                     TAttempt& result);
+  TAttempt Settle(const TString& head, const TSetContent& set);
+  bool Read(const TString& head, const TString& body, TAttempt& result);
+  void Forget(int count);
+
+  TNumberStyle FNumber;
+  TKelFuzzyLogicParser FParser;
+  TOwned<TFuzzyVariable> FVariable;
+};
+
+/// What a text says of a set of the owned model.
+TSetContent ContentOf(const TFuzzySet& set);
+
+}  // namespace fzy::detail
