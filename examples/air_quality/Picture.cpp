@@ -2,15 +2,18 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "Report.h"
-#include "Svg.h"
+#include "support/Chart.h"
 
 namespace air_quality {
 namespace {
 
 using namespace fzy;
+using support::DrawAxes;
+using support::Frame;
+using support::Point;
+using support::Svg;
 
 constexpr double Width = 1200;
 constexpr double Height = 1040;
@@ -40,54 +43,6 @@ constexpr std::string_view StyleSheet =
 /// From the least to the greatest of a variable, as a scale of cold to hot: terms come in order.
 constexpr std::array<std::string_view, 6> Colours{"#2f6db3", "#2a9d8f", "#b08a1e",
                                                   "#d1602b", "#a3284a", "#6b3fa0"};
-
-/// The step of an axis, 1, 2 or 5 times a power of ten, with at most `most` steps in the width.
-double AxisStep(double width, double most) {
-  const double power = std::pow(10, std::floor(std::log10(width / most)));
-  for (const double factor : {1.0, 2.0, 5.0})
-    if (width / (factor * power) <= most) return factor * power;
-  return 10 * power;
-}
-
-/// A rectangle of the picture that stands for a part of the plane.
-struct Frame {
-  Point Corner;    ///< upper left
-  Point Opposite;  ///< lower right
-  Point Least;     ///< what the lower left stands for
-  Point Greatest;
-
-  Point At(double x, double y) const {
-    return {Corner.X + (x - Least.X) / (Greatest.X - Least.X) * (Opposite.X - Corner.X),
-            Opposite.Y - (y - Least.Y) / (Greatest.Y - Least.Y) * (Opposite.Y - Corner.Y)};
-  }
-};
-
-/// Calls `draw(value, text)` for the marks of an axis.
-template <class Draw>
-void ForTicks(double least, double greatest, double most, Draw draw) {
-  const double step = AxisStep(greatest - least, most);
-  const int decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step))));
-  const double first = std::ceil(least / step);
-  // Counted, not added up: sums of decimals drift.
-  for (int i = 0; (first + i) * step <= greatest + step * 1e-9; ++i)
-    draw((first + i) * step, Number((first + i) * step, decimals));
-}
-
-void DrawAxes(Svg& svg, const Frame& frame, double mostX, double mostY) {
-  ForTicks(frame.Least.Y, frame.Greatest.Y, mostY, [&](double y, const std::string& text) {
-    const Point at = frame.At(frame.Least.X, y);
-    svg.Line(at, {frame.Opposite.X, at.Y}, "grid");
-    svg.Text({at.X - 8, at.Y + 4}, text, "right");
-  });
-  if (mostX > 0) {
-    ForTicks(frame.Least.X, frame.Greatest.X, mostX, [&](double x, const std::string& text) {
-      const Point at = frame.At(x, frame.Least.Y);
-      svg.Line(at, {at.X, at.Y + 5}, "axis");
-      svg.Text({at.X, at.Y + 19}, text, "middle");
-    });
-  }
-  svg.Line({frame.Corner.X, frame.Opposite.Y}, frame.Opposite, "axis");
-}
 
 void DrawTerm(Svg& svg, const Frame& frame, const TFuzzySet& term, std::string_view colour) {
   // Membership is flat beyond the first and the last point.

@@ -1,4 +1,4 @@
-#include "InputFile.h"
+#include "support/InputFile.h"
 
 #include <cerrno>
 #include <cstring>
@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace air_quality {
+namespace support {
 namespace {
 
 /// Blanks, line breaks and control characters become single blanks: library messages quote the
@@ -77,4 +77,4 @@ void WriteFile(const std::string& file, std::string_view content) {
   }
 }
 
-}  // namespace air_quality
+}  // namespace support

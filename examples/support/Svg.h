@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace air_quality {
+namespace support {
 
 struct Point {
   double X = 0;
@@ -35,4 +35,4 @@ class Svg {
   std::string FText;
 };
 
-}  // namespace air_quality
+}  // namespace support

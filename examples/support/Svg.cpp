@@ -1,8 +1,8 @@
-#include "Svg.h"
+#include "support/Svg.h"
 
 #include "fuzzylogic/FuzzyLogic.h"
 
-namespace air_quality {
+namespace support {
 namespace {
 
 std::string Coordinate(double value) { return fzy::FormatFixed(value, 2).Utf8(); }
@@ -85,4 +85,4 @@ void Svg::Text(Point at, std::string_view text, std::string_view cssClass, std::
 
 std::string Svg::Finish() && { return std::move(FText) + "</svg>\n"; }
 
-}  // namespace air_quality
+}  // namespace support
