@@ -107,9 +107,10 @@ void TGCollection::DropItem(int index) {
 }
 
 void TGCollection::RelocateItem(int from, int to) {
-  FNames.reset();
-  FScans = 0;
+  TNames::node_type entry;
+  if (FNames) entry = FNames->extract(ItemAt(from));
   TCollection::RelocateItem(from, to);
+  if (FNames) FNames->insert(std::move(entry));
 }
 
 }  // namespace fzy

@@ -42,7 +42,7 @@ class TGCollection : public TCollection {
  public:
   /// The index of the first item whose name equals `name`, case-sensitively, or -1. The first
   /// look-ups scan the items; from then on the names of a longer list are kept in order, and a
-  /// look-up takes logarithmic time, until an item is moved.
+  /// look-up takes logarithmic time.
   virtual int IndexOf(const TString& name) const;
 
  protected:
@@ -55,8 +55,8 @@ class TGCollection : public TCollection {
  private:
   friend class TGCollectionItem;
 
-  /// By name, and within a name by position: adding and removing items leaves the order of the
-  /// others as it is.
+  /// By name, and within a name by position: adding, removing and moving an item leaves the order
+  /// of the others as it is.
   struct TByName {
     using is_transparent = void;
     bool operator()(const TCollectionItem* left, const TCollectionItem* right) const;

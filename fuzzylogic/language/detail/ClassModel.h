@@ -53,6 +53,11 @@ struct TClassModel {
     set->SetExpression(name);
     set->SetComment(comment);
   }
+  /// Terms stand in the order of their text, also one that took a set over that was there before.
+  static void PlaceLast(TFuzzySet* set, TFuzzyVariable* variable) {
+    if (set->GetCollection() == variable->GetItems())
+      set->SetIndex(variable->GetItems()->GetCount() - 1);
+  }
   /// A set that stands for a number keeps its text.
   static void NoteNumber(TFuzzySet* set, const TString& text) { set->SetExpression(text); }
   /// The set that a token carries, or nothing.

@@ -55,6 +55,7 @@ class TDefinitionReader {
         FParser.ParseHeader(name, comment, true, keyword, method, SFzyExpectedFuzzySet));
     const typename Model::THeldSet set(FParser.ParseFuzzyValues(variable));
     if (set.Get()) Model::NameSet(set.Get(), name, comment);
+    if (set.Get()) Model::PlaceLast(set.Get(), variable);
     if (!IsClose(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingCloseParens);
     if (set.Get()) Model::FireParseFuzzySet(FParser, variable, set.Get());
     return set.Get();

@@ -1,0 +1,328 @@
+#include <gtest/gtest.h>
+
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
+#include "tests/language/Definitions.h"
+#include "tests/support/Random.h"
+
+namespace fzy {
+namespace {
+
+using test::Dump;
+using test::Failure;
+using test::ParseFailure;
+using test::TScene;
+
+constexpr const char* Step = "EvalFuzzyExpression";
+
+/// A variable with two terms that cross, and names that texts may refer to.
+struct TTerms : TScene {
+  TTerms() {
+    Parser.Parse(
+        "(deffuzzy t (range 0 10) (values (term cold ((0 1) (10 0))) "
+        "(term hot ((0 0) (10 1)))))",
+        nullptr);
+    Variable = Fuzzy.GetItems()->GetItem(0);
+    Fuzzy.GetVariables()->SetText(
+        "rise=hot\nhalf=?RISE * 0.5\nten=20\nloop=not ?b\nb=?c or hot\nc=[?LOOP]\nbad=?rise and");
+    Parser.SetOnEvalExpression([this](TObject*, TFuzzyVariable*, const TString& text, TFuzzySet*&) {
+      Log += '[' + text.Utf8() + ']';
+    });
+    Terms = Dump(Variable);
+  }
+
+  std::string Points(const std::string& text) {
+    const std::string dump = Dump(Parser.EvalFuzzyExpression(Variable, text));
+    return dump.substr(std::min(dump.find(" ("), dump.size()));
+  }
+
+  /// What an evaluation tells, the sets that it adds, and what it results in; then forgets them.
+  std::string Run(const std::string& text) {
+    TFuzzySets& sets = *Variable->GetItems();
+    const int count = sets.GetCount();
+    Log.clear();
+    const TFuzzySet* result = Parser.EvalFuzzyExpression(Variable, text);
+    std::string all = Log;
+    for (int i = count; i < sets.GetCount(); ++i) {
+      EXPECT_FALSE(sets[i]->GetDefined());
+      all += (i > count ? ", " : " ") + sets[i]->GetName().Utf8();
+    }
+    all += " -> " + Dump(result);
+    while (sets.GetCount() > count) sets.Delete(count);
+    EXPECT_EQ(Dump(Variable), Terms) << text << " changed a term";
+    return all;
+  }
+
+  TFuzzyVariable* Variable = nullptr;
+  std::string Log;
+  std::string Terms;
+};
+
+TEST(Expression, EvaluatesOperandsAndOperators) {
+  const std::pair<std::string, std::string> rows[] = {
+      {"hot", "[hot] hot -> hot =hot (0 0)(10 1)"},
+      {"", "[] __Empty -> __Empty  "},
+      {"\"\" \"hot\"", "[ hot] __Empty, hot -> hot =hot (0 0)(10 1)"},
+      {"hot cold", "[hot cold] cold -> cold =cold (0 1)(10 0)"},
+      {"hot ) and", "[hot] hot -> hot =hot (0 0)(10 1)"},
+      {"5", "[5] 5 -> 5 tri =5 (5 0)(5 1)(5 0)"},
+      {"2e1", "[20] 20 -> 20 tri =20 (10 0)(10 1)(10 0)"},
+      {"(tri 0 5 5)", "[0 5 5] tri 0 5 5 -> tri 0 5 5 tri  (0 0)(5 1)(5 0)"},
+      {"((4 1) (2 0))", "[4 1 2 0] 4 1 2 0 -> 4 1 2 0  (2 0)(4 1)"},
+      // Hedges bind tightest, the nearest applies first; the rest groups from the left.
+      {"not normalize hot",
+       "[hot normalize not] not [normalize hot] -> "
+       "not [normalize hot] =[not [normalize hot]] (0 1)(10 0)"},
+      {"hot or cold and not hot",
+       "[hot cold or hot not and] hot or cold, not hot, [hot or cold] and [not hot] -> [hot or "
+       "cold] and [not hot] =[hot or cold] and [not hot] (0 1)(5 0.5)(10 0)"},
+      {"hot or [cold and [not hot]]",
+       "[hot cold hot not and or] not hot, cold and [not hot], hot or [cold and [not hot]] -> hot "
+       "or [cold and [not hot]] =hot or [cold and [not hot]] (0 1)(5 0.5)(10 1)"},
+      {"hot \"and-product\" cold",
+       "[hot cold and-product] hot and-product cold -> hot and-product "
+       "cold =hot and-product cold (0 0)(5 0.25)(10 0)"},
+      // A hedge operator takes one number: as it is written, or the mean of maxima.
+      {"hot / 20", "[hot 20 /] 20, hot / 0.0500 -> hot / 0.0500 =/  (0 0)(10 0.05)"},
+      {"hot / [?ten]", "[20][hot ten /] ten, hot / 0.0500 -> hot / 0.0500 =/  (0 0)(10 0.05)"},
+      {"hot / hot", "[hot hot /] hot / 0.1000 -> hot / 0.1000 =/  (0 0)(10 0.1)"},
+      {"hot +X 5 +X 1",
+       "[hot 5 +X 1 +X] 5, [hot +X 5.0000] +X 1.0000, 1 -> [hot +X 5.0000] +X 1.0000 =+X  (6 0)(10 "
+       "1)"},
+      // The text of a ?name, found without regard to case; none is an empty one.
+      {"?rise", "[hot][rise] rise -> rise =hot (0 0)(10 1)"},
+      {"not ?Half",
+       "[hot][RISE 0.5 *][Half not] not Half, 0.5 -> "
+       "not Half =[not Half] (0 1)(10 0.5)"},
+      {"?none or hot",
+       "[][none hot or] none, none or hot -> none or hot =none or hot (0 0)(10 1)"}};
+  TTerms terms;
+  for (const auto& [text, expected] : rows) EXPECT_EQ(terms.Run(text), expected) << text;
+}
+
+TEST(Expression, ReportsWhatItCannotEvaluate) {
+  struct TRow {
+    const char* Text;
+    std::string Message;
+    const char* Step = fzy::Step;
+    int Line = 1;
+  };
+  const std::string missing = "Missing fuzzy operand to be modified by hedge: ";
+  const std::string invalid = "Invalid item in fuzzy expression: ";
+  const TRow rows[] = {
+      {"very", missing + "very"},
+      {"hot and", missing + "and"},
+      {"or hot", missing + "or"},
+      {"\n^X 2", missing + "^X", Step, 2},
+      {"[]^", missing + "^"},
+      {"hot and [very] or cold", missing + "and"},
+      {"?bad", missing + "and"},
+      {"warm", invalid + "warm"},
+      {"Hot", invalid + "Hot"},
+      {"hot^2", invalid + "hot^2"},
+      {"hot = cold", invalid + "="},
+      {"hot or ()", invalid},
+      {"[hot", "Unmatched \"[\" in fuzzy expression"},
+      {"[[hot]", "Unmatched \"[\" in fuzzy expression"},
+      {"hot]", "Unmatched \"]\" in fuzzy expression"},
+      {"?loop", "Fuzzy variable refers to itself: ?loop > ?b > ?c > ?LOOP"},
+      {"((0 1) 2)", "Invalid X/Y value pair: 2", "ConvertListToValues"},
+      {"((0 1) (2 x))", "Expected number", "ConvertListToValues"},
+      {"hot or (gauss 1)", "Unknown function name: \"gauss\"", "CalcFuzzyFunction"}};
+  TTerms terms;
+  for (const TRow& row : rows) {
+    const std::string failure =
+        Failure([&] { terms.Parser.EvalFuzzyExpression(terms.Variable, row.Text); });
+    const std::string head = ParseFailure(row.Message, row.Step, row.Line, "");
+    EXPECT_TRUE(failure.starts_with(head.substr(0, head.size() - 1))) << failure << "\n" << head;
+    EXPECT_EQ(terms.Parser.GetStream(), nullptr);
+    while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
+    EXPECT_EQ(Dump(terms.Variable), terms.Terms) << row.Text;
+  }
+  TFuzzySet* set = nullptr;
+  for (const char* text : {"hot", "", "5", "?rise"}) {
+    EXPECT_EQ(Failure([&] { terms.Parser.EvalFuzzyExpression(nullptr, text, set); }),
+              ParseFailure("fuzzy variable is not defined", Step, 1, " "));
+  }
+  EXPECT_EQ(Failure([&] { terms.Points("hot and-sum cold"); }),
+            "Invalid fuzzy operation: \"foSum:");
+  terms.Parser.SetFuzzyLogic(nullptr);
+  EXPECT_EQ(Failure([&] { terms.Points("?rise"); }),
+            ParseFailure("Fuzzy Logic component must be specified to parse", Step, 1, " "));
+}
+
+TEST(Expression, GivesNumbersByTheMethodOfTheComponent) {
+  TTerms terms;
+  const auto check = [&](const std::function<TFzyFloat(TFuzzySet*)>& expected) {
+    TFuzzySet* set = nullptr;
+    const TFzyFloat number =
+        terms.Parser.EvalFuzzyExpression(terms.Variable, "((0 0) (2 1) (4 0.5))", set);
+    EXPECT_EQ(number, expected(set));
+  };
+  check(&TFuzzySet::CenterOfGravity);
+  terms.Fuzzy.SetDefuzzificationMethod(dmMeanOfMaxima);
+  check(&TFuzzySet::MeanOfMaxima);
+  terms.Parser.SetFuzzyLogic(nullptr);
+  check(&TFuzzySet::CenterOfGravity);
+}
+
+/// A random expression, written with all its brackets and with as few as it needs, and its points
+/// by direct calls.
+struct TTree {
+  std::string Full;
+  std::string Sparse;
+  TOwned<TFuzzySet> Set;
+  bool Binary;
+};
+
+TTree RandomTree(test::TRandom& random, TFuzzyVariable* variable, int depth) {
+  TFuzzySets& sets = *variable->GetItems();
+  if (depth == 0) {
+    TFuzzySet* term = sets[random.Below(2)];
+    const std::string name = term->GetName().Utf8();
+    return {name, name, TOwned<TFuzzySet>(term->Clone()), false};
+  }
+  TTree left = RandomTree(random, variable, random.Below(depth));
+  if (random.OneIn(3)) {
+    const auto hedge = static_cast<TFuzzyHedge>(random.Below(20));
+    const std::string word = TString(HedgeNames[Ordinal(hedge)]).Utf8() + ' ';
+    left.Set->Hedge(hedge);
+    return {word + '[' + left.Full + ']',
+            word + (left.Binary ? '[' + left.Sparse + ']' : left.Sparse), std::move(left.Set),
+            false};
+  }
+  TTree right = RandomTree(random, variable, random.Below(depth));
+  const auto operation = static_cast<TFuzzyOperation>(random.Below(6));
+  const bool isUnion = random.OneIn(2);
+  const TFuzzyOperationKeywords& words = isUnion ? FuzzyUnionKeywords : FuzzyIntersectionKeywords;
+  const std::string word = ' ' + TString(words[Ordinal(operation)]).Utf8() + ' ';
+  TOwned<TFuzzySet> set(isUnion ? left.Set->Union(right.Set.Get(), operation)
+                                : left.Set->Intersection(right.Set.Get(), operation));
+  return {'[' + left.Full + ']' + word + '[' + right.Full + ']',
+          left.Sparse + word + (right.Binary ? '[' + right.Sparse + ']' : right.Sparse),
+          std::move(set), true};
+}
+
+TEST(Expression, EqualsTheCallsThatItStandsFor) {
+  test::TRandom random;
+  SCOPED_TRACE(random.Trace());
+  for (int round = 0; round < 300; ++round) {
+    TTerms terms;
+    const TTree tree = RandomTree(random, terms.Variable, 5);
+    for (const std::string& text : {tree.Full, tree.Sparse}) {
+      const TFuzzySet* result = terms.Parser.EvalFuzzyExpression(terms.Variable, text);
+      EXPECT_TRUE(
+          std::ranges::equal(result->GetValues()->Points(), tree.Set->GetValues()->Points()))
+          << text;
+    }
+    while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
+    EXPECT_EQ(Dump(terms.Variable), terms.Terms) << tree.Sparse;
+  }
+}
+
+TEST(Expression, MakesTermsOfItsOwn) {
+  TScene scene;
+  scene.Parser.Parse(
+      "(deffuzzy t (range 0 10) (values (term hot ((0 0) (10 1))) (term hot2 hot) "
+      "(term none ) (term none2 ) (term five 5) (term not-hot not hot) (term far "
+      "?v)))",
+      nullptr);
+  EXPECT_EQ(
+      Dump(scene.Fuzzy),
+      "t 0..10 {hot *=hot (0 0)(10 1); hot2 *=hot2 (0 0)(10 1); none *=none ; none2 *=none2 ; "
+      "five tri *=five (5 0)(5 1)(5 0); not-hot *=not-hot (0 1)(10 0); far *=far }");
+}
+
+TEST(Expression, TakesTokensAndItems) {
+  TTerms terms;
+  TKelFuzzyLogicParser& parser = terms.Parser;
+  const auto token = [](TFuzzyStreamTokenType kind, const TString& text) {
+    const Ref<TFuzzyStreamToken> made = TFuzzyStreamToken::Create();
+    made->SetDataType(KindOf(kind));
+    made->SetText(text);
+    return made;
+  };
+  const Ref<TFuzzyStreamToken> held = TFuzzyStreamToken::Create();
+  held->SetFuzzySet(terms.Variable->GetItems()->GetItem(1));
+  const Ref<TFuzzyStreamTokenList> list = TFuzzyStreamTokenList::Create();
+  for (const Ref<TFuzzyStreamToken>& item :
+       {held, token(fstAtom, "or"), token(fstAtom, "not"), token(fstString, "cold")})
+    list->Add(item);
+  EXPECT_EQ(Dump(parser.EvalFuzzyExpression(terms.Variable, list)),
+            "hot or [not cold] =hot or [not cold] (0 0)(10 1)");
+  EXPECT_EQ(list->ToString(), "hot cold not or") << "the caller's list is in postfix order";
+  EXPECT_EQ(parser.EvalFuzzyExpression(terms.Variable, Ref<IFuzzyStreamToken>(held)),
+            held->GetFuzzySet());
+  held->SetObjValue(&parser);
+  EXPECT_EQ(
+      Failure([&] { parser.EvalFuzzyExpression(terms.Variable, Ref<IFuzzyStreamToken>(held)); }),
+      ParseFailure("Invalid item in fuzzy expression: <object>", Step, 0, ""));
+
+  // Operand, open, close, priority in the stack and on arrival.
+  const std::pair<Ref<IInterface>, std::string> items[] = {
+      {token(fstAtom, "["), "010 4 0"},      {token(fstAtom, "]"), "001 1 1"},
+      {token(fstAtom, "or"), "000 3 3"},     {token(fstAtom, "<=X"), "000 3 3"},
+      {token(fstAtom, "not"), "000 2 1"},    {token(fstString, "hot"), "100 1 1"},
+      {token(fstVariable, "or"), "100 3 3"}, {list, "000 1 1"}};
+  for (const auto& [item, expected] : items) {
+    std::string found;
+    for (const bool is :
+         {parser.IsOperand(item), parser.IsOpenParen(item), parser.IsCloseParen(item)})
+      found += is ? '1' : '0';
+    EXPECT_EQ(found + ' ' + std::to_string(parser.InStackPriority(item)) + ' ' +
+                  std::to_string(parser.IncomingPriority(item)),
+              expected);
+  }
+  const Ref<TInterfaceList> inner = TInterfaceList::Create(), outer = TInterfaceList::Create();
+  inner->Add(token(fstAtom, "b"));
+  outer->Add(token(fstAtom, "a"));
+  outer->Add(inner);
+  outer->Add(token(fstAtom, "c"));
+  list->Clear();
+  parser.FillExpression(outer, list);
+  EXPECT_EQ(list->ToString(), "a b c");
+  inner->Add(list);
+  EXPECT_THROW(parser.FillExpression(outer, list), EConvertError);
+}
+
+TEST(Expression, OutlivesItsHandlers) {
+  const char* texts[] = {"very hot and ?half or 5", "not ?rise ^ 2",
+                         "(tri 1 2 3) or slightly cold"};
+  for (const char* text : texts) {
+    for (int doomed = 0, added = 1; doomed < added; ++doomed) {
+      TTerms terms;
+      added = 0;
+      terms.Fuzzy.SetOnFuzzySetAdded([&](TObject*, TFuzzySet* set) {
+        if (added++ == doomed) set->Free();
+      });
+      terms.Parser.EvalFuzzyExpression(terms.Variable, text);
+      while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
+      EXPECT_EQ(Dump(terms.Variable), terms.Terms) << text << " without set " << doomed;
+    }
+  }
+  TTerms terms;
+  TFuzzySet* hot = terms.Variable->GetItems()->GetItem(1);
+  const std::function<void(TFuzzySet*&)> deeds[] = {
+      [&](TFuzzySet*& result) { result = hot; },  // a term: a copy is taken
+      [&](TFuzzySet*& result) { result->Free(); }, [&](TFuzzySet*& result) { result = nullptr; },
+      [&](TFuzzySet*& result) { result = terms.Parser.EvalFuzzyExpression(terms.Variable, "hot"); },
+      [&](TFuzzySet*&) { throw EFzyException("no"); }};
+  const char* results[] = {"copy", "none", "none", "copy", "no"};
+  for (std::size_t i = 0; i < std::size(deeds); ++i) {
+    terms.Parser.SetOnEvalExpression(
+        [&](TObject*, TFuzzyVariable*, const TString&, TFuzzySet*& set) {
+          terms.Parser.SetOnEvalExpression(nullptr);
+          deeds[i](set);
+        });
+    std::string result = Failure([&] {
+      const TFuzzySet* set = terms.Parser.EvalFuzzyExpression(terms.Variable, "not cold");
+      throw EFzyException(!set ? "none" : set == hot ? "the term" : "copy");
+    });
+    EXPECT_EQ(result, results[i]);
+    while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
+    EXPECT_EQ(Dump(terms.Variable), terms.Terms);
+  }
+}
+
+}  // namespace
+}  // namespace fzy
