@@ -39,20 +39,28 @@ double Nanoseconds(Run&& run) {
 
 /// Times ours and the floor in turn, in slices short enough that a busy machine leaves many of them
 /// alone, and reports the quickest slice of each for one of the `operations` in it, and the ratio.
-/// Register with `UseManualTime`: the time of the benchmark itself is that of our slices.
-template <class Ours, class Floor>
-void Compare(benchmark::State& state, double operations, Ours ours, Floor floor) {
+/// Behind each slice `tidy` is called, untimed. Register with `UseManualTime`: the time of the
+/// benchmark itself is that of our slices.
+template <class Ours, class Floor, class Tidy>
+void Compare(benchmark::State& state, double operations, Ours ours, Floor floor, Tidy tidy) {
   double best = std::numeric_limits<double>::infinity();
   double bestFloor = best;
   for (auto _ : state) {
     const double time = Nanoseconds(ours);
+    tidy();
     best = std::min(best, time);
     bestFloor = std::min(bestFloor, Nanoseconds(floor));
+    tidy();
     state.SetIterationTime(time * 1e-9);
   }
   state.counters["ours_ns"] = best / operations;
   state.counters["floor_ns"] = bestFloor / operations;
   state.counters["ratio"] = best / bestFloor;
+}
+
+template <class Ours, class Floor>
+void Compare(benchmark::State& state, double operations, Ours ours, Floor floor) {
+  Compare(state, operations, ours, floor, [] {});
 }
 
 /// Numbers that are the same in every run.

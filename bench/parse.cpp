@@ -1,42 +1,12 @@
 #include <charconv>
-#include <cstddef>
-#include <ctime>
-#include <new>
 #include <string>
 
-#include "bench/Support.h"
+#include "bench/Memory.h"
 
 // Definition texts read into a model, in three forms and several sizes: bytes of text a second, the
 // peak of memory beyond what the model keeps, and a plain pass over the same text that only splits
 // it and converts its numbers. Texts of 100 MB need a few GB of memory and are read only when
 // FUZZYLOGIC_BENCH_LARGE is set.
-
-namespace {
-
-// All memory of this program is counted.
-std::size_t InUse = 0;
-std::size_t Peak = 0;
-constexpr std::size_t Prefix = alignof(std::max_align_t);  // holds the size
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  auto* block = static_cast<char*>(std::malloc(size + Prefix));
-  if (!block) throw std::bad_alloc();
-  *reinterpret_cast<std::size_t*>(block) = size;
-  InUse += size;
-  Peak = std::max(Peak, InUse);
-  return block + Prefix;
-}
-
-void operator delete(void* memory) noexcept {
-  if (!memory) return;
-  char* block = static_cast<char*>(memory) - Prefix;
-  InUse -= *reinterpret_cast<std::size_t*>(block);
-  std::free(block);
-}
-
-void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
 
 namespace fzy::bench {
 namespace {
@@ -82,39 +52,21 @@ double PlainPass(const std::string& text) {
   return sum;
 }
 
-/// Processor time in nanoseconds: a large text takes long enough that a busy machine interrupts.
-template <class Run>
-double ProcessorTime(Run run) {
-  const std::clock_t start = std::clock();
-  run();
-  return static_cast<double>(std::clock() - start) * (1e9 / CLOCKS_PER_SEC);
-}
-
 template <std::string (*MakeText)(std::size_t)>
 void Parse(benchmark::State& state) {
   const std::string utf8 = MakeText(static_cast<std::size_t>(state.range(0)) * 1000);
   const TString text(utf8);
-  const auto bytes = static_cast<double>(utf8.size());
-  double best = std::numeric_limits<double>::infinity();
-  double bestFloor = best;
-  double beyond = 0;
-  for (auto _ : state) {
-    TFuzzyLogic fuzzy;
-    fuzzy.SetAutoTerms(state.range(1) != 0);
-    TKelFuzzyLogicParser parser;
-    parser.SetFuzzyLogic(&fuzzy);
-    Peak = InUse;
-    const double time = ProcessorTime([&] { parser.Parse(text, nullptr); });
-    beyond = static_cast<double>(Peak - InUse);
-    Require(fuzzy.GetItems()->GetCount() > 0, "parse");
-    best = std::min(best, time);
-    bestFloor =
-        std::min(bestFloor, ProcessorTime([&] { benchmark::DoNotOptimize(PlainPass(utf8)); }));
-    state.SetIterationTime(time * 1e-9);
-  }
-  state.counters["MB_per_s"] = bytes / best * 1e3;
-  state.counters["floor_MB_per_s"] = bytes / bestFloor * 1e3;
-  state.counters["memory_per_byte"] = beyond / bytes;
+  CompareText(
+      state, static_cast<double>(utf8.size()),
+      [&](TTextTimer& timer) {
+        TFuzzyLogic fuzzy;
+        fuzzy.SetAutoTerms(state.range(1) != 0);
+        TKelFuzzyLogicParser parser;
+        parser.SetFuzzyLogic(&fuzzy);
+        timer([&] { parser.Parse(text, nullptr); });
+        Require(fuzzy.GetItems()->GetCount() > 0, "parse");
+      },
+      [&](TTextTimer& timer) { timer([&] { benchmark::DoNotOptimize(PlainPass(utf8)); }); });
 }
 
 /// Sizes in kB, without and with automatic terms.
