@@ -9,11 +9,14 @@
 #include "fuzzylogic/common/HelperFunctions.h"
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/framework/Format.h"
+#include "fuzzylogic/language/FuzzyNumbers.h"
 
 namespace fzy::detail {
 namespace {
 
+// What a reader keeps of the points of one X; those that agree within the tolerance are one to it.
 constexpr std::size_t MostOfOneX = 3;
+constexpr TFzyFloat ReadTolerance = 0.0001;
 constexpr TFzyFloat Raise = 1;
 
 TString Call(std::u16string_view function, std::initializer_list<TFzyFloat> arguments,
@@ -28,14 +31,16 @@ TString Call(std::u16string_view function, std::initializer_list<TFzyFloat> argu
   return text;
 }
 
-bool IsOne(TFzyFloat weight) { return FloatEquals(weight, 1, 0.0001) || !std::isfinite(weight); }
+bool IsOne(TFzyFloat weight) {
+  return FloatEquals(weight, 1, ReadTolerance) || !std::isfinite(weight);
+}
 
 std::vector<TString> PICalls(const TSetContent& set, TNumberStyle number) {
   const TFzyFloat first = set.Points.front().X;
   const TFzyFloat last = set.Points.back().X;
   const TFzyFloat center = MeanOfMaxima(set.Points);
   std::vector<TString> calls;
-  if (FloatEquals(center - first, last - center, 0.0001))
+  if (FloatEquals(center - first, last - center, ReadTolerance))
     calls.push_back(Call(u"pi", {center - first, center}, number));
   calls.push_back(Call(u"pi", {first, last, center}, number));
   // An even number of points leaves the center out. It lies as many steps behind the first point as
@@ -66,8 +71,6 @@ std::vector<TString> BetaCalls(const TSetContent& set, TNumberStyle number) {
   return calls;
 }
 
-bool SameX(const TFuzzyPoint& a, const TFuzzyPoint& b) { return FloatEquals(a.X, b.X, 0.0001); }
-
 /// The number without the noise of the sums that made a shape's last points.
 TFzyFloat TwelveDigits(TFzyFloat value) {
   std::array<char, 32> digits{};
@@ -97,11 +100,27 @@ std::vector<TString> CallsOf(const TSetContent& set, TNumberStyle number) {
   }
 }
 
+/// Points of one X, neighbours that agree within the tolerance as the higher of them.
+std::vector<TFuzzyPoint> Merged(const std::vector<TFuzzyPoint>& points) {
+  std::vector<TFuzzyPoint> result;
+  for (const TFuzzyPoint& point : points) {
+    if (result.empty() || !FloatEquals(result.back().Y, point.Y, ReadTolerance))
+      result.push_back(point);
+    else if (result.back().Y < point.Y)
+      result.back() = point;
+  }
+  return result;
+}
+
 }  // namespace
 
 TString TNumberStyle::operator()(TFzyFloat value) const {
   if (!Full) return FormatFixed(value, 4, u'.');
   return FormatShortest(Rounded ? TwelveDigits(value) : value);
+}
+
+TFzyFloat TNumberStyle::ReadBack(TFzyFloat value) const {
+  return Full ? value : ReadFuzzyNumber((*this)(value))->Value;
 }
 
 std::vector<TString> ShapeCalls(const TSetContent& set, TNumberStyle number) {
@@ -111,19 +130,21 @@ std::vector<TString> ShapeCalls(const TSetContent& set, TNumberStyle number) {
   return calls;
 }
 
-std::vector<TFuzzyPoint> WithoutCrowds(const std::vector<TFuzzyPoint>& points) {
+std::vector<TFuzzyPoint> WithoutCrowds(const std::vector<TFuzzyPoint>& points,
+                                       TNumberStyle number) {
+  std::vector<TFuzzyPoint> written = points;
+  for (TFuzzyPoint& point : written) point = {number.ReadBack(point.X), number.ReadBack(point.Y)};
   std::vector<TFuzzyPoint> result;
-  for (auto from = points.begin(); from != points.end();) {
-    const auto to = std::find_if_not(from, points.end(),
-                                     [&](const TFuzzyPoint& point) { return SameX(*from, point); });
-    if (static_cast<std::size_t>(to - from) <= MostOfOneX) {
-      result.insert(result.end(), from, to);
-    } else {
-      result.push_back(*from);
-      result.push_back(*std::max_element(
-          from, to, [](const TFuzzyPoint& a, const TFuzzyPoint& b) { return a.Y < b.Y; }));
-      result.push_back(*(to - 1));
+  for (auto from = written.begin(); from != written.end();) {
+    const auto to = std::find_if_not(from, written.end(), [&](const TFuzzyPoint& point) {
+      return FloatEquals(from->X, point.X, ReadTolerance);
+    });
+    std::vector<TFuzzyPoint> crowd = Merged({from, to});
+    if (crowd.size() > MostOfOneX) {
+      const TFuzzyPoint highest = *std::ranges::max_element(crowd, {}, &TFuzzyPoint::Y);
+      crowd = Merged({crowd.front(), highest, crowd.back()});
     }
+    result.insert(result.end(), crowd.begin(), crowd.end());
     from = to;
   }
   return result;
@@ -142,10 +163,11 @@ TString PointList(const std::vector<TFuzzyPoint>& points, TNumberStyle number) {
   return text;
 }
 
-TString RaisedPointList(const std::vector<TFuzzyPoint>& points, TNumberStyle number) {
-  std::vector<TFuzzyPoint> raised = points;
-  for (TFuzzyPoint& point : raised) point.Y += Raise;
-  return u"[" + PointList(raised, number) + u"] - 1";
+TString RaisedPointList(std::vector<TFuzzyPoint>& points, TNumberStyle number) {
+  for (TFuzzyPoint& point : points) point.Y += Raise;
+  TString text = u"[" + PointList(points, number) + u"] - 1";
+  for (TFuzzyPoint& point : points) point.Y -= Raise;
+  return text;
 }
 
 bool SamePoints(const std::vector<TFuzzyPoint>& a, const std::vector<TFuzzyPoint>& b,

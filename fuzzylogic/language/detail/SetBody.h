@@ -26,24 +26,28 @@ struct TNumberStyle {
   bool Rounded = false;  // the nearest number of twelve digits instead
 
   TString operator()(TFzyFloat value) const;
-  TFzyFloat Tolerance() const noexcept { return Full ? 1e-15 : 0.0001; }
+  /// The number that a reader makes of the text.
+  TFzyFloat ReadBack(TFzyFloat value) const;
+  TFzyFloat Tolerance() const noexcept { return Full ? 0 : 0.0001; }
 };
 
 /// The calls that may give the set's points back, likeliest first, for a set that was made by a
 /// shape function and not changed since; none for any other.
 std::vector<TString> ShapeCalls(const TSetContent& set, TNumberStyle number);
 
-/// At most three points of each X, which is what a list of points keeps when it is read: the first,
-/// the highest and the last. The degrees at and between the X stay the same.
-std::vector<TFuzzyPoint> WithoutCrowds(const std::vector<TFuzzyPoint>& points);
+/// What a reader can keep of the points, as they are written: of neighbours that agree within the
+/// tolerance the higher, and of more than three that share an X the first, the highest and the
+/// last. The degrees at and between the X stay the same.
+std::vector<TFuzzyPoint> WithoutCrowds(const std::vector<TFuzzyPoint>& points, TNumberStyle number);
 
 /// The points as a list: "((0.0000 1.0000) (50.0000 0.0000) )".
 TString PointList(const std::vector<TFuzzyPoint>& points, TNumberStyle number);
 
 /// The points as an expression that keeps steps up from 0. A reader adds a list's points one by
 /// one, each at degree 0 first, where it displaces a point of the same X and degree 0 that stands
-/// there already; so the list is raised by 1, and the expression takes 1 away again.
-TString RaisedPointList(const std::vector<TFuzzyPoint>& points, TNumberStyle number);
+/// there already; so the list is raised by 1, and the expression takes 1 away again. `points`
+/// become those that come back: the two sums may round them.
+TString RaisedPointList(std::vector<TFuzzyPoint>& points, TNumberStyle number);
 
 /// Whether one list of points may be written for the other.
 bool SamePoints(const std::vector<TFuzzyPoint>& a, const std::vector<TFuzzyPoint>& b,

@@ -1,6 +1,5 @@
 #include "fuzzylogic/language/detail/TermWriter.h"
 
-#include "fuzzylogic/language/FuzzyNumbers.h"
 #include "fuzzylogic/language/detail/DefinitionText.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
@@ -8,7 +7,7 @@
 namespace fzy::detail {
 namespace {
 
-// Each round takes points away or changes nothing, so few are needed.
+// A list of points comes to rest quickly, because each round takes points away or changes nothing.
 constexpr int MostRounds = 16;
 
 bool IsNameless(const TString& name) { return name.empty() || name.View() == SEmptyFuzzy; }
@@ -64,28 +63,35 @@ TTermWriter::TTermWriter(TCustomFuzzyLogic* fuzzy, TFzyFloat minimum, TFzyFloat 
                          TFuzzySetClass setClass, TNumberStyle number)
     : FNumber(number), FVariable(TFuzzyVariable::Create(nullptr, setClass)) {
   FParser.SetFuzzyLogic(fuzzy);
-  FVariable->SetMinimum(ReadFuzzyNumber(number(minimum))->Value);
-  FVariable->SetMaximum(ReadFuzzyNumber(number(maximum))->Value);
+  FVariable->SetMinimum(number.ReadBack(minimum));
+  FVariable->SetMaximum(number.ReadBack(maximum));
 }
 
 TString TTermWriter::Write(const TSetContent& set) {
   if (!IsTermName(set.Name)) throw EFzyException(SFzyNameNotWritable, {set.Name});
   const TString head = TermHead(set);
-  const TAttempt settled = Settle(head, set);
+  const int count = FVariable->GetItems()->GetCount();
+  TAttempt settled;
+  // Each round may move the points a little; as a mere list they stay.
+  if (!Settle(head, set, settled) ||
+      !SamePoints(settled.ReadBack.Points, set.Points, FNumber.Tolerance())) {
+    Forget(count);
+    Settle(head, {set.Name, set.Comment, {}, {}, fstUserDefined, 0, set.Points}, settled);
+  }
   TFuzzySets& terms = *FVariable->GetItems();
-  if (terms.GetCount() > 0) terms[terms.GetCount() - 1]->SetDefined(true);
+  terms[terms.GetCount() - 1]->SetDefined(true);
   return head + settled.Body + u")";
 }
 
-TTermWriter::TAttempt TTermWriter::Settle(const TString& head, const TSetContent& set) {
+bool TTermWriter::Settle(const TString& head, const TSetContent& set, TAttempt& attempt) {
   const int count = FVariable->GetItems()->GetCount();
-  TAttempt attempt{{}, set};
+  attempt = {{}, set};
   for (int round = 0;; ++round) {
     TAttempt next = Best(head, attempt.ReadBack);
-    const bool settled = SameContent(next.ReadBack, attempt.ReadBack) ||
-                         (round > 0 && next.Body == attempt.Body) || round == MostRounds;
+    const bool settled =
+        SameContent(next.ReadBack, attempt.ReadBack) || (round > 0 && next.Body == attempt.Body);
     attempt = std::move(next);
-    if (settled) return attempt;
+    if (settled || round == MostRounds) return settled;
     Forget(count);
   }
 }
@@ -98,40 +104,37 @@ TTermWriter::TAttempt TTermWriter::Best(const TString& head, const TSetContent& 
   if (TryExpression(head, set.Definition, set, result)) return result;
   if (HasExpression(set) && TryExpression(head, set.Expression, set, result)) return result;
   TSetContent thinned = set;
-  thinned.Points = WithoutCrowds(set.Points);
+  thinned.Points = WithoutCrowds(set.Points, FNumber);
   const TString points = Points(thinned, FNumber);
   if (TryBody(head, points, thinned, result)) return result;
-  if (TryExpression(head, RaisedPointList(thinned.Points, FNumber), thinned, result)) return result;
-  if (!Read(head, points, result)) result = {points, set};
-  return result;
+  const TString raised = RaisedPointList(thinned.Points, FNumber);
+  if (TryExpression(head, raised, thinned, result)) return result;
+  return Read(head, points);
 }
 
 bool TTermWriter::TryBody(const TString& head, const TString& body, const TSetContent& set,
                           TAttempt& result) {
   const int count = FVariable->GetItems()->GetCount();
-  if (Read(head, body, result) &&
-      SamePoints(result.ReadBack.Points, set.Points, FNumber.Tolerance()))
-    return true;
+  try {
+    result = Read(head, body);
+    if (SamePoints(result.ReadBack.Points, set.Points, FNumber.Tolerance())) return true;
+  } catch (const EKelException&) {  // NOLINT(bugprone-empty-catch): so it is not the body
+  }
   Forget(count);
   return false;
 }
 
 bool TTermWriter::TryExpression(const TString& head, const TString& text, const TSetContent& set,
                                 TAttempt& result) {
+  const int count = FVariable->GetItems()->GetCount();
   if (text.empty() || !TryBody(head, text, set, result)) return false;
   result.Body = result.ReadBack.Definition;  // the same tokens, evenly spaced
+  if (result.Body.empty()) Forget(count);
   return !result.Body.empty();
 }
 
-bool TTermWriter::Read(const TString& head, const TString& body, TAttempt& result) {
-  try {
-    const TFuzzySet* set = FParser.ParseFuzzySet(FVariable.Get(), head + body + u")", nullptr);
-    if (!set) return false;
-    result = {body, ContentOf(*set)};
-    return true;
-  } catch (const EKelException&) {  // it does not read back, or not with what is here
-    return false;
-  }
+TTermWriter::TAttempt TTermWriter::Read(const TString& head, const TString& body) {
+  return {body, ContentOf(*FParser.ParseFuzzySet(FVariable.Get(), head + body + u")", nullptr))};
 }
 
 void TTermWriter::Forget(int count) {

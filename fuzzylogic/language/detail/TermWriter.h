@@ -45,8 +45,8 @@ class TTermWriter {
   bool TryBody(const TString& head, const TString& body, const TSetContent& set, TAttempt& result);
   bool TryExpression(const TString& head, const TString& text, const TSetContent& set,
                      TAttempt& result);
-  TAttempt Settle(const TString& head, const TSetContent& set);
-  bool Read(const TString& head, const TString& body, TAttempt& result);
+  bool Settle(const TString& head, const TSetContent& set, TAttempt& attempt);
+  TAttempt Read(const TString& head, const TString& body);
   void Forget(int count);
 
   TNumberStyle FNumber;
