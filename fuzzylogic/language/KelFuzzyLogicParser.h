@@ -64,7 +64,8 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   //
   // Time is linear in the expression, besides what the operations on the sets cost; but names and
   // expressions of derived sets hold those of their operands, so a chain of n operators makes texts
-  // of n^2 characters in all. Nothing recurses.
+  // of n^2 characters in all: megabytes for a thousand, and one call may make 2^27 characters
+  // (`SFzyExpressionTooLarge`). Nothing recurses.
   //
   // Each raises EFzyParseExceptions from the step "EvalFuzzyExpression": `SFzyUndefinedVariable`
   // without a variable, `SFzyMissingOperand`, `SFzyInvalidToken` (an unknown term among others),

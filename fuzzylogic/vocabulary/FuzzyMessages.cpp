@@ -51,6 +51,8 @@ TMessage SFzyNoText{u"No definition text is being read"};
 TMessage SFzyUnmatchedBracket{u"Unmatched \"%s\" in fuzzy expression"};
 TMessage SFzyCircularVariable{u"Fuzzy variable refers to itself: %s"};
 TMessage SFzyNestedVariables{u"Fuzzy variables refer to each other more than %d deep: ?%s"};
+TMessage SFzyExpressionTooLarge{
+    u"The fuzzy expression is too large: its sets would take more than %d characters of names"};
 TMessage SFzyNameNotWritable{
     u"The name \"%s\" cannot be written as a word of the definition language"};
 

@@ -93,6 +93,8 @@ extern TMessage SFzyUnmatchedBracket;
 extern TMessage SFzyCircularVariable;
 /// "Fuzzy variables refer to each other more than %d deep: ?%s"
 extern TMessage SFzyNestedVariables;
+/// "The fuzzy expression is too large: its sets would take more than %d characters of names"
+extern TMessage SFzyExpressionTooLarge;
 /// "The name "%s" cannot be written as a word of the definition language"
 extern TMessage SFzyNameNotWritable;
 

@@ -89,5 +89,57 @@ TEST(HostileInput, IsRefusedOnASmallStack) {
   }
 }
 
+TEST(HostileInput, IsEvaluatedOnASmallStack) {
+  const std::string define = "(deffuzzy a (range 0 1) (values (term hot ((0 0) (1 1))) (term b ";
+  const std::string unmatched = "Unmatched \"[\" in fuzzy expression";
+  const std::string large =
+      "The fuzzy expression is too large: its sets would take more than "
+      "134217728 characters of names";
+  const std::pair<std::string, std::string> rows[] = {
+      {"hot", ""},
+      {Repeat("hot "), ""},
+      {Repeat("[") + "hot" + Repeat("]"), ""},
+      {Repeat("[") + "hot" + Repeat("]", Million - 1), unmatched},
+      {Repeat("very "), "Missing fuzzy operand to be modified by hedge: very"},
+      {Repeat("?none ", Million / 10), ""},
+      {"[" + Repeat("(") + Repeat(")") + "]", "Invalid X/Y value pair: "},
+      // Names of names: a short text would take more memory than there is.
+      {Repeat("not ", 50'000) + "hot", large},
+      {"hot" + Repeat(" or hot", 50'000), large}};
+  for (const auto& [body, message] : rows) {
+    std::string failure;
+    OnSmallStack([&, &b = body] {
+      TScene scene;
+      failure = Failure([&] { scene.Parser.Parse(define + b + ")))", nullptr); });
+      if (failure == "nothing") {
+        const TString text = scene.Fuzzy.GetStrings()->GetText();
+        EXPECT_GT(text.size(), define.size());
+      }
+    });
+    const std::string expected =
+        message.empty() ? "nothing" : "line 1: Parsing Error, " + message + " in Eval";
+    EXPECT_TRUE(failure.starts_with(expected) || message.starts_with("Invalid X/Y"))
+        << failure.substr(0, 300);
+  }
+  // Names that refer to each other, one deeper than they may.
+  for (const int depth : {1000, 1001}) {
+    OnSmallStack([&] {
+      TScene scene;
+      scene.Parser.Parse(define + "hot)))", nullptr);
+      TString names = "n0=hot\n";
+      for (int i = 1; i < depth; ++i)
+        names = names + TString("n" + std::to_string(i) + "=?n" + std::to_string(i - 1) + "\n");
+      scene.Fuzzy.GetVariables()->SetText(names);
+      const std::string failure = Failure([&] {
+        scene.Parser.EvalFuzzyExpression(scene.Fuzzy.GetItems()->GetItem(0),
+                                         TString("?n" + std::to_string(depth - 1)));
+      });
+      const bool refused = failure.starts_with(
+          "line 1: Parsing Error, Fuzzy variables refer to each other more than 1000 deep: ?n0");
+      EXPECT_EQ(refused, depth > 1000) << failure;
+    });
+  }
+}
+
 }  // namespace
 }  // namespace fzy

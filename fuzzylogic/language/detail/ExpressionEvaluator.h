@@ -68,6 +68,11 @@ class TExpressionEvaluator {
 
   static constexpr const char* Method = "EvalFuzzyExpression";
   static constexpr std::size_t MostNestedNames = 1000;
+  // What the sets made by one call may take, in characters of their names and expressions: those of
+  // a set hold those of its operands, so that a text of a few hundred kilobytes could ask for more
+  // memory than there is.
+  static constexpr std::size_t MostCharacters = std::size_t{1} << 27;
+  static constexpr std::size_t CharactersOfSet = 128;  // what else a set takes
 
   TSet Run() {
     while (!FFrames.empty()) {
@@ -153,7 +158,7 @@ class TExpressionEvaluator {
     TOperand& operand = Top(item);
     MakeOwn(operand);
     const TSet set = operand.Set.Get();
-    if (set) operand = {THeldSet(set->Hedge(hedge)), std::nullopt};
+    if (set) operand = Made(set->Hedge(hedge));
   }
 
   void ApplyHedgeOperator(const IFuzzyStreamToken& item) {
@@ -165,11 +170,11 @@ class TExpressionEvaluator {
     MakeOwn(operand);
     const TSet set = operand.Set.Get();
     if (!set || (!value.Number && !value.Set.Get())) {
-      operand = {THeldSet(nullptr), std::nullopt};
+      operand = Made(nullptr);
       return;
     }
     const TFzyFloat number = value.Number ? *value.Number : value.Set.Get()->MeanOfMaxima();
-    operand = {THeldSet(set->Hedge(hedge, number, modifyY)), std::nullopt};
+    operand = Made(set->Hedge(hedge, number, modifyY));
   }
 
   void Combine(const IFuzzyStreamToken& item) {
@@ -183,15 +188,23 @@ class TExpressionEvaluator {
       result = isUnion ? b.Set.Get()->Union(a.Set.Get(), operation)
                        : b.Set.Get()->Intersection(a.Set.Get(), operation);
     }
-    FOperands.push_back({THeldSet(result), std::nullopt});
+    FOperands.push_back(Made(result));
     if (result) result->SetDefined(false);  // a form designer defines every set
+  }
+
+  /// A set that was made or changed on the way.
+  TOperand Made(const TSet& set, std::optional<TFzyFloat> number = std::nullopt) {
+    TOperand operand{THeldSet(set), number};
+    if (set) FCharacters += CharactersOfSet + set->GetName().size() + set->GetExpression().size();
+    if (FCharacters > MostCharacters)
+      FParser.ParseError(Method, SFzyExpressionTooLarge, {std::int64_t{MostCharacters}});
+    return operand;
   }
 
   /// Replaces a term of the variable by a copy, which may be changed and named.
   void MakeOwn(TOperand& operand) {
     const TSet set = operand.Set.Get();
-    if (set && set->GetDefined())
-      operand = {THeldSet(Model::CopySet(FParser, FVariable, set)), std::nullopt};
+    if (set && set->GetDefined()) operand = Made(Model::CopySet(FParser, FVariable, set));
   }
 
   /// Puts the set of one operand on the stack, or opens the text that it names.
@@ -238,14 +251,14 @@ class TExpressionEvaluator {
   TOperand NumberOf(const IFuzzyStreamToken& token) {
     const TFzyFloat number = token.GetNumber();
     const TString text = token.ToString();
-    TOperand operand{THeldSet(Model::AddSet(FVariable, text)), number};
+    TOperand operand = Made(Model::AddSet(FVariable, text), number);
     if (operand.Set.Get()) operand.Set.Get()->CreateTriangleFunctionValues(number, number, number);
     if (operand.Set.Get()) Model::NoteNumber(operand.Set.Get(), text);
     return operand;
   }
 
   TOperand GroupOf(const IFuzzyStreamToken& token) {
-    const THeldSet set(Model::AddSet(FVariable, token.ToString()));
+    const THeldSet set = Made(Model::AddSet(FVariable, token.ToString())).Set;
     const Ref<IFuzzyStreamTokenList> group = token.GetList();
     if (!group || group->GetValueCount() == 0) Refuse(token);
     const Ref<IFuzzyStreamToken> first = group->Get(0);
@@ -284,6 +297,7 @@ class TExpressionEvaluator {
   typename Model::THeldVariable FHeld;
   std::vector<TFrame> FFrames;
   std::vector<TOperand> FOperands;
+  std::size_t FCharacters = 0;
 };
 
 }  // namespace fzy::detail
