@@ -115,6 +115,15 @@ std::vector<TFuzzyVariable*> Model::Variables() const {
   return variables;
 }
 
+std::string Model::Text() {
+  TKelFuzzyLogicParser writer;
+  std::string text;
+  writer.SetFuzzyLogic(&FFuzzy);
+  for (const TFuzzyVariable* variable : *FFuzzy.GetItems())
+    text += writer.PrettyPrint(variable).Utf8() + '\n';
+  return text;
+}
+
 std::vector<TString> Model::Sets() const {
   std::vector<TString> sets;
   for (const TFuzzyVariable* variable : Variables())

@@ -29,6 +29,8 @@ class Model {
 
   /// Inputs first, ozone last.
   std::vector<fzy::TFuzzyVariable*> Variables() const;
+  /// The definition text of the model, as it reads back.
+  std::string Text();
   /// Every set of every variable, by name and points: the terms, unless an intermediate set was
   /// left behind.
   std::vector<fzy::TString> Sets() const;

@@ -21,6 +21,7 @@ struct Arguments {
   std::string Definition = "air_quality.fzy";
   std::string Data = "airquality.csv";
   std::string Picture = "air_quality.svg";
+  std::string Rewritten;
 };
 
 void Describe(CLI::App& app, Arguments& arguments) {
@@ -31,14 +32,18 @@ void Describe(CLI::App& app, Arguments& arguments) {
       ->capture_default_str();
   app.add_option("picture", arguments.Picture, "the picture to write, as SVG")
       ->capture_default_str();
+  app.add_option("--write", arguments.Rewritten,
+                 "a file to write the definition text to, made anew from the model");
 }
 
-/// @throws InputError when the picture would take the place of a file that is read
+/// @throws InputError when an output would take the place of a file that is read
 void ProtectInput(const Arguments& arguments) {
   for (const std::string& input : {arguments.Definition, arguments.Data}) {
-    std::error_code missing;
-    if (std::filesystem::equivalent(input, arguments.Picture, missing))
-      throw InputError(arguments.Picture, 0, "is read, so the picture needs another name");
+    for (const std::string& output : {arguments.Picture, arguments.Rewritten}) {
+      std::error_code missing;
+      if (std::filesystem::equivalent(input, output, missing))
+        throw InputError(output, 0, "is read, so the output needs another name");
+    }
   }
 }
 
@@ -46,7 +51,7 @@ void ProtectInput(const Arguments& arguments) {
 /// leaves no output behind either.
 void Run(const Arguments& arguments) {
   ProtectInput(arguments);
-  const Model model(arguments.Definition);
+  Model model(arguments.Definition);
   const std::vector<Day> days = ReadDays(arguments.Data);
   CheckRanges(model, days, arguments.Data);
 
@@ -61,6 +66,7 @@ void Run(const Arguments& arguments) {
   const Agreement agreement = Compare(days, inferences);
   const std::string report = ReportText(model, days, inferences, agreement);
   WriteFile(arguments.Picture, DrawPicture(model, days, inferences, ShortReport(model, agreement)));
+  if (!arguments.Rewritten.empty()) WriteFile(arguments.Rewritten, model.Text());
   std::cout << report << std::flush;
   if (!std::cout) throw InputError("standard output", 0, "cannot be written");
 }

@@ -142,6 +142,17 @@ class AirQuality(unittest.TestCase):
         dots = list(picture.iter("{http://www.w3.org/2000/svg}circle"))
         self.assertEqual(len(dots), 153 - 37 + 1)  # the measured days, and one in the legend
 
+    def test_rewritten_definition_gives_the_same(self):
+        changed_term = changed(DEFINITION, "(s 81 92)", "very [not warm and not mild]")
+        for definition in (DEFINITION, changed_term):
+            output = self.run_on(definition, DATA).stdout
+            self.run_with("d.fzy", "d.csv", "p.svg", "--write", "e.fzy")
+            rewritten = (self.folder / "e.fzy").read_text(encoding="utf-8")
+            self.assertNotEqual(rewritten, definition)
+            self.assertEqual(self.run_with("e.fzy", "d.csv").stdout, output)
+            self.run_with("e.fzy", "d.csv", "p.svg", "--write", "f.fzy")
+            self.assertEqual((self.folder / "f.fzy").read_text(encoding="utf-8"), rewritten)
+
     def test_missing_readings(self):
         data = DATA.partition("\n")[0] + "\r\nNA,NA,NA,NA,5,1\r\nNA,NA,14,95,5,3\r\n"
         output = self.run_on(DEFINITION, data).stdout
@@ -174,7 +185,7 @@ class AirQuality(unittest.TestCase):
     def test_help(self):
         result = self.run_with("--help")
         self.assertEqual((result.returncode, result.stderr), (0, ""))
-        for name in ("definition", "data", "picture"):
+        for name in ("definition", "data", "picture", "--write"):
             self.assertIn(name, result.stdout)
 
 
