@@ -1,0 +1,60 @@
+// Draws the terms of each variable of a definition text.
+
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+
+#include "Picture.h"
+#include "support/InputFile.h"
+#include "support/LineParser.h"
+
+namespace {
+
+/// Reads a definition text into the component and draws what it defines.
+/// @throws InputError
+std::string Draw(fzy::TFuzzyLogic& fuzzy, const std::string& file) {
+  support::LineParser parser;
+  parser.SetFuzzyLogic(&fuzzy);
+  fuzzy.SetParser(&parser);
+  fuzzy.SetAutoTerms(false);  // only what the text defines
+  std::vector<const fzy::TFuzzyVariable*> variables;
+  parser.SetOnParseFuzzyVariable([&](auto*, const fzy::TFuzzyVariable* variable) {
+    if (!(variable->GetMinimum() < variable->GetMaximum()))
+      throw fzy::EFzyException("The variable " + variable->GetName() + " has an empty range");
+    variables.push_back(variable);
+  });
+  try {
+    fuzzy.SetStrings(fzy::TString(support::ReadFile(file)));
+  } catch (const fzy::EFzyParseException& error) {
+    throw support::InputError(file, error.GetLineNumber(), error.what());
+  }
+  if (variables.empty()) throw support::InputError(file, 1, "There is no variable");
+  return DrawVariables(variables);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Draws the terms of each variable of a definition text.");
+  std::string definition;
+  std::string picture;
+  int points = 7;
+  std::vector<std::string> texts;
+  app.add_option("definition", definition, "the definition text")->required();
+  app.add_option("picture", picture, "the picture to write, as SVG")->required();
+  app.add_option("--points", points, "of a pi, s, z or beta")->check(CLI::Range(3, 1000));
+  app.add_option("--set", texts, "name=text: what ?name stands for")->allow_extra_args(false);
+  try {
+    app.parse(argc, argv);
+    fzy::TFuzzyLogic fuzzy;
+    fuzzy.SetNumFunctionValues(points);
+    for (const std::string& text : texts) fuzzy.GetVariables()->Add(fzy::TString(text));
+    support::WriteFile(picture, Draw(fuzzy, definition));
+    return 0;
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 2;
+  }
+}
