@@ -19,7 +19,7 @@ bool TStringList::Same(std::u16string_view left, std::u16string_view right) cons
 }
 
 void TStringList::AddObject(TString text, TObject* object) {
-  FLines.push_back({std::move(text), object});
+  FLines.push_back({std::move(text), object, u"\n"});
 }
 
 void TStringList::Delete(int index) {
@@ -31,12 +31,12 @@ void TStringList::Clear() { FLines.clear(); }
 
 TString TStringList::GetText() const {
   std::size_t length = 0;
-  for (const TLine& line : FLines) length += line.Text.size() + 1;
+  for (const TLine& line : FLines) length += line.Text.size() + 2;
   TString text;
   text.Reserve(length);
   for (const TLine& line : FLines) {
     text += line.Text;
-    text += u'\n';
+    text += line.End;
   }
   return text;
 }
@@ -47,7 +47,10 @@ void TStringList::SetText(const TString& text) {
   for (std::size_t start = 0; start < all.size();) {
     const std::size_t end = std::min(all.find_first_of(u"\r\n", start), all.size());
     Add(all.substr(start, end - start));
-    start = end + (all.substr(end, 2) == u"\r\n" ? 2 : 1);
+    const bool pair = all.substr(end, 2) == u"\r\n";
+    if (pair) FLines.back().End = u"\r\n";
+    if (!pair && all.substr(end, 1) == u"\r") FLines.back().End = u"\r";
+    start = end + (pair ? 2 : 1);
   }
 }
 

