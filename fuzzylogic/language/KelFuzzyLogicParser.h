@@ -120,13 +120,14 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   // Nobody is told of anything. A term takes about as long as to read it.
 
   /// The definition text of a variable, with those of its sets that are defined.
-  /// @throws EFzyException (`SFzyNameNotWritable`)
+  /// @throws EFzyException (`SFzyNameNotWritable`); EFzyParseException (`SFzyUndefinedVariable`)
+  ///   without a variable
   TString PrettyPrint(const TFuzzyVariable* fuzzyVariable) override;
   /// The definition text of a set: "(term name "comment" body)", or without a name (or with the
   /// name "__Empty") the body alone. A set that is no term of a variable is written without the
   /// check that it reads back: by its shape, or its expression unless that is its own name, or its
   /// points. Otherwise, what is shown of it: its name, or without one its expression.
-  /// @throws EFzyException (`SFzyNameNotWritable`)
+  /// @throws EFzyException (`SFzyNameNotWritable`, and `SFzySetMissing` without a set)
   TString PrettyPrint(const TFuzzySet* fuzzySet, bool asDefinition) override;
   /// Whether numbers are written with all their digits; false at first.
   bool GetFullPrecision() const noexcept { return FFullPrecision; }

@@ -45,6 +45,7 @@ class TVariableText {
 }  // namespace
 
 TString TKelFuzzyLogicParser::PrettyPrint(const TFuzzyVariable* fuzzyVariable) {
+  if (!fuzzyVariable) throw EFzyParseException(SFzyUndefinedVariable);
   const detail::TNumberStyle number{FFullPrecision};
   const TVariableText text(*fuzzyVariable, number);
   TString result = text.Head();
@@ -58,6 +59,7 @@ TString TKelFuzzyLogicParser::PrettyPrint(const TFuzzyVariable* fuzzyVariable) {
 }
 
 TString TKelFuzzyLogicParser::PrettyPrint(const TFuzzySet* fuzzySet, bool asDefinition) {
+  if (!fuzzySet) throw EFzyException(SFzySetMissing, {TString("PrettyPrint")});
   const detail::TSetContent set = detail::ContentOf(*fuzzySet);
   const bool nameless = set.Name.empty() || set.Name.View() == SEmptyFuzzy;
   if (!asDefinition) return nameless ? set.Expression : set.Name;

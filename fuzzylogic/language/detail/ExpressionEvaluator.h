@@ -36,10 +36,10 @@ class TExpressionEvaluator {
     OpenText(text, nullptr);
     return Run();
   }
-  /// Leaves the list in postfix order.
+  /// Leaves the list in postfix order. No list is an empty one.
   TSet EvalList(const Ref<IFuzzyStreamTokenList>& list) {
     FFrames.push_back({nullptr, nullptr, nullptr, 0, 0});
-    OpenList(list);
+    OpenList(list ? list : TFuzzyStreamTokenList::Create());
     return Run();
   }
   TSet EvalToken(const Ref<IFuzzyStreamToken>& token) {
@@ -94,7 +94,8 @@ class TExpressionEvaluator {
   void OpenList(const Ref<IFuzzyStreamTokenList>& list) {
     std::vector<TExpressionToken> infix;
     infix.reserve(static_cast<std::size_t>(list->GetValueCount()));
-    for (int i = 0; i < list->GetValueCount(); ++i) infix.emplace_back(list->Get(i));
+    for (int i = 0; i < list->GetValueCount(); ++i)
+      if (Ref<IFuzzyStreamToken> token = list->Get(i)) infix.emplace_back(std::move(token));
     const Ref<IInterfaceList> postfix = TInterfaceList::Create();
     try {
       for (const TExpressionToken& item : PostFix(infix, TExpressionRules()))
