@@ -1,5 +1,6 @@
 #include "fuzzylogic/common/NamedCollection.h"
 
+#include <compare>
 #include <utility>
 
 #include "fuzzylogic/framework/FirstException.h"
@@ -66,15 +67,26 @@ void TGCollectionItem::StoreName(TString& name, const TString& value) {
   list->FNames->insert(std::move(entry));
 }
 
+namespace {
+
+/// Shorter names come first: names of derived sets are long and begin alike.
+std::strong_ordering CompareNames(std::u16string_view left, std::u16string_view right) {
+  const auto order = left.size() <=> right.size();
+  return order != std::strong_ordering::equal ? order : left <=> right;
+}
+
+}  // namespace
+
 bool TGCollection::TByName::operator()(const TCollectionItem* left,
                                        const TCollectionItem* right) const {
-  const auto order = left->GetItemName() <=> right->GetItemName();
-  return order == 0 ? left->GetIndex() < right->GetIndex() : order < 0;
+  const auto order = CompareNames(left->GetItemName(), right->GetItemName());
+  return order == std::strong_ordering::equal ? left->GetIndex() < right->GetIndex()
+                                              : order == std::strong_ordering::less;
 }
 
 bool TGCollection::TByName::operator()(const TCollectionItem* left,
                                        std::u16string_view right) const {
-  return left->GetItemName().View() < right;
+  return CompareNames(left->GetItemName(), right) == std::strong_ordering::less;
 }
 
 int TGCollection::IndexOf(const TString& name) const {

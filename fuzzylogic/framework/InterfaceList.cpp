@@ -1,5 +1,7 @@
 #include "fuzzylogic/framework/InterfaceList.h"
 
+#include <typeinfo>
+
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/framework/Messages.h"
@@ -12,8 +14,9 @@ TInterfaceList::~TInterfaceList() {
   while (!doomed.empty()) {
     const Ref<IInterface> item = std::move(doomed.back());
     doomed.pop_back();
+    if (!item || typeid(*item) != typeid(TInterfaceList)) continue;
     auto* list = dynamic_cast<TInterfaceList*>(item.Get());
-    if (!list || !list->IsLastReference()) continue;
+    if (!list->IsLastReference()) continue;
     for (Ref<IInterface>& nested : list->FItems) doomed.push_back(std::move(nested));
     list->FItems.clear();
   }

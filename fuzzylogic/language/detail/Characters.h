@@ -25,15 +25,15 @@ constexpr bool IsPunctuation(int ch) {
          characters.find(static_cast<char16_t>(ch)) != std::u16string_view::npos;
 }
 
+// Not within the function, which would make it anew for every character.
+inline constexpr auto WordEnds = [] {
+  std::array<bool, 128> table{};
+  for (const char16_t end : std::u16string_view(u"[]()&;<\"|~")) table[end] = true;
+  return table;
+}();
+
 /// Ends a word and is read again, unless it is escaped.
-constexpr bool EndsWord(char16_t ch) {
-  constexpr auto ends = [] {
-    std::array<bool, 128> table{};
-    for (const char16_t end : std::u16string_view(u"[]()&;<\"|~")) table[end] = true;
-    return table;
-  }();
-  return ch < ends.size() && ends[ch];
-}
+constexpr bool EndsWord(char16_t ch) { return ch < WordEnds.size() && WordEnds[ch]; }
 
 /// The number that a word stands for, if any. A lone sign or point is none.
 inline std::optional<TFuzzyNumber> NumberOfWord(std::u16string_view word) {

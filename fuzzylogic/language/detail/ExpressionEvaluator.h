@@ -38,7 +38,7 @@ class TExpressionEvaluator {
   }
   /// Leaves the list in postfix order. No list is an empty one.
   TSet EvalList(const Ref<IFuzzyStreamTokenList>& list) {
-    FFrames.push_back({nullptr, nullptr, nullptr, 0, 0});
+    FFrames.emplace_back();
     OpenList(list ? list : TFuzzyStreamTokenList::Create());
     return Run();
   }
@@ -62,8 +62,8 @@ class TExpressionEvaluator {
     std::unique_ptr<TStreamFrame> Stream;  // of a text
     Ref<IFuzzyStreamToken> Name;           // the ?name whose value this is
     Ref<IFuzzyStreamTokenList> List;       // in postfix order
-    int Next;                              // the token that comes next
-    std::size_t Base;                      // the operands below belong to frames outside
+    int Next = 0;                          // the token that comes next
+    std::size_t Base = 0;                  // the operands below belong to frames outside
   };
 
   static constexpr const char* Method = "EvalFuzzyExpression";
@@ -86,8 +86,7 @@ class TExpressionEvaluator {
   }
 
   void OpenText(const TString& text, const Ref<IFuzzyStreamToken>& name) {
-    FFrames.push_back(
-        {std::make_unique<TStreamFrame>(FParser, text, nullptr), name, nullptr, 0, 0});
+    FFrames.push_back({std::make_unique<TStreamFrame>(FParser, text, nullptr), name, nullptr});
     OpenList(FParser.ParseTokenList());
   }
 

@@ -46,7 +46,8 @@ std::vector<TString> PICalls(const TSetContent& set, TNumberStyle number) {
   // An even number of points leaves the center out. It lies as many steps behind the first point as
   // half of them.
   if (set.Points.size() > 1) {
-    const auto steps = static_cast<TFzyFloat>(set.Points.size() / 2);
+    const std::size_t half = set.Points.size() / 2;
+    const auto steps = static_cast<TFzyFloat>(half);
     calls.push_back(Call(u"pi", {first, last, first + (set.Points[1].X - first) * steps}, number));
   }
   return calls;
