@@ -4,6 +4,7 @@
 #include <map>
 
 #include "InputFile.h"
+#include "support/LineParser.h"
 
 namespace air_quality {
 namespace {
@@ -27,23 +28,6 @@ void Configure(TFuzzyLogic& fuzzy) {
   fuzzy.SetInferenceMethod(fimAdditive);
   fuzzy.SetDefuzzificationMethod(dmCenterOfGravity);
 }
-
-/// Gives every error its line: one of a set or a variable, which knows nothing of the text that it
-/// is made from, becomes one of the text.
-class LineParser final : public TKelFuzzyLogicParser {
- public:
-  using TKelFuzzyLogicParser::ParseFuzzyVariable;
-
-  TFuzzyVariable* ParseFuzzyVariable() override {
-    try {
-      return TKelFuzzyLogicParser::ParseFuzzyVariable();
-    } catch (const EFzyParseException&) {
-      throw;
-    } catch (const EFzyException& error) {
-      throw EFzyParseException(error.GetMessage(), GetLineNumber());
-    }
-  }
-};
 
 }  // namespace
 
@@ -91,7 +75,7 @@ class Model::Reading {
 
   const std::string& FFile;
   TFuzzyLogic& FFuzzy;
-  LineParser FParser;
+  support::LineParser FParser;
   std::map<const TFuzzyVariable*, int> FEnds;
   int FLastLine = 0;
 };
