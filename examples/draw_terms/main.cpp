@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr int Faulty = 2;  // the exit status for everything that the user can put right
+
 /// Reads a definition text into the component and draws what it defines.
 /// @throws InputError
 std::string Draw(fzy::TFuzzyLogic& fuzzy, const std::string& file) {
@@ -32,9 +34,8 @@ std::string Draw(fzy::TFuzzyLogic& fuzzy, const std::string& file) {
   return DrawVariables(variables);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+/// The exit status.
+int Start(int argc, char** argv) {
   CLI::App app("Draws the terms of each variable of a definition text.");
   std::string definition;
   std::string picture;
@@ -46,15 +47,23 @@ int main(int argc, char** argv) {
   app.add_option("--set", texts, "name=text: what ?name stands for")->allow_extra_args(false);
   try {
     app.parse(argc, argv);
-    fzy::TFuzzyLogic fuzzy;
-    fuzzy.SetNumFunctionValues(points);
-    for (const std::string& text : texts) fuzzy.GetVariables()->Add(fzy::TString(text));
-    support::WriteFile(picture, Draw(fuzzy, definition));
-    return 0;
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 2;
+    return app.exit(error) == 0 ? 0 : Faulty;
+  }
+  fzy::TFuzzyLogic fuzzy;
+  fuzzy.SetNumFunctionValues(points);
+  for (const std::string& text : texts) fuzzy.GetVariables()->Add(fzy::TString(text));
+  support::WriteFile(picture, Draw(fuzzy, definition));
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Start(argc, argv);
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';
-    return 2;
+    return Faulty;
   }
 }

@@ -14,7 +14,8 @@ TInterfaceList::~TInterfaceList() {
   while (!doomed.empty()) {
     const Ref<IInterface> item = std::move(doomed.back());
     doomed.pop_back();
-    if (!item || typeid(*item) != typeid(TInterfaceList)) continue;
+    const IInterface* object = item.Get();
+    if (!object || typeid(*object) != typeid(TInterfaceList)) continue;  // as nearly all are
     auto* list = dynamic_cast<TInterfaceList*>(item.Get());
     if (!list->IsLastReference()) continue;
     for (Ref<IInterface>& nested : list->FItems) doomed.push_back(std::move(nested));
