@@ -117,7 +117,7 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   // begins with a blank, a "?" or one of ( ) [ ] = & | ~ " ; or that reads as a number, and for a
   // term a reserved word.
   //
-  // Nobody is told of anything. A term takes about as long as to read it.
+  // Nobody is told of anything. A term takes up to three times as long as to read it.
 
   /// The definition text of a variable, with those of its sets that are defined.
   /// @throws EFzyException (`SFzyNameNotWritable`); EFzyParseException (`SFzyUndefinedVariable`)
