@@ -18,24 +18,18 @@ class TPair {
       : FList(list), FSet(set), FPlain(std::move(plain)) {}
 
   void Operate(TRandom& random) {
-    const int count = FPlain.Count();
-    const int index = count > 0 ? random.Below(count) : -1;
-    const double x = RandomX(random);
-    const double y = random.OneIn(10) ? -0.2 : RandomY(random);
+    const int count = FPlain.Count(), more = count + random.Below(6) - 1;
+    const double x = RandomX(random), y = random.OneIn(10) ? -0.2 : RandomY(random);
     const int operation = random.Below(20);
-    if (operation < 3) {
-      const int id = FPlain.Add(x, y);
-      Follow(id, FList.Add(x, y));
-    } else if (operation == 3) {
-      const int id = FPlain.Add();
-      Follow(id, FList.Add());
-    } else if (operation < 6) {
-      Toggle();
-    } else if (operation < 14) {
-      if (index >= 0) OperateOnPoint(operation, index, random.Below(count), x, y);
-    } else {
-      OperateOnAll(operation, random);
-    }
+    if (operation < 3) return Follow(FPlain.Add(x, y), FList.Add(x, y));
+    if (operation == 3) return Follow(FPlain.Add(), FList.Add());
+    if (operation < 6) return Toggle();
+    if (operation == 6) return Both([](auto& list) { list.Sort(); });
+    if (operation == 7) return Both([](auto& list) { list.RemoveDuplicates(); });
+    if (operation == 8) return Both([more](auto& list) { list.Expand(more); });
+    if (operation == 9) return Both([more](auto& list) { list.ExpandSimple(more); });
+    if (operation == 10) return TakeOver(RandomCurve(random, true), random.OneIn(2));
+    if (count > 0) OperateOnPoint(operation, random.Below(count), random.Below(count), x, y);
   }
 
   void Toggle() {
@@ -48,8 +42,7 @@ class TPair {
     const TPoints points = FPlain.Points();
     ASSERT_TRUE(SameBits(FList.Points(), points));
     ASSERT_EQ(FSet ? FSet->Told : "", FPlain.Told);
-    ASSERT_EQ(FList.IsAscending(), std::is_sorted(points.begin(), points.end(),
-                                                  [](auto& a, auto& b) { return a.X < b.X; }));
+    ASSERT_EQ(FList.IsAscending(), std::ranges::is_sorted(points, {}, &TFuzzyPoint::X));
     std::erase_if(FHeld, [this](const auto& held) {
       const int index = FPlain.IndexOf(held.first);
       const TFuzzySetValue* value = held.second.first;
@@ -74,43 +67,32 @@ class TPair {
     if (value) FHeld.try_emplace(id, value, TPin(value));
   }
 
+  void TakeOver(const TPoints& points, bool assign) {
+    TFuzzySetValues source;
+    TUpdateBlock block(source);  // never normalized: any points can be handed over
+    for (const TFuzzyPoint& point : points) source.Add(point.X, point.Y);
+    assign ? FPlain.Assign(points) : FPlain.Append(points);
+    assign ? FList.Assign(&source) : FList.Append(&source);
+  }
+
   void OperateOnPoint(int operation, int index, int to, double x, double y) {
-    if (operation == 6) {
-      const int id = FPlain.Insert(index);
-      return Follow(id, FList.Insert(index));
-    }
-    if (operation == 7) return Both([index](auto& list) { list.Delete(index); });
-    const int id = FPlain.IdAt(index);
+    if (operation == 11) return Follow(FPlain.Insert(index), FList.Insert(index));
+    if (operation == 12) return Both([index](auto& list) { list.Delete(index); });
+    const int id = FPlain.At(index).Id;
     TFuzzySetValue* value = FList[index];
     Follow(id, value);
-    if (operation == 8) {
+    if (operation == 13) {
       FPlain.Move(index, to);
       value->SetIndex(to);
-    } else if (operation < 11) {
+    } else if (operation < 16) {
       FPlain.SetX(id, x);
       value->SetX(x);
-    } else if (operation < 13) {
+    } else if (operation < 18) {
       FPlain.SetY(id, y);
       value->SetY(y);
     } else {
       FPlain.SetValue(id, x, y);
       value->SetValue(x, y);
-    }
-  }
-
-  void OperateOnAll(int operation, TRandom& random) {
-    const int count = FPlain.Count() + random.Below(6) - 1;
-    if (operation == 14) return Both([](auto& list) { list.Sort(); });
-    if (operation == 15) return Both([](auto& list) { list.RemoveDuplicates(); });
-    if (operation == 16) return Both([count](auto& list) { list.Expand(count); });
-    if (operation == 17) return Both([count](auto& list) { list.ExpandSimple(count); });
-    if (random.OneIn(3)) {
-      const TPoints points = RandomCurve(random, true);
-      TFuzzySetValues source;
-      TUpdateBlock block(source);  // never normalized: any points can be handed over
-      for (const TFuzzyPoint& point : points) source.Add(point.X, point.Y);
-      operation == 18 ? FPlain.Append(points) : FPlain.Assign(points);
-      operation == 18 ? FList.Append(&source) : FList.Assign(&source);
     }
   }
 
@@ -125,16 +107,15 @@ TEST(ListProperty, FollowsItsPlainTwinThroughAnyOperations) {
   TRandom random;
   SCOPED_TRACE(random.Trace());
   const auto variable = MakeVariable(0.5, 4);
+  const TPlainList plain[] = {TPlainList(0.5, 4), TPlainList(-2147483647.0, 2147483647.0),
+                              TPlainList()};
   for (int round = 0; round < 4500; ++round) {
     TFuzzySetValues alone;
-    const bool free = round % 3 == 2;  // else in a set, with a range or without
+    const int kind = round % 3;  // in a set with a range, in one without, or free
     const TOwned<TFuzzySet> owner(
-        TFuzzySet::Create(round % 3 == 0 ? variable->GetItems() : nullptr, TTellingSet::Class()));
-    auto* set = free ? nullptr : static_cast<TTellingSet*>(owner.Get());
-    TPair pair(free ? alone : *owner->GetValues(), set,
-               free             ? TPlainList()
-               : round % 3 == 0 ? TPlainList(0.5, 4)
-                                : TPlainList(-2147483647.0, 2147483647.0));
+        TFuzzySet::Create(kind == 0 ? variable->GetItems() : nullptr, TTellingSet::Class()));
+    auto* set = kind == 2 ? nullptr : static_cast<TTellingSet*>(owner.Get());
+    TPair pair(set ? *owner->GetValues() : alone, set, plain[kind]);
     for (int step = 0; step < 61; ++step) {
       SCOPED_TRACE("round " + std::to_string(round) + ", step " + std::to_string(step));
       if (step < 60)
@@ -160,8 +141,8 @@ TEST(ListProperty, SortsThinsAndResamplesLikeItsPlainTwin) {
     for (std::size_t i = points.size(); i > 1 && round % 4 == 3; --i)
       std::swap(points[i - 1], points[random.Bits() % i]);
     TFuzzySetValues list;
-    Fill(list, points);
     TPlainList plain;
+    Fill(list, points);
     plain.BeginUpdate();
     for (const TFuzzyPoint& point : points) plain.Add(point.X, point.Y);
     plain.EndUpdate();

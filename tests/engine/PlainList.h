@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
 #include <utility>
 
@@ -14,33 +15,30 @@ namespace fzy::test {
 /// the owning set hears: 'p' for a point, 'l' for the list.
 class TPlainList {
  public:
-  /// A list with an owning set that has this range.
-  TPlainList(double minimum, double maximum)
-      : FMinimum(minimum), FMaximum(maximum), FHasSet(true) {}
-  /// A free list.
-  TPlainList() = default;
+  struct TItem : TFuzzyPoint {
+    int Id;
+  };
 
-  std::vector<std::pair<int, TFuzzyPoint>> Items;  // each with its number
+  /// A list with an owning set that has this range; without a range, a free list.
+  explicit TPlainList(double minimum = -std::numeric_limits<double>::infinity(),
+                      double maximum = std::numeric_limits<double>::infinity())
+      : FMinimum(minimum), FMaximum(maximum), FHasSet(std::isfinite(minimum)) {}
+
+  std::vector<TItem> Items;
   std::string Told;
 
   int Count() const { return static_cast<int>(Items.size()); }
-  TFuzzyPoint& At(int index) { return Items.at(static_cast<std::size_t>(index)).second; }
-  int IdAt(int index) const { return Items.at(static_cast<std::size_t>(index)).first; }
+  TItem& At(int index) { return Items.at(static_cast<std::size_t>(index)); }
   int IndexOf(int id) const {
-    for (int i = 0; i < Count(); ++i)
-      if (IdAt(i) == id) return i;
-    return -1;
+    const auto found = std::ranges::find(Items, id, &TItem::Id);
+    return found == Items.end() ? -1 : static_cast<int>(found - Items.begin());
   }
-  TPoints Points() const {
-    TPoints points;
-    for (const auto& item : Items) points.push_back(item.second);
-    return points;
-  }
+  TPoints Points() const { return {Items.begin(), Items.end()}; }
 
   int Add() {
-    Items.push_back({++FLastId, {Items.empty() ? 0 : Items.back().second.X + 1.0, 0}});
-    const int id = FLastId;
-    if (FBlocks == 0) Update(-1);
+    const int id = ++FLastId;
+    Items.push_back({{Items.empty() ? 0 : Items.back().X + 1.0, 0}, id});
+    Changed();
     return id;
   }
   int Add(double x, double y) {
@@ -56,52 +54,44 @@ class TPlainList {
   }
   void Delete(int index) {
     Items.erase(Items.begin() + index);
-    if (FBlocks == 0) Update(-1);
+    Changed();
   }
   void Move(int from, int to) {
     if (from == to) return;
-    const auto item = Items.at(static_cast<std::size_t>(from));
+    const TItem item = At(from);
     Items.erase(Items.begin() + from);
     Items.insert(Items.begin() + to, item);
-    if (FBlocks == 0) Update(-1);
-  }
-  void Clear() {
-    if (!std::exchange(Items, {}).empty() && FBlocks == 0) Update(-1);
+    Changed();
   }
   void Assign(const TPoints& points) {
     BeginUpdate();
-    Clear();
+    Items.clear();
     Append(points);
     EndUpdate();
   }
   void Append(const TPoints& points) {
-    for (const TFuzzyPoint& point : points) {
-      const int id = Add();
-      SetValue(id, point.X, point.Y);
-    }
+    for (const TFuzzyPoint& point : points) SetValue(Add(), point.X, point.Y);
   }
 
   void BeginUpdate() { ++FBlocks; }
   void EndUpdate() {
-    if (--FBlocks == 0) Update(-1);
+    --FBlocks;
+    Changed();
   }
 
   // Setters leave a point alone that its own change has taken away.
 
   void SetX(int id, double x) {
-    if (IndexOf(id) < 0 || x == At(IndexOf(id)).X) return;
-    At(IndexOf(id)).X = Clamped(x);
-    Tell(id, true, false);
+    const int i = IndexOf(id);
+    if (i >= 0 && x != At(i).X) Change(id, {Clamped(x), At(i).Y}, true, false);
   }
   void SetY(int id, double y) {
-    if (IndexOf(id) < 0 || y == At(IndexOf(id)).Y) return;
-    At(IndexOf(id)).Y = y < 0 ? 0 : y;
-    Tell(id, false, true);
+    const int i = IndexOf(id);
+    if (i >= 0 && y != At(i).Y) Change(id, {At(i).X, std::max(y, 0.0)}, false, true);
   }
   void SetValue(int id, double x, double y) {
     if (IndexOf(id) < 0) return;
-    At(IndexOf(id)) = {Clamped(x), FHasSet && y < 0 ? 0 : y};
-    Tell(id, true, true);
+    Change(id, {Clamped(x), FHasSet ? std::max(y, 0.0) : y}, true, true);
   }
 
   void Sort() {
@@ -117,16 +107,10 @@ class TPlainList {
   void RemoveDuplicates() {
     if (FDuplicatesRemoved) return;
     BeginUpdate();
-    int i = 1;
-    int run = 0;
-    while (i < Count()) {
+    for (int i = 1, run = 0; i < Count(); run %= 4) {
       const bool same = Same(At(i), At(i - 1));
       if (!same) run = Close(At(i).X, At(i - 1).X) ? run + 1 : 0;
-      if (same || run == 4)
-        Delete(i);
-      else
-        ++i;
-      if (run == 4) run = 0;
+      same || run == 4 ? Delete(i) : static_cast<void>(++i);
     }
     FDuplicatesRemoved = true;
     EndUpdate();
@@ -134,34 +118,27 @@ class TPlainList {
 
   void Expand(int newCount) {
     if (newCount < 2 || Count() >= newCount) return;
-    int missing = newCount - Count();
-    int gaps = 0;
-    for (int i = 0; i + 1 < Count(); ++i)
-      if (IsGap(i)) ++gaps;
+    const auto isGap = [this](int i) { return At(i + 1).X - Tolerance > At(i).X; };
+    int missing = newCount - Count(), gaps = 0;
+    for (int i = 0; i + 1 < Count(); ++i) gaps += isGap(i) ? 1 : 0;
     BeginUpdate();
-    for (int i = 0; i < Count() - 1; ++i) {
-      if (!IsGap(i)) continue;
-      const int n = static_cast<int>(std::ceil(double(missing) / double(gaps)));
+    for (int i = 0; i + 1 < Count(); ++i) {
+      if (!isGap(i)) continue;
+      const int n = static_cast<int>(std::ceil(double(missing) / double(gaps--)));
       const double step = (At(i + 1).X - At(i).X) / (n + 1);
-      --gaps;
-      for (int k = 0; k < n; ++k) {
-        --missing;
-        AddAt(At(i).X + step, i + 1);
-        ++i;
-      }
+      missing -= n;
+      for (const int end = i + n; i < end; ++i) AddAt(At(i).X + step, i + 1);
     }
     EndUpdate();
   }
 
   void ExpandSimple(int newCount) {
-    if (newCount < 2 || Count() >= newCount) return;
-    if (Count() < 2 || At(Count() - 1).X <= At(0).X) return;  // no span to spread over
     const int missing = newCount - Count();
+    if (missing <= 0 || Count() < 2 || At(Count() - 1).X <= At(0).X) return;  // no span
     const double step = (At(Count() - 1).X - At(0).X) / (missing + 1);
     double x = At(0).X;
-    int i = 0;
     BeginUpdate();
-    for (int k = 0; k < missing; ++k) {
+    for (int k = 0, i = 0; k < missing; ++k) {
       x += step;
       while (i < Count() - 1 && x > At(i).X) ++i;
       while (i < Count() - 1 && Close(At(i).X, x)) ++i;
@@ -172,9 +149,7 @@ class TPlainList {
 
   /// Thins flat runs, inside the caller's block.
   void RemoveFlatPoints() {
-    int i = 1;
-    int run = 1;
-    while (i < Count()) {
+    for (int i = 1, run = 1; i < Count();) {
       run = Close(At(i - 1).Y, At(i).Y) ? run + 1 : 0;
       run < 2 ? static_cast<void>(++i) : Delete(i - 1);
     }
@@ -182,12 +157,7 @@ class TPlainList {
   }
 
  private:
-  bool IsGap(int i) { return At(i + 1).X - Tolerance > At(i).X; }
-
-  double Clamped(double x) const {
-    if (!FHasSet) return x;
-    return x < FMinimum ? FMinimum : x > FMaximum ? FMaximum : x;
-  }
+  double Clamped(double x) const { return std::clamp(x, FMinimum, FMaximum); }
 
   void AddAt(double x, int index) {
     const int id = Add();
@@ -196,96 +166,76 @@ class TPlainList {
     SetY(id, PlainY(At(index - 1), At(index + 1), At(index).X));
   }
 
-  void Update(int id) {
+  void Changed() {
+    if (FBlocks == 0) Update('l');
+  }
+
+  void Update(char what) {
     if (Count() < 2) FSorted = FDuplicatesRemoved = true;
-    if (id < 0 && !(FSorted && FDuplicatesRemoved)) {
+    if (what == 'l' && !(FSorted && FDuplicatesRemoved)) {
       BeginUpdate();
       Sort();
       RemoveDuplicates();
       EndUpdate();
     }
-    if (FHasSet) Told += id < 0 ? 'l' : 'p';
+    if (FHasSet) Told += what;
   }
 
-  void Tell(int id, bool xChanged, bool yChanged) {
-    UpdateValue(id, xChanged, yChanged);
-    if (FBlocks == 0 && IndexOf(id) >= 0) Update(id);
-  }
-
-  void UpdateValue(int id, bool xChanged, bool yChanged) {
-    const int index = IndexOf(id);
-    if (FSorted && xChanged && Count() > 1) {
-      const double x = At(index).X;
-      const double prev = index > 0 ? At(index - 1).X : x;
-      const double next = index + 1 < Count() ? At(index + 1).X : x;
-      FSorted = x >= prev - Tolerance && next + Tolerance >= x;
-    }
+  void Change(int id, TFuzzyPoint point, bool xChanged, bool yChanged) {
+    const int i = IndexOf(id);
+    static_cast<TFuzzyPoint&>(At(i)) = point;
+    const bool first = i == 0, last = i + 1 == Count();
+    if (xChanged)
+      FSorted = FSorted && (first || point.X >= At(i - 1).X - Tolerance) &&
+                (last || At(i + 1).X + Tolerance >= point.X);
     FDuplicatesRemoved = FDuplicatesRemoved && FSorted;
-    if (FDuplicatesRemoved && yChanged && Count() > 1) {
-      if (index > 0 && Same(At(index), At(index - 1))) FDuplicatesRemoved = false;
-      if (index + 1 < Count() && Same(At(index), At(index + 1))) FDuplicatesRemoved = false;
-    }
+    if (yChanged)
+      FDuplicatesRemoved = FDuplicatesRemoved && (first || !Same(point, At(i - 1))) &&
+                           (last || !Same(point, At(i + 1)));
     if (FBlocks > 0) return;
     Sort();
-    if (Count() < 2 || IndexOf(id) < 0) return;
     if (xChanged) TrimSameX(id);
-    if (Count() < 2 || IndexOf(id) < 0) return;
     CleanGroup(id);
+    if (IndexOf(id) >= 0) Update('p');
   }
 
   void TrimSameX(int id) {
+    if (Count() < 2 || IndexOf(id) < 0) return;
     const int own = IndexOf(id);
     const double x = At(own).X;
-    int count = 0;
-    int place = 0;
-    int second = -1;
-    for (int i = 0; i < Count(); ++i) {
-      if (i != own) {
-        if (At(i).X > x + Tolerance) break;
-        if (Close(At(i).X, x)) {
-          if (++count == 3) break;
-          if (count == 2) second = i;
-        }
-      }
-      place = i;
+    int others = 0, place = 0, second = -1;
+    for (int i = 0; i < Count(); place = i++) {
+      if (i == own) continue;
+      if (At(i).X > x + Tolerance || (Close(At(i).X, x) && ++others == 3)) break;
+      if (others == 2 && second < 0) second = i;
     }
     // The changed point survives its own update: where it stands last before the third of the
     // others, the second of the others gives way in its stead.
-    if (count == 3) Delete(place == own ? second : place);
+    if (others == 3) Delete(place == own ? second : place);
     if (IndexOf(id) >= 0) Move(IndexOf(id), std::min(place, Count() - 1));
   }
 
-  int GroupStart(int id) {
-    int start = IndexOf(id);
-    while (start > 0 && Close(At(start - 1).X, At(IndexOf(id)).X)) --start;
-    return start;
-  }
-
   void CleanGroup(int id) {
+    if (Count() < 2 || IndexOf(id) < 0) return;
     const double x = At(IndexOf(id)).X;
-    int i = GroupStart(id) + 1;
-    while (i < Count() && Close(At(i).X, x)) {
-      if (!Same(At(i), At(i - 1)))
-        ++i;
-      else
-        Delete(IndexOf(id) == i - 1 ? i : i - 1);
+    const auto inGroup = [&](int i) { return i >= 0 && i < Count() && Close(At(i).X, x); };
+    int start = IndexOf(id);
+    while (inGroup(start - 1)) --start;
+    for (int i = start + 1; inGroup(i);) {
+      const bool same = Same(At(i), At(i - 1));
+      same ? Delete(IndexOf(id) == i - 1 ? i : i - 1) : static_cast<void>(++i);
       if (IndexOf(id) < 0) return;  // the deletion's own update may have taken it as well
     }
-    const int start = GroupStart(id);
+    for (start = IndexOf(id); inGroup(start - 1);) --start;
     int end = start;
-    while (end < Count() && Close(At(end).X, x)) ++end;
-    if (end - start <= 3) return;
+    while (inGroup(end)) ++end;
     const int own = IndexOf(id);
-    Delete(own > start ? own - 1 : own + 1);
+    if (end - start > 3) Delete(own > start ? own - 1 : own + 1);
   }
 
-  double FMinimum = 0;
-  double FMaximum = 0;
-  bool FHasSet = false;
-  bool FSorted = true;
-  bool FDuplicatesRemoved = true;
-  int FBlocks = 0;
-  int FLastId = 0;
+  double FMinimum, FMaximum;
+  bool FHasSet, FSorted = true, FDuplicatesRemoved = true;
+  int FBlocks = 0, FLastId = 0;
 };
 
 }  // namespace fzy::test
