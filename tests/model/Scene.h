@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "fuzzylogic/framework/Collection.h"
+#include "fuzzylogic/language/KelFuzzyLogicParser.h"
 #include "fuzzylogic/model/FuzzyLogic.h"
 #include "tests/support/Refusal.h"
 
@@ -90,8 +91,7 @@ class TEventRecorder {
   }
 
   TFuzzyLogic* FFuzzy;
-  std::string FLog;
-  std::string FLast;
+  std::string FLog, FLast;
   int FTimes = 0;
 };
 
@@ -120,36 +120,21 @@ struct TScene {
   TFuzzySet *Cold, *Hot, *X;
 };
 
-/// A parser whose language is one line a variable, "speed slow fast". Like a real one it has a link
-/// of its own to the component that it parses into, cleared when that component goes.
-class TTestParser final : public TFuzzyTextParser {
+/// A parser whose language is one line a variable, "speed slow fast", with the link of the real one
+/// to the component that it parses into.
+class TTestParser final : public TKelFuzzyLogicParser {
  public:
-  using TFuzzyTextParser::TFuzzyTextParser;
-  ~TTestParser() override { SetFuzzyLogic(nullptr); }
-  TString ClassName() const override { return "TTestParser"; }
-
-  TFuzzyLogic* GetFuzzyLogic() const { return FFuzzyLogic; }
-  void SetFuzzyLogic(TFuzzyLogic* value) {
-    if (value == FFuzzyLogic) return;
-    if (FFuzzyLogic) FFuzzyLogic->RemoveFreeNotification(this);
-    FFuzzyLogic = value;
-    if (FFuzzyLogic) FFuzzyLogic->FreeNotification(this);
-  }
-  void Notification(TComponent* component, TOperation operation) override {
-    TFuzzyTextParser::Notification(component, operation);
-    if (operation == opRemove && component == FFuzzyLogic) SetFuzzyLogic(nullptr);
-  }
-
   void Parse(const TString& text, const TEncoding* encoding) override {
     const TPin self(this);
     Texts += text.Utf8() + (encoding ? " encoded;" : ";");
     if (OnParse) OnParse();
     std::istringstream lines(text.Utf8());
-    for (std::string line; FFuzzyLogic && std::getline(lines, line);) {
+    for (std::string line; GetFuzzyLogic() && std::getline(lines, line);) {
       std::istringstream words(line);
       std::string word;
       words >> word;
-      TFuzzyVariable* variable = FFuzzyLogic->GetItems()->Add(word);
+      auto* fuzzy = static_cast<TFuzzyLogic*>(GetFuzzyLogic());
+      TFuzzyVariable* variable = fuzzy->GetItems()->Add(word);
       const TPin pinned(variable);
       while (variable && !variable->IsFreed() && words >> word) variable->GetItems()->Add(word);
     }
@@ -167,11 +152,7 @@ class TTestParser final : public TFuzzyTextParser {
   }
 
   std::string Texts;  ///< what was parsed, each closed by a semicolon
-  std::function<void()> OnParse;
-  std::function<void()> OnPrint;
-
- private:
-  TFuzzyLogic* FFuzzyLogic = nullptr;
+  std::function<void()> OnParse, OnPrint;
 };
 
 }  // namespace fzy::test
