@@ -7,7 +7,7 @@
 #include "tests/engine/PlainList.h"
 #include "tests/engine/Sets.h"
 
-// Membership, walks, combinations and shapes against plain scans, to the last bit; and what is
+// Membership, walks and combinations against plain scans, to the last bit; and what is
 // asked of sets a thousand times a second must not allocate.
 
 namespace {
@@ -179,60 +179,6 @@ TEST_F(CurveProperty, CombinationsAreThePlainOnes) {
           return false;
         }));
     ASSERT_TRUE(SameBits(own->GetValues()->Points(), plain));
-  }
-}
-
-// Shapes write many points at once, onto what is there.
-
-void PlainCurveShape(TPlainList& list, int num, double left, double right, bool growth) {
-  num = std::max(num, 3);
-  const double w = right - left;
-  const double step = w / (num - 1);
-  double x = left;
-  list.BeginUpdate();
-  for (int i = 0; i < num; ++i, x += step) {
-    double y = 1;
-    if (x <= left)
-      y = 0;
-    else if (x <= (left + right) / 2)
-      y = 2 * ((x - left) / w * ((x - left) / w));
-    else if (x <= right)
-      y = 1 - 2 * ((x - right) / w * ((x - right) / w));
-    list.Add(x, growth ? y : 1 - y);
-  }
-  list.EndUpdate();
-}
-
-TEST_F(CurveProperty, ShapesJoinThePointsThere) {
-  for (int round = 0; round < 3000; ++round) {
-    FillRandomly(*B, Random);
-    TPlainList plain(Minimum, Maximum);
-    plain.Assign(PointsOf(*B));
-    A->SetValues(B->GetValues());
-    ASSERT_TRUE(SameBits(A->GetValues()->Points(), plain.Points()));
-    const double left = RandomX(Random) - 5;
-    const double right = left + (Random.OneIn(4) ? 0 : RandomX(Random) + 0.001);
-    const double center = left + Random.Unit() * (right - left);
-    const int num = Random.Below(12);
-    const int shape = Random.Below(3);
-    plain.BeginUpdate();
-    if (shape == 0) {
-      A->CreateTriangleFunctionValues(left, center, right);
-      plain.Add(left, 0);
-      plain.Add(center, 1);
-      plain.Add(right, 0);
-    } else if (shape == 1) {
-      A->CreateCurveValues(num, left, right, center, num % 2 == 0);
-      PlainCurveShape(plain, num, left, right, num % 2 == 0);
-    } else {
-      A->CreatePIFunctionValues(num, left, right, center);
-      PlainCurveShape(plain, num / 2 + 1, left, center, true);
-      if (num % 2 == 0) plain.Delete(plain.Count() - 1);
-      PlainCurveShape(plain, num / 2 + 1, center, right, false);
-      if (plain.Count() > num) plain.Delete(num / 2);
-    }
-    plain.EndUpdate();
-    ASSERT_TRUE(SameBits(A->GetValues()->Points(), plain.Points())) << "round " << round;
   }
 }
 
