@@ -53,32 +53,26 @@ struct TMoment {
   std::vector<TOwned<TFuzzyVariable>>& Taken;  // out of the component: nobody else frees them
 };
 
+// clang-format off
 const std::pair<const char*, void (*)(const TMoment&)> Deeds[] = {
     {"throws", [](const TMoment&) { throw std::runtime_error("refused"); }},
     {"frees the set", [](const TMoment& m) { m.Set ? m.Set->Free() : void(); }},
     {"frees the variable", [](const TMoment& m) { m.Variable ? m.Variable->Free() : void(); }},
     {"frees the model", [](const TMoment& m) { m.Fuzzy->GetItems()->Clear(); }},
-    {"takes the variable out",
-     [](const TMoment& m) {
-       if (!m.Variable) return;
-       m.Taken.emplace_back(m.Variable);
-       m.Variable->SetCollection(nullptr);
-     }},
+    {"takes the variable out", [](const TMoment& m) {
+       if (m.Variable) { m.Taken.emplace_back(m.Variable); m.Variable->SetCollection(nullptr); } }},
     {"frees the component", [](const TMoment& m) { std::exchange(m.Fuzzy, nullptr)->Free(); }},
     {"frees the parser", [](const TMoment& m) { std::exchange(m.Parser, nullptr)->Free(); }},
     {"unlinks the component", [](const TMoment& m) { m.Parser->SetFuzzyLogic(nullptr); }},
     {"parses", [](const TMoment& m) { m.Parser->Parse("(deffuzzy n (units u))", nullptr); }},
     {"parses in vain", [](const TMoment& m) { m.Parser->Parse("(deffuzzy n \"", nullptr); }},
     {"assigns the text", [](const TMoment& m) { m.Fuzzy->SetStrings("(deffuzzy n)"); }},
-    {"reads a term",
-     [](const TMoment& m) {
-       if (m.Variable) m.Parser->ParseFuzzySet(m.Variable, "(term n (z 0 1))", nullptr);
-     }},
-    {"switches automatic terms",
-     [](const TMoment& m) { m.Fuzzy->SetAutoTerms(!m.Fuzzy->GetAutoTerms()); }},
+    {"reads a term", [](const TMoment& m) {
+       if (m.Variable) m.Parser->ParseFuzzySet(m.Variable, "(term n (z 0 1))", nullptr); }},
+    {"switches automatic terms", [](const TMoment& m) { m.Fuzzy->SetAutoTerms(!m.Fuzzy->GetAutoTerms()); }},
     {"replaces all handlers", [](const TMoment& m) {
-       for (std::size_t i = 0; i < Events; ++i) Attach(i, *m.Fuzzy, *m.Parser, [](auto*, auto*) {});
-     }}};
+       for (std::size_t i = 0; i < Events; ++i) Attach(i, *m.Fuzzy, *m.Parser, [](auto*, auto*) {}); }}};
+// clang-format on
 
 /// Runs one deed at the first, or at every, occurrence of one event.
 void Try(std::size_t event, void (*deed)(const TMoment&), bool autoTerms, bool once, bool single) {
