@@ -129,8 +129,6 @@ const TDeed Deeds[] = {
     {"free the variable", FreeVariable},
     {"free the component", FreeComponent},
     {"free the parser", FreeParser},
-    {"free component and parser", [](TWorld& w, TFuzzyVariable* v, TFuzzySet* s) { FreeComponent(w, v, s);
-        FreeParser(w, v, s); }},
     {"clear all", ClearAll},
     {"free all sets but the one told about", [](TWorld& w, TFuzzyVariable*, TFuzzySet* told) {
         for (int v = 0; v < w.Fuzzy->GetItems()->GetCount(); ++v) {
@@ -163,8 +161,6 @@ const TDeed Deeds[] = {
     {"read the text", [](TWorld& w, TFuzzyVariable*, TFuzzySet*) { if (w.Parser) w.Fuzzy->GetStrings(); }},
     {"assert a rule", [](TWorld&, TFuzzyVariable* variable, TFuzzySet* set) {
         if (variable && set) variable->AssertRule(1, set, set); }},
-    {"free the variable and throw", [](TWorld& w, TFuzzyVariable* variable, TFuzzySet* set) {
-        FreeVariable(w, variable, set); Throw(w, variable, set); }},
     {"clear, parse again and free the component", [](TWorld& w, TFuzzyVariable* variable, TFuzzySet* set) {
         ClearAll(w, variable, set); if (w.Fuzzy) ParseAgain(w, variable, set);
         if (w.Fuzzy) FreeComponent(w, variable, set); }},
@@ -199,19 +195,17 @@ void ExpectTelling(TFuzzyLogic& fuzzy) {
   TEventRecorder recorder(fuzzy);
   const auto next = [&recorder](const std::string& log) { EXPECT_EQ(recorder.Take(), log); };
   for (TFuzzyVariable* variable : *fuzzy.GetItems()) {
+    const std::string name = NameOf(variable);
     for (TFuzzySet* set : *variable->GetItems()) {
-      set->SetComment("next");
-      next("SetChanged " + NameOf(set));
       set->GetValues()->Clear();
-      set->SetValues(set->GetValues());
       recorder.Take();
       set->GetValues()->Add();
       next("SetChanged " + NameOf(set));
     }
     variable->SetComment("next");
-    next("VariableChanged " + NameOf(variable));
+    next("VariableChanged " + name);
     variable->GetItems()->Add();
-    next("SetAdded " + NameOf(variable) + ".-; VariableChanged " + NameOf(variable));
+    next("SetAdded " + name + ".-; VariableChanged " + name);
   }
   fuzzy.GetItems()->Add();
   next("VariableAdded -; Changed");
