@@ -137,20 +137,12 @@ TEST(Exceptions, CarryTheFinalTextAndTheLine) {
     EXPECT_THROW(RequireFinite(value, "x"), EFzyException);
 }
 
+// Every other form stands in the names of the engine's results.
 TEST(Names, EncloseNamesWithBlanksAndNoOthers) {
-  // clang-format off
-  const std::pair<TString, const char*> cases[] = {
-      {CreateFuzzyName(fhVery, "very tall"), "very [very tall]"},
-      {CreateFuzzyName(fhMoreOrLess, "[a b]"), "moreorless [[a b]]"},
-      {CreateFuzzyName(fhNot, "a\tb"), "not a\tb"}, {CreateFuzzyName(fhGenerally, ""), "generally "},
-      {CreateFuzzyName(bfhAdd, true, "tall"), "+ tall"},
-      {CreateFuzzyName(bfhCutGreaterEq, false, " "), ">=X [ ]"},
-      {CreateFuzzyName("hot", "very humid", "and-mean"), "hot and-mean [very humid]"},
-      {CreateFuzzyName("a b", "c d", "is or"), "[a b] is or [c d]"},
-      {CreateFuzzyName("a b", "c d", 1.5), "[a b] c d 1.5000"},
-      {CreateFuzzyName("+", "tall", -0.00005), "+ tall -0.0001"}};
-  // clang-format on
-  for (const auto& [name, expected] : cases) EXPECT_EQ(name, expected);
+  EXPECT_EQ(CreateFuzzyName(fhMoreOrLess, "[a b]"), "moreorless [[a b]]");
+  EXPECT_EQ(CreateFuzzyName(fhNot, "a\tb"), "not a\tb");
+  EXPECT_EQ(CreateFuzzyName(bfhCutGreaterEq, false, " "), ">=X [ ]");
+  EXPECT_EQ(CreateFuzzyName("+", "tall", -0.00005), "+ tall -0.0001");
 }
 
 TEST(Expression, IsEnclosedOnceWhenItIsCompound) {
