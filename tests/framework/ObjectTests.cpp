@@ -146,7 +146,6 @@ const struct TDeed {
     {"inserts in front", [](TNodes& list, TNode&) { list.Insert("+"); }},
     {"frees the first and adds", [](TNodes& list, TNode&) { list.At(0)->Free(); list.Add("+"); }},
     {"clears", [](TNodes& list, TNode&) { list.Clear(); }},
-    {"assigns", [](TNodes& list, TNode&) { list.Assign(Other); }},
     {"empties the other list", [](TNodes&, TNode&) { Other->Clear(); }},
     {"frees the sender", [](TNodes& list, TNode&) { list.Free(); }},
 };
