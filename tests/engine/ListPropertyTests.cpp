@@ -26,8 +26,7 @@ class TPair {
     if (operation < 6) return Toggle();
     if (operation == 6) return Both([](auto& list) { list.Sort(); });
     if (operation == 7) return Both([](auto& list) { list.RemoveDuplicates(); });
-    if (operation == 8) return Both([more](auto& list) { list.Expand(more); });
-    if (operation == 9) return Both([more](auto& list) { list.ExpandSimple(more); });
+    if (operation < 10) return Both([more](auto& list) { list.Expand(more); });
     if (operation == 10) return TakeOver(RandomCurve(random, true), random.OneIn(2));
     if (count > 0) OperateOnPoint(operation, random.Below(count), random.Below(count), x, y);
   }
@@ -148,9 +147,8 @@ TEST(ListProperty, SortsThinsAndResamplesLikeItsPlainTwin) {
     plain.EndUpdate();
     ASSERT_TRUE(SameBits(list.Points(), plain.Points())) << "round " << round;
     const int count = random.Below(60);
-    const bool simple = random.OneIn(2);
-    simple ? list.ExpandSimple(count) : list.Expand(count);
-    simple ? plain.ExpandSimple(count) : plain.Expand(count);
+    list.Expand(count);
+    plain.Expand(count);
     ASSERT_TRUE(SameBits(list.Points(), plain.Points())) << "round " << round << ", " << count;
   }
 }

@@ -132,21 +132,6 @@ class TPlainList {
     EndUpdate();
   }
 
-  void ExpandSimple(int newCount) {
-    const int missing = newCount - Count();
-    if (missing <= 0 || Count() < 2 || At(Count() - 1).X <= At(0).X) return;  // no span
-    const double step = (At(Count() - 1).X - At(0).X) / (missing + 1);
-    double x = At(0).X;
-    BeginUpdate();
-    for (int k = 0, i = 0; k < missing; ++k) {
-      x += step;
-      while (i < Count() - 1 && x > At(i).X) ++i;
-      while (i < Count() - 1 && Close(At(i).X, x)) ++i;
-      AddAt(x, i);
-    }
-    EndUpdate();
-  }
-
   /// Thins flat runs, inside the caller's block.
   void RemoveFlatPoints() {
     for (int i = 1, run = 1; i < Count();) {

@@ -38,6 +38,10 @@ TEST(Points, AreNormalizedAfterAChange) {
       {"1,0.2 1,0.3 1,0.4 1,0.5 1,0.6", [](S&) {}, "1,0.2 1,0.3 1,0.4 1,0.5 1,0.6"},
       {"0,0 50,1 100,0", [](S& s) { s.GetValues()->Expand(8); },
        "0,0 12.5,0.25 25,0.5 37.5,0.75 50,1 66.6667,0.666667 83.3333,0.333333 100,0"},
+      {"0,0 1,0 1,1 4,1", [](S& s) { s.GetValues()->ExpandSimple(7); }, "0,0 1,0 1,1 2,1 3,1 4,1"},
+      {"0,0 2,1 4,0", [](S& s) { s.GetValues()->ExpandSimple(5); },
+       "0,0 1.33333,0.666667 2,1 2.66667,0.666667 4,0"},
+      {"3,0 3,1 3,0", [](S& s) { s.GetValues()->ExpandSimple(9); }, "3,0 3,1 3,0"},
   };
   for (const auto& [points, action, result] : cases) Check(nullptr, points, action, result);
 }
@@ -273,11 +277,10 @@ TEST(Refusals, LeaveEverythingAsItWas) {
   };
   // clang-format off
   const std::pair<const char*, std::vector<TAction>> noNumbers[] = {
-      {"SetX", {[](S& s) { Point(s, 1).SetX(NaN); }}},
+      {"SetX", {[](S& s) { Point(s, 1).SetX(NaN); }, [](S& s) { Point(s, 1).SetValue(NaN, 1); },
+          [](S& s) { s.GetValues()->Add(NaN, 0); }}},
       {"SetY", {[](S& s) { Point(s, 1).SetY(NaN); }}},
-      {"SetX", {[](S& s) { Point(s, 1).SetValue(NaN, 1); }}},
       {"SetValue", {[](S& s) { Point(s, 1).SetValue(2, NaN); }}},
-      {"SetX", {[](S& s) { s.GetValues()->Add(NaN, 0); }}},
       {"Add", {[](S& s) { s.GetValues()->Add(0, NaN); }}},
       {"DegreeOfMembership", {[](S& s) { s.DegreeOfMembership(NaN); }}},
       {"CreateTriangleFunctionValues", {[](S& s) { s.CreateTriangleFunctionValues(0, NaN, 1); }}},
@@ -289,8 +292,7 @@ TEST(Refusals, LeaveEverythingAsItWas) {
       {"CreateBetaCurveFunctionValues", {[](S& s) { s.CreateBetaCurveFunctionValues(5, 1, 0, 1, NaN); },
           [](S& s) { s.CreateBetaCurveFunctionValues(5, 1, 0, 0, 0); }}},
       {"CreateCrispValue", {[](S& s) { s.CreateCrispValue(NaN); }}},
-      {"AlphaCutoff", {[](S& s) { s.AlphaCutoff(NaN, true); }}},
-      {"Cutoff", {[](S& s) { s.Cutoff(NaN, true); }}},
+      {"AlphaCutoff", {[](S& s) { s.AlphaCutoff(NaN, true); }}}, {"Cutoff", {[](S& s) { s.Cutoff(NaN, true); }}},
       {"Hedge", {[](S& s) { s.Hedge(bfhAdd, NaN, true); }, [](S& s) { s.Hedge(bfhMultiply, Inf, false); },
           [](S& s) { s.Correlate(NaN, fcmMinimum); }}},
   };
