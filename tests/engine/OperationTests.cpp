@@ -216,15 +216,9 @@ TEST(Hedge, SlightlyIsPlusAndNotVery) {
 }
 
 TEST(Hedge, EveryModifierOnDegreesAndOnX) {
-  const struct {
-    TBaseFuzzyHedge Hedge;
-    const char* Word;
-    double ValueY;
-    const char *ShownY, *PointsY;
-    double ValueX;
-    const char *ShownX, *PointsX;
-  } cases[] = {
-      // clang-format off
+  // clang-format off
+  const std::tuple<TBaseFuzzyHedge, const char*, double, const char*, const char*, double, const char*, const char*>
+  cases[] = {
       {bfhAdd, "+", 0.5, "0.5000", "-1,0.5 1,1.3 4,0.75", 1.5, "1.5000", "0.5,0 2.5,0.8 5.5,0.25"},
       {bfhSubtract, "-", 0.5, "-0.5000", "-1,0 1,0.3 4,0", 1, "-1.0000", "-2,0 0,0.8 3,0.25"},
       {bfhMultiply, "*", 2, "2.0000", "-1,0 1,1.6 4,0.5", -1, "-1.0000", "-4,0.25 -1,0.8 1,0"},
@@ -233,16 +227,15 @@ TEST(Hedge, EveryModifierOnDegreesAndOnX) {
       {bfhCutLess, "<", 0.5, "0.5000", "-1,0.5 1,0.8 4,0.5", 1, "1.0000", "1,0 1,0.8 4,0.25"},
       {bfgCutLessEq, "<=", 0.8, "0.8000", "-1,0.8 1,0.8 4,0.8", 4, "4.0000", "4,0 4,0.8 4,0.25"},
       {bfhCutGreater, ">", 0.5, "0.5000", "-1,0 1,0.5 4,0.25", 0, "0.0000", "-1,0 0,0.8 0,0.25"},
-      {bfhCutGreaterEq, ">=", 0.25, "0.2500", "-1,0 1,0.25 4,0.25", 4, "4.0000", "-1,0 1,0.8 4,0.25"},
-      // clang-format on
-  };
-  for (const auto& c : cases) {
+      {bfhCutGreaterEq, ">=", 0.25, "0.2500", "-1,0 1,0.25 4,0.25", 4, "4.0000", "-1,0 1,0.8 4,0.25"}};
+  // clang-format on
+  for (const auto& [hedge, word, valueY, shownY, pointsY, valueX, shownX, pointsX] : cases) {
     for (const bool y : {true, false}) {
       const auto set = MakeSet("-1,0 1,0.8 4,0.25", "tall");
-      EXPECT_EQ(set->Hedge(c.Hedge, y ? c.ValueY : c.ValueX, y), set.Get());
-      const std::string expression = c.Word + std::string(y ? " " : "X ");
-      EXPECT_EQ(Text(set), y ? c.PointsY : c.PointsX) << expression;
-      EXPECT_EQ(set->GetName(), "tall " + expression + (y ? c.ShownY : c.ShownX));
+      EXPECT_EQ(set->Hedge(hedge, y ? valueY : valueX, y), set.Get());
+      const std::string expression = word + std::string(y ? " " : "X ");
+      EXPECT_EQ(Text(set), y ? pointsY : pointsX) << expression;
+      EXPECT_EQ(set->GetName(), "tall " + expression + (y ? shownY : shownX));
       EXPECT_EQ(set->GetExpression(), expression);
     }
   }
