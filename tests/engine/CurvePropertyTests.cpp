@@ -95,8 +95,7 @@ double PlainHeight(const TPoints& a, const TPoints& b) {
 TEST_F(CurveProperty, AWalkVisitsWhatThePlainWalkVisits) {
   for (int round = 0; round < 5000; ++round) {
     Refill();
-    const TPoints a = PointsOf(*A);
-    const TPoints b = PointsOf(*B);
+    const TPoints a = PointsOf(*A), b = PointsOf(*B);
     SCOPED_TRACE("round " + std::to_string(round) + ": " + Text(a) + " with " + Text(b));
     std::vector<double> visits, expected;
     const int steps = Random.OneIn(5) ? Random.Below(6) : 1000;  // until the callback stops it
@@ -158,8 +157,7 @@ TEST_F(CurveProperty, CombinationsAreThePlainOnes) {
                                             foProduct, foBoundedSum, foSum};
   for (int round = 0; round < 6000; ++round) {
     Refill();
-    const TPoints a = PointsOf(*A);
-    const TPoints b = PointsOf(*B);
+    const TPoints a = PointsOf(*A), b = PointsOf(*B);
     SCOPED_TRACE("round " + std::to_string(round) + ": " + Text(a) + " with " + Text(b));
     const TFuzzyOperation operation = operations[Random.Below(7)];
     const bool all = operation == foSum || Random.OneIn(2);

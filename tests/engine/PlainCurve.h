@@ -61,16 +61,13 @@ inline bool PlainFlat(const TPoints& points) {
 
 inline bool PlainCrossing(const TFuzzyPoint& p1, const TFuzzyPoint& p2, const TFuzzyPoint& p3,
                           const TFuzzyPoint& p4, TFuzzyPoint& crossing) {
-  const double dx1 = p2.X - p1.X;
-  const double dy1 = p2.Y - p1.Y;
-  const double dx2 = p4.X - p3.X;
-  const double dy2 = p4.Y - p3.Y;
-  if (std::fabs(dy1) < Tolerance && std::fabs(dx1) < Tolerance) {
-    if (!Close(PlainY(p3, p4, p2.X), p2.Y)) return false;
-  }
-  if (std::fabs(dy2) < Tolerance && std::fabs(dx2) < Tolerance) {
-    if (!Close(PlainY(p1, p2, p4.X), p4.Y)) return false;
-  }
+  const double dx1 = p2.X - p1.X, dy1 = p2.Y - p1.Y;
+  const double dx2 = p4.X - p3.X, dy2 = p4.Y - p3.Y;
+  const auto isPoint = [](double dx, double dy) {
+    return std::fabs(dy) < Tolerance && std::fabs(dx) < Tolerance;
+  };
+  if (isPoint(dx1, dy1) && !Close(PlainY(p3, p4, p2.X), p2.Y)) return false;
+  if (isPoint(dx2, dy2) && !Close(PlainY(p1, p2, p4.X), p4.Y)) return false;
   const double d = dx1 * dy2 - dy1 * dx2;
   const double nt = (p1.Y - p3.Y) * dx2 - (p1.X - p3.X) * dy2;
   if (std::fabs(d) >= Tolerance) {
@@ -97,17 +94,12 @@ inline bool PlainWalk(const TPoints& a, const TPoints& b, const TVisit& visit) {
       if (visit(p.X, p.Y, p.X, p.Y)) return true;
     return false;
   }
-  const bool flatA = PlainFlat(a);
-  const bool flatB = PlainFlat(b);
+  const bool flatA = PlainFlat(a), flatB = PlainFlat(b);
   const auto between = [](double y, double y1, double y2) {
     return (y1 < y && y < y2) || (y2 < y && y < y1);
   };
-  std::size_t i = 0;
-  std::size_t j = 0;
-  TFuzzyPoint prevA = a.front();
-  TFuzzyPoint prevB = b.front();
-  TFuzzyPoint curA;
-  TFuzzyPoint curB;
+  std::size_t i = 0, j = 0;
+  TFuzzyPoint prevA = a.front(), prevB = b.front(), curA, curB;
   while (i < a.size() || j < b.size()) {
     if (i < a.size()) curA = a[i];
     if (j < b.size()) curB = b[j];
