@@ -314,20 +314,28 @@ TEST(FuzzyStreamToken, HoldsOnePayloadOfEachKindOfField) {
   }
 }
 
-TEST(FuzzyStreamToken, CopiesAndComparesItsPayloadToo) {
+TEST(FuzzyStreamToken, CopiesAllAndComparesWhatItMeans) {
   const TOwned<TFuzzySet> set(TFuzzySet::Create());
-  const TOwnToken token = Token(fstAtom, "warm");
-  token->SetLineNumber(3);
+  const TOwnToken token = Token(fstAtom, "warm", 0.1);
+  token->SetLineNumber(12);
+  token->SetWhitespace(" ; note\n");
+  token->SetTag(-3);
   token->SetFuzzySet(set.Get());
   const Ref<IFuzzyStreamToken> copy = Query<IFuzzyStreamToken>(token->Clone().Get());
+  copy->Assign(*copy);
+  EXPECT_TRUE(copy->GetLineNumber() == 12 && copy->GetTag() == -3);
   EXPECT_EQ(copy->GetObjValue(), set.Get());
-  EXPECT_EQ(copy->GetLineNumber(), 3);
+  EXPECT_EQ(copy->GetWhitespace(), " ; note\n");
+  token->SetLineNumber(0);
+  token->SetWhitespace("");
+  EXPECT_TRUE(copy->Equals(*token));
   copy->SetObjValue(nullptr);
   copy->SetDataType(token->GetDataType());
   EXPECT_FALSE(copy->Equals(*token)) << "the payload differs";
-  copy->Assign(*token);
-  copy->Assign(*copy);
-  EXPECT_TRUE(copy->Equals(*token));
+  const TOwnToken a = Token(fstAtom, "a", 0.1);
+  for (const TOwnToken& other :
+       {Token(fstString, "a", 0.1), Token(fstAtom, "a"), Token(fstAtom, "A", 0.1)})
+    EXPECT_FALSE(a->Equals(*other));
 }
 
 TEST(FuzzyStreamTokenList, HandsOutItsTokensByBothInterfaces) {
