@@ -238,6 +238,9 @@ TEST(FuzzySet, AnyChangeOfAPointMakesItUserDefined) {
     EXPECT_EQ(set->GetSetType(), fstUserDefined);
     EXPECT_EQ(set->GetExpression(), "");
   }
+  set->SetSetType(fstTriangle);
+  set->GetValues()->ExpandSimple(set->GetValues()->GetCount());
+  EXPECT_EQ(set->GetSetType(), fstTriangle) << "nothing was missing";
 }
 
 TEST(FuzzySet, AssignAndCloneCopyWhatTheSetIsNotWhatItIsFor) {
