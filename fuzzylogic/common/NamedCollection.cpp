@@ -84,25 +84,26 @@ bool TGCollection::TByName::operator()(const TCollectionItem* left,
                                               : order == std::strong_ordering::less;
 }
 
-bool TGCollection::TByName::operator()(const TCollectionItem* left,
-                                       std::u16string_view right) const {
-  return CompareNames(left->GetItemName(), right) == std::strong_ordering::less;
+bool TGCollection::TByName::operator()(const TCollectionItem* left, const TNamePlace& right) const {
+  const auto order = CompareNames(left->GetItemName(), right.Name);
+  return order == std::strong_ordering::equal ? left->GetIndex() <= right.After
+                                              : order == std::strong_ordering::less;
 }
 
-int TGCollection::IndexOf(const TString& name) const {
+int TGCollection::IndexOf(const TString& name, int after) const {
   if (!FNames) {
-    if (GetCount() <= ShortList || ++FScans <= FewScans) return Scan(name);
+    if (GetCount() <= ShortList || ++FScans <= FewScans) return Scan(name, after);
     auto names = std::make_unique<TNames>();
     for (int i = 0; i < GetCount(); ++i) names->insert(ItemAt(i));
     FNames = std::move(names);
   }
-  const auto found = FNames->lower_bound(name.View());
+  const auto found = FNames->lower_bound(TNamePlace{name, after});
   return found != FNames->end() && (*found)->GetItemName() == name ? (*found)->GetIndex() : -1;
 }
 
-int TGCollection::Scan(const TString& name) const {
+int TGCollection::Scan(const TString& name, int after) const {
   const int count = GetCount();
-  for (int i = 0; i < count; ++i) {
+  for (int i = after + 1; i < count; ++i) {
     if (ItemAt(i)->GetItemName() == name) return i;
   }
   return -1;

@@ -43,7 +43,9 @@ class TGCollection : public TCollection {
   /// The index of the first item whose name equals `name`, case-sensitively, or -1. The first
   /// look-ups scan the items; from then on the names of a longer list are kept in order, and a
   /// look-up takes logarithmic time.
-  virtual int IndexOf(const TString& name) const;
+  virtual int IndexOf(const TString& name) const { return IndexOf(name, -1); }
+  /// The same among the items behind the one at `after`.
+  int IndexOf(const TString& name, int after) const;
 
  protected:
   TGCollection() = default;
@@ -57,14 +59,18 @@ class TGCollection : public TCollection {
 
   /// By name, and within a name by position: adding, removing and moving an item leaves the order
   /// of the others as it is.
+  struct TNamePlace {
+    std::u16string_view Name;
+    int After;
+  };
   struct TByName {
     using is_transparent = void;
     bool operator()(const TCollectionItem* left, const TCollectionItem* right) const;
-    bool operator()(const TCollectionItem* left, std::u16string_view right) const;
+    bool operator()(const TCollectionItem* left, const TNamePlace& right) const;
   };
   using TNames = std::set<TCollectionItem*, TByName>;
 
-  int Scan(const TString& name) const;
+  int Scan(const TString& name, int after) const;
 
   mutable std::unique_ptr<TNames> FNames;  // only once look-ups are many
   mutable int FScans = 0;

@@ -116,7 +116,7 @@ void TCustomFuzzyLogicParser::ParseError(const TString& method, const TString& f
 
 bool TCustomFuzzyLogicParser::VerifyAll(const Ref<IFuzzyStreamTokenList>& list,
                                         TFuzzyStreamTokenTypes allowedTypes) const {
-  for (int i = 0; i < list->GetValueCount(); ++i) {
+  for (int i = 0; list && i < list->GetValueCount(); ++i) {
     if (!IsOfKind(*list->Get(i), allowedTypes)) return false;
   }
   return true;

@@ -6,7 +6,9 @@
 namespace fzy {
 
 /// Fired before a function call in a definition text is carried out. The handler may fill or
-/// replace `result` itself and then sets `handled`; so it can add functions of its own.
+/// replace `result` itself and then sets `handled`; so it can add functions of its own. The result
+/// is nothing when a handler of its addition freed it. What is given as the result becomes the term
+/// that is read, under its name.
 using TCalcFuzzyFunctionEvent =
     std::function<void(TObject* sender, const TString& funcName,
                        const Ref<IFuzzyStreamTokenList>& list, TFuzzySet*& result, bool& handled)>;
@@ -82,7 +84,7 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   [[noreturn]] void ParseError(const TString& method, const TString& format,
                                std::initializer_list<TFormatArg> args);
 
-  /// Whether every token is of one of the kinds; true for an empty list.
+  /// Whether every token is of one of the kinds; true for an empty list, or none.
   bool VerifyAll(const Ref<IFuzzyStreamTokenList>& list, TFuzzyStreamTokenTypes allowedTypes) const;
 
   /// The line of the current token, and the tokens read so far; 0 and nothing between parses.

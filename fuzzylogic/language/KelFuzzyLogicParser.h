@@ -33,7 +33,7 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   TString ClassName() const override { return "TKelFuzzyLogicParser"; }
 
   // Entry points. Each reads its text with a tokenizer of its own, by the given encoding (UTF-8 for
-  // none, which loses nothing).
+  // none, which loses nothing but unpaired surrogates).
 
   /// A whole definition text, into the linked component.
   /// @throws EFzyParseException (`SFuzzyLogicNotSet`) without one
@@ -48,7 +48,8 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   TFuzzySet* ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
                            const TEncoding* encoding) override;
 
-  // Fuzzy expressions. Operands are the names of terms of the variable, numbers (crisp sets),
+  // Fuzzy expressions. Operands are the names of terms of the variable (of sets that an evaluation
+  // left, where there is no such term), numbers (crisp sets),
   // ?names (the text that the component's `Variables` hold under the name, evaluated in turn; empty
   // when they hold none), groups in parentheses (a shape call or a list of points), and nothing at
   // all (the set "__Empty"). Hedges stand before an operand and bind tightest, the nearest applies
@@ -115,9 +116,11 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   // A name is written as one word, with characters escaped that would end it; comments are quoted,
   // and units where they need it. A name that no word gives back is refused: an empty one, one that
   // begins with a blank, a "?" or one of ( ) [ ] = & | ~ " ; or that reads as a number, and for a
-  // term a reserved word.
+  // term a reserved word or "__Empty". A component with automatic terms adds those that a text
+  // leaves out. Changing `FullPrecision` does not make a component's text anew by itself.
   //
-  // Nobody is told of anything. A term takes up to three times as long as to read it.
+  // Nobody is told of anything. A term takes up to three times as long as to read it, and one with
+  // an expression, written alone, as long as all terms up to it.
 
   /// The definition text of a variable, with those of its sets that are defined.
   /// @throws EFzyException (`SFzyNameNotWritable`); EFzyParseException (`SFzyUndefinedVariable`)
@@ -126,7 +129,8 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   /// The definition text of a set: "(term name "comment" body)", or without a name (or with the
   /// name "__Empty") the body alone. A set that is no term of a variable is written without the
   /// check that it reads back: by its shape, or its expression unless that is its own name, or its
-  /// points. Otherwise, what is shown of it: its name, or without one its expression.
+  /// points; its expression is taken as it stands. Otherwise, what is shown of it: its name, or
+  /// without one its expression.
   /// @throws EFzyException (`SFzyNameNotWritable`, and `SFzySetMissing` without a set)
   TString PrettyPrint(const TFuzzySet* fuzzySet, bool asDefinition) override;
   /// Whether numbers are written with all their digits; false at first.

@@ -26,6 +26,7 @@ TFuzzySet* TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
 TFzyFloat TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
                                                     const TString& expression,
                                                     TFuzzySet*& fuzzySet) {
+  const TPin self(this);
   fuzzySet = EvalFuzzyExpression(variable, expression);
   if (!fuzzySet) return 0;
   const TCustomFuzzyLogic* fuzzy = GetFuzzyLogic();
@@ -73,7 +74,7 @@ void TKelFuzzyLogicParser::FillExpression(const Ref<IInterfaceList>& list,
     int Next;
   };
   std::vector<TLevel> levels;
-  levels.push_back({list, 0});
+  if (list) levels.push_back({list, 0});
   while (!levels.empty()) {
     TLevel& level = levels.back();
     if (level.Next == level.List->GetCount()) {

@@ -68,9 +68,7 @@ TString TKelFuzzyLogicParser::PrettyPrint(const TFuzzySet* fuzzySet, bool asDefi
   if (!variable || !fuzzySet->GetDefined() || nameless) return detail::SetText(set, number);
   detail::TTermWriter terms(GetFuzzyLogic(), variable->GetMinimum(), variable->GetMaximum(),
                             variable->GetItems()->GetSetClass(), number);
-  // An expression may speak of the terms before it.
-  const bool refers = !set.Definition.empty() || !set.Expression.empty();
-  for (int i = 0; refers && i < fuzzySet->GetIndex(); ++i) {
+  for (int i = 0; detail::HasExpression(set) && i < fuzzySet->GetIndex(); ++i) {
     const TFuzzySet* before = variable->GetItems()->GetItem(i);
     if (before->GetDefined() && detail::IsTermName(before->GetName()))
       terms.Write(detail::ContentOf(*before));

@@ -73,7 +73,8 @@ class TCustomFuzzyLogic : public TComponent {
   /// @throws EFzyException (`SParserUnassigned`) when that needs a parser and there is none
   TStringList* GetStrings();
   /// Copies the text and parses it: the model is rebuilt at once.
-  /// @throws as `Parse`; the text is assigned nevertheless
+  /// @throws as `Parse`; the text is assigned nevertheless, but what was built before an error is a
+  ///   change of the model, so that the next reading of the text gives that
   void SetStrings(TStringList* value);
   /// The same from one text.
   void SetStrings(const TString& text);

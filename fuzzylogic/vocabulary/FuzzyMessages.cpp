@@ -53,8 +53,7 @@ TMessage SFzyCircularVariable{u"Fuzzy variable refers to itself: %s"};
 TMessage SFzyNestedVariables{u"Fuzzy variables refer to each other more than %d deep: ?%s"};
 TMessage SFzyExpressionTooLarge{
     u"The fuzzy expression is too large: its sets would take more than %d characters of names"};
-TMessage SFzyNameNotWritable{
-    u"The name \"%s\" cannot be written as a word of the definition language"};
+TMessage SFzyNameNotWritable{u"The name \"%s\" cannot be written in a definition text"};
 
 TMessage SFzyNotANumber{u"Invalid operation: \"%s\".  Not a number"};
 TMessage SFzyNotFinite{u"Invalid operation: \"%s\".  Not a finite number"};

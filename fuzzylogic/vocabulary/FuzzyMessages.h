@@ -95,7 +95,7 @@ extern TMessage SFzyCircularVariable;
 extern TMessage SFzyNestedVariables;
 /// "The fuzzy expression is too large: its sets would take more than %d characters of names"
 extern TMessage SFzyExpressionTooLarge;
-/// "The name "%s" cannot be written as a word of the definition language"
+/// "The name "%s" cannot be written in a definition text"
 extern TMessage SFzyNameNotWritable;
 
 // What the library refuses because it would leave the numbers or reach outside an object.

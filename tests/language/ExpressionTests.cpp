@@ -24,7 +24,8 @@ struct TTerms : TScene {
         nullptr);
     Variable = Fuzzy.GetItems()->GetItem(0);
     Fuzzy.GetVariables()->SetText(
-        "rise=hot\nhalf=?RISE * 0.5\nten=20\nloop=not ?b\nb=?c or hot\nc=[?LOOP]\nbad=?rise and");
+        "rise=hot\nhalf=?RISE * 0.5\nten=20\nloop=not ?b\nb=?c or hot\nc=[?LOOP]\nbad=?rise "
+        "and\nnot=hot");
     Parser.SetOnEvalExpression([this](TObject*, TFuzzyVariable*, const TString& text, TFuzzySet*&) {
       Log += '[' + text.Utf8() + ']';
     });
@@ -126,6 +127,8 @@ TEST(Expression, ReportsWhatItCannotEvaluate) {
       {"[[hot]", "Unmatched \"[\" in fuzzy expression"},
       {"hot]", "Unmatched \"]\" in fuzzy expression"},
       {"?loop", "Fuzzy variable refers to itself: ?loop > ?b > ?c > ?LOOP"},
+      {"hot or (very)", "Invalid fuzzy set name, \"very\" is a reserved word"},
+      {"?not", "Invalid fuzzy set name, \"not\" is a reserved word"},
       {"((0 1) 2)", "Invalid X/Y value pair: 2", "ConvertListToValues"},
       {"((0 1) (2 x))", "Expected number", "ConvertListToValues"},
       {"hot or (gauss 1)", "Unknown function name: \"gauss\"", "CalcFuzzyFunction"}};
@@ -231,6 +234,14 @@ TEST(Expression, MakesTermsOfItsOwn) {
       Dump(scene.Fuzzy),
       "t 0..10 {hot *=hot (0 0)(10 1); hot2 *=hot2 (0 0)(10 1); none *=none ; none2 *=none2 ; "
       "five tri *=five (5 0)(5 1)(5 0); not-hot *=not-hot (0 1)(10 0); far *=far }");
+  // A set that an evaluation left under the name of a term does not stand in for it.
+  scene.Fuzzy.GetVariables()->Add("w=not hot");
+  scene.Parser.Parse(
+      "(deffuzzy u (range 0 10) (values (term hot ((0 0) (10 1))) (term a ?w or hot) "
+      "(term w ((0 0.5))) (term b not w) (term c not w)))",
+      nullptr);
+  EXPECT_TRUE(Dump(scene.Fuzzy).ends_with("w *=w (0 0.5); b *=b (0 0.5); c *=c (0 0.5)}"))
+      << Dump(scene.Fuzzy);
 }
 
 TEST(Expression, TakesTokensAndItems) {
@@ -321,6 +332,49 @@ TEST(Expression, OutlivesItsHandlers) {
     EXPECT_EQ(result, results[i]);
     while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
     EXPECT_EQ(Dump(terms.Variable), terms.Terms);
+  }
+}
+
+TEST(Expression, EndsWithTheVariableOrTheParser) {
+  for (const char* text : {"5 7 or 8", "?rise 5", "hot or (tri 1 2 3) 4"}) {
+    for (int moment = 0; moment < 4; ++moment) {
+      TTerms terms;
+      int told = 0;
+      const auto free = [&](auto&&...) {
+        if (told++ == moment) std::exchange(terms.Variable, nullptr)->Free();
+      };
+      terms.Parser.SetOnEvalExpression(free);
+      terms.Fuzzy.SetOnFuzzySetAdded(free);
+      TFuzzySet* result = nullptr;
+      terms.Parser.EvalFuzzyExpression(terms.Variable, text, result);
+      EXPECT_EQ(result == nullptr, terms.Variable == nullptr) << text << ' ' << moment;
+      if (!terms.Variable) continue;
+      result =
+          terms.Parser.ParseFuzzySet(terms.Variable, TString("(term k ") + text + ")", nullptr);
+      EXPECT_EQ(result == nullptr, terms.Variable == nullptr) << text << ' ' << moment;
+    }
+  }
+  TTerms terms;
+  auto* parser = new TKelFuzzyLogicParser(&terms.Fuzzy);
+  parser->SetFuzzyLogic(&terms.Fuzzy);
+  parser->SetOnEvalExpression([&](auto&&...) { parser->Free(); });
+  TFuzzySet* result = nullptr;
+  EXPECT_EQ(parser->EvalFuzzyExpression(terms.Variable, "4", result), 5) << "the middle";
+}
+
+TEST(Expression, NeverShowsASetOfItsOwnAsATerm) {
+  // In a form designer, operations that combine sets define their results for a moment.
+  const std::pair<bool, const char*> rows[] = {{false, "(term k hot + 5 or (tri 1 2 3) and ?rise)"},
+                                               {true, "(term k not [(tri 1 2 3)] + 5 ?rise)"}};
+  for (const auto& [designing, text] : rows) {
+    TTerms terms;
+    terms.Fuzzy.SetDesigning(designing);
+    terms.Fuzzy.SetOnFuzzySetChange([&](TObject*, TFuzzySet* set) {
+      if (!set->GetName().empty() && set->GetDefined()) terms.Log += set->GetName().Utf8();
+    });
+    terms.Parser.SetOnEvalExpression(nullptr);
+    terms.Parser.ParseFuzzySet(terms.Variable, text, nullptr);
+    EXPECT_EQ(terms.Log, "");
   }
 }
 

@@ -105,11 +105,16 @@ TEST(HostileInput, IsEvaluatedOnASmallStack) {
       {"[" + Repeat("(") + Repeat(")") + "]", "Invalid X/Y value pair: "},
       // Names of names: a short text would take more memory than there is.
       {Repeat("not ", 50'000) + "hot", large},
-      {"hot" + Repeat(" or hot", 50'000), large}};
+      {"hot" + Repeat(" or hot", 50'000), large},
+      {"?x0", large}};
   for (const auto& [body, message] : rows) {
     std::string failure;
     OnSmallStack([&, &b = body] {
       TScene scene;
+      for (int i = 0; i < 30; ++i) {  // each text twice the one it names
+        const std::string next = "?x" + std::to_string(i + 1);
+        scene.Fuzzy.GetVariables()->Add("x" + std::to_string(i) + "=" + next + " " + next);
+      }
       failure = Failure([&] { scene.Parser.Parse(define + b + ")))", nullptr); });
       if (failure == "nothing") {
         const TString text = scene.Fuzzy.GetStrings()->GetText();

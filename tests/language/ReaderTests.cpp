@@ -293,7 +293,7 @@ TEST(EntryPoints, RebuildTheModelFromItsText) {
   fuzzy.GetItems()->Add("[");
   for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(Failure([&] { fuzzy.GetStrings(); }),
-              "The name \"[\" cannot be written as a word of the definition language");
+              "The name \"[\" cannot be written in a definition text");
   }
   fuzzy.GetItems()->GetItem(1)->SetName("d e");
   EXPECT_EQ(fuzzy.GetStrings()->GetString(0), written);

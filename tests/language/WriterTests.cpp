@@ -175,8 +175,8 @@ TEST(Writer, RefusesNamesThatAreNoWords) {
   for (const char* name : {"", " a", "\t", "(a", ")", "[a", "]", "&", "=a", "|", "~", "\"a", ";",
                            "?a", "5", "-1e5", ".5", "+5"}) {
     TScene scene;
-    const std::string message = "The name \"" + std::string(name) +
-                                "\" cannot be written as a word of the definition language";
+    const std::string message =
+        "The name \"" + std::string(name) + "\" cannot be written in a definition text";
     TFuzzyVariable* variable = scene.Fuzzy.GetItems()->Add(name);
     EXPECT_EQ(Failure([&] { variable->ToString(); }), message);
     variable->SetName("v");
@@ -266,6 +266,7 @@ void RandomModel(test::TRandom& random, TScene& scene) {
   for (int i = random.Below(3); i >= 0; --i) {
     TFuzzyVariable* variable = scene.Fuzzy.GetItems()->Add(RandomName(random, i));
     variable->SetMinimum(random.Below(2000) / 8.0 - 100 + random.Unit() * random.Below(2));
+    if (random.OneIn(9)) variable->SetMinimum(random.OneIn(2) ? -0.0 : -0.00001);
     variable->SetMaximum(variable->GetMinimum() + 1 + random.Below(100) + random.Unit());
     variable->SetUnits(random.OneIn(3) ? TString() : RandomText(random));
     variable->SetComment(random.OneIn(2) ? RandomText(random) : TString());

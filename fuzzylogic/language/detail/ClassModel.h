@@ -24,26 +24,25 @@ struct TClassModel {
   using THeldSet = THeld<TFuzzySet>;
   using THeldVariable = THeld<TFuzzyVariable>;
 
-  /// A new set: without a name until its term is complete, or under a name and not defined.
+  /// A new set without a name, which is no term yet, though a form designer defines every set.
   static TFuzzySet* AddSet(TKelFuzzyLogicParser& /*parser*/, TFuzzyVariable* variable) {
-    return variable->GetItems()->Add();
-  }
-  static TFuzzySet* AddSet(TFuzzyVariable* variable, const TString& name) {
-    TFuzzySet* set = variable->GetItems()->Add(name);
+    TFuzzySet* set = variable->GetItems()->Add();
     if (set) set->SetDefined(false);
     return set;
   }
-  /// The first set of that name, or nothing.
+  /// The first term of that name, else the first set that an evaluation left, or nothing.
   static TFuzzySet* FindSet(TFuzzyVariable* variable, const TString& name) {
-    const int index = variable->GetItems()->IndexOf(name);
-    return index < 0 ? nullptr : variable->GetItems()->GetItem(index);
+    const TFuzzySets& sets = *variable->GetItems();
+    const int first = sets.IndexOf(name);
+    for (int i = first; i >= 0; i = sets.IndexOf(name, i))
+      if (sets[i]->GetDefined()) return sets[i];
+    return first < 0 ? nullptr : sets[first];
   }
   /// A new unnamed set with the content of another.
   static TFuzzySet* CopySet(TKelFuzzyLogicParser& parser, TFuzzyVariable* variable,
                             TFuzzySet* source) {
     const THeldSet original(source);
     const THeldSet copy(AddSet(parser, variable));
-    if (copy.Get()) copy.Get()->SetDefined(false);
     if (copy.Get()) copy.Get()->Assign(source);
     return copy.Get();
   }

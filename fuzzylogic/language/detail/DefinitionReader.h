@@ -51,14 +51,15 @@ class TDefinitionReader {
     static const TString keyword = "term";
     TString name;
     TString comment;
+    const THeldVariable held(variable);
     FStream.PutBackToken(
         FParser.ParseHeader(name, comment, true, keyword, method, SFzyExpectedFuzzySet));
-    const typename Model::THeldSet set(FParser.ParseFuzzyValues(variable));
+    const THeldSet set(FParser.ParseFuzzyValues(variable));
     if (set.Get()) Model::NameSet(set.Get(), name, comment);
     if (set.Get()) Model::PlaceLast(set.Get(), variable);
     if (!IsClose(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingCloseParens);
     if (set.Get()) Model::FireParseFuzzySet(FParser, variable, set.Get());
-    return set.Get();
+    return Result(held, set);
   }
 
   /// The body of a term, by what it starts with.
@@ -78,7 +79,8 @@ class TDefinitionReader {
   /// A list of points. What stands where a point's ")" belongs is taken for it.
   TSet ReadValuePairs(const TVariable& variable) {
     constexpr const char* method = "ParseFuzzyValuePairs";
-    const typename Model::THeldSet set(Model::AddSet(FParser, variable));
+    const THeldVariable held(variable);
+    const THeldSet set(Model::AddSet(FParser, variable));
     if (!IsOpen(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingOpenParens);
     Ref<IFuzzyStreamToken> t = FStream.NextToken();
     while (IsOpen(*t)) {
@@ -90,7 +92,7 @@ class TDefinitionReader {
       t = FStream.NextToken();
     }
     if (!IsClose(*t)) FParser.ParseError(method, SFzyMissingCloseParens);
-    return set.Get();
+    return Result(held, set);
   }
 
   /// The call of a shape function.
@@ -100,11 +102,11 @@ class TDefinitionReader {
     const Ref<IFuzzyStreamToken> name = FStream.NextToken();
     if (!IsAtom(*name)) FParser.ParseError(method, SFzyMissingName);
     const Ref<IFuzzyStreamTokenList> arguments = FParser.ParseTokenList();
-    const typename Model::THeldSet made(Model::AddSet(FParser, variable));
-    const typename Model::THeldSet set(
-        FParser.CalcFuzzyFunction(made.Get(), name->GetText(), arguments));
+    const THeldVariable held(variable);
+    const THeldSet made(Model::AddSet(FParser, variable));
+    const THeldSet set(FParser.CalcFuzzyFunction(made.Get(), name->GetText(), arguments));
     FStream.NextToken();  // taken for the call's ")" whatever it is
-    return set.Get();
+    return Result(held, set);
   }
 
   /// Points from token groups of two numbers each. The tokens may come from no text, so it needs no
@@ -112,8 +114,8 @@ class TDefinitionReader {
   static void ConvertList(TKelFuzzyLogicParser& parser, const TSet& fuzzySet,
                           const Ref<IFuzzyStreamTokenList>& list) {
     constexpr const char* method = "ConvertListToValues";
-    const typename Model::THeldSet set(fuzzySet);
-    for (int i = 0; i < list->GetValueCount(); ++i) {
+    const THeldSet set(fuzzySet);
+    for (int i = 0; list && i < list->GetValueCount(); ++i) {
       const Ref<IFuzzyStreamToken> item = list->Get(i);
       const Ref<IFuzzyStreamTokenList> pair =
           item->GetDataType() == KindOf(fstList) ? item->GetList() : nullptr;
@@ -127,6 +129,14 @@ class TDefinitionReader {
   }
 
  private:
+  using THeldVariable = typename Model::THeldVariable;
+  using THeldSet = typename Model::THeldSet;
+
+  /// A set of a variable that handlers may have freed, and its sets with it.
+  static TSet Result(const THeldVariable& variable, const THeldSet& set) {
+    return variable.Get() ? set.Get() : TSet();
+  }
+
   /// Reads a clause behind its keyword and returns the token that should close it.
   using TClause = Ref<IFuzzyStreamToken> (TDefinitionReader::*)(const TVariable&);
 
@@ -142,7 +152,7 @@ class TDefinitionReader {
   TSet ReadExpression(const TVariable& variable) {
     const Ref<IFuzzyStreamTokenList> tokens = FParser.ParseTokenList();
     const TString definition = ExpressionText(*tokens);  // before evaluation reorders them
-    const typename Model::THeldSet set(FParser.EvalFuzzyExpression(variable, tokens));
+    const THeldSet set(FParser.EvalFuzzyExpression(variable, tokens));
     if (set.Get()) set.Get()->SetDefinition(definition);
     return set.Get();
   }
@@ -166,7 +176,7 @@ class TDefinitionReader {
     Ref<IFuzzyStreamToken> t = FStream.NextToken();
     while (!IsClose(*t)) {
       FStream.PutBackToken(t);
-      const typename Model::THeldSet set(FParser.ParseFuzzySet(variable));
+      const THeldSet set(FParser.ParseFuzzySet(variable));
       if (set.Get()) set.Get()->SetDefined(true);
       t = FStream.NextToken();
     }

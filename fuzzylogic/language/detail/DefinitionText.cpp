@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "fuzzylogic/language/detail/Characters.h"
-#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 
 namespace fzy::detail {
 namespace {

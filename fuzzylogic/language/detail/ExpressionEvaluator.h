@@ -74,18 +74,22 @@ class TExpressionEvaluator {
   static constexpr std::size_t MostCharacters = std::size_t{1} << 27;
   static constexpr std::size_t CharactersOfSet = 128;  // what else a set takes
 
+  /// Nothing when the variable went meanwhile, because its sets go with it.
   TSet Run() {
-    while (!FFrames.empty()) {
+    while (!FFrames.empty() && !IsGone()) {
       TFrame& frame = FFrames.back();
       if (frame.Next < frame.List->GetValueCount())
         Step(frame.List->Get(frame.Next++));
       else
         CloseFrame();
     }
-    return FOperands.back().Set.Get();
+    return IsGone() ? TSet() : FOperands.back().Set.Get();
   }
 
+  bool IsGone() const { return FVariable && !FHeld.Get(); }
+
   void OpenText(const TString& text, const Ref<IFuzzyStreamToken>& name) {
+    Spend(0);
     FFrames.push_back({std::make_unique<TStreamFrame>(FParser, text, nullptr), name, nullptr});
     OpenList(FParser.ParseTokenList());
   }
@@ -122,7 +126,7 @@ class TExpressionEvaluator {
     while (FOperands.size() > FFrames.back().Base) FOperands.pop_back();
     const Ref<IFuzzyStreamToken> name = FFrames.back().Name;
     FFrames.pop_back();
-    if (name && result.Set.Get()) result.Set.Get()->SetName(name->ToString());
+    if (name && result.Set.Get()) result.Set.Get()->SetName(Allowed(name->ToString()));
     FOperands.push_back(std::move(result));
   }
 
@@ -195,10 +199,27 @@ class TExpressionEvaluator {
   /// A set that was made or changed on the way.
   TOperand Made(const TSet& set, std::optional<TFzyFloat> number = std::nullopt) {
     TOperand operand{THeldSet(set), number};
-    if (set) FCharacters += CharactersOfSet + set->GetName().size() + set->GetExpression().size();
+    if (set) Spend(set->GetName().size() + set->GetExpression().size());
+    return operand;
+  }
+
+  void Spend(std::size_t characters) {
+    FCharacters += CharactersOfSet + characters;
     if (FCharacters > MostCharacters)
       FParser.ParseError(Method, SFzyExpressionTooLarge, {std::int64_t{MostCharacters}});
-    return operand;
+  }
+
+  /// A name that a set may have.
+  const TString& Allowed(const TString& name) {
+    if (IsReservedFuzzyWord(name)) FParser.ParseError(Method, SInvalidFuzzySetName, {name});
+    return name;
+  }
+
+  /// A new set under a name.
+  TOperand Added(const TString& name, std::optional<TFzyFloat> number = std::nullopt) {
+    const THeldSet set(Model::AddSet(FParser, FVariable));
+    if (set.Get()) set.Get()->SetName(Allowed(name));
+    return Made(set.Get(), number);
   }
 
   /// Replaces a term of the variable by a copy, which may be changed and named.
@@ -237,7 +258,7 @@ class TExpressionEvaluator {
   TOperand EmptySet() {
     if (!FVariable) FParser.ParseError(Method, SFzyUndefinedVariable);
     const TSet found = Model::FindSet(FVariable, SEmptyFuzzy);
-    return {THeldSet(found ? found : Model::AddSet(FVariable, SEmptyFuzzy)), std::nullopt};
+    return found ? TOperand{THeldSet(found), std::nullopt} : Added(SEmptyFuzzy);
   }
 
   TOperand TermOf(const IFuzzyStreamToken& token) {
@@ -251,14 +272,14 @@ class TExpressionEvaluator {
   TOperand NumberOf(const IFuzzyStreamToken& token) {
     const TFzyFloat number = token.GetNumber();
     const TString text = token.ToString();
-    TOperand operand = Made(Model::AddSet(FVariable, text), number);
+    TOperand operand = Added(text, number);
     if (operand.Set.Get()) operand.Set.Get()->CreateTriangleFunctionValues(number, number, number);
     if (operand.Set.Get()) Model::NoteNumber(operand.Set.Get(), text);
     return operand;
   }
 
   TOperand GroupOf(const IFuzzyStreamToken& token) {
-    const THeldSet set = Made(Model::AddSet(FVariable, token.ToString())).Set;
+    const THeldSet set = Added(token.ToString()).Set;
     const Ref<IFuzzyStreamTokenList> group = token.GetList();
     if (!group || group->GetValueCount() == 0) Refuse(token);
     const Ref<IFuzzyStreamToken> first = group->Get(0);
@@ -272,24 +293,26 @@ class TExpressionEvaluator {
   void OpenName(const Ref<IFuzzyStreamToken>& token) {
     TCustomFuzzyLogic* fuzzy = FParser.GetFuzzyLogic();
     if (!fuzzy) FParser.ParseError(Method, SFuzzyLogicNotSet);
-    CheckChain(*token);
-    OpenText(fuzzy->GetVariables()->GetValue(token->GetText()), token);
+    const TStringList& texts = *fuzzy->GetVariables();
+    CheckChain(*token, texts.GetCaseSensitive());
+    OpenText(texts.GetValue(token->GetText()), token);
   }
 
   /// Refuses a name whose value is being evaluated already, and a chain of names without end.
-  void CheckChain(const IFuzzyStreamToken& token) {
+  void CheckChain(const IFuzzyStreamToken& token, bool caseSensitive) {
+    const TString& name = token.GetText();
+    const auto same = [&](const TString& other) {
+      return caseSensitive ? other == name : SameText(other, name);
+    };
     TString chain;
     for (const TFrame& frame : FFrames) {
       if (!frame.Name) continue;
-      if (chain.empty() && !SameText(frame.Name->GetText(), token.GetText())) continue;
+      if (chain.empty() && !same(frame.Name->GetText())) continue;
       chain += u"?" + frame.Name->GetText() + u" > ";
     }
-    if (!chain.empty())
-      FParser.ParseError(Method, SFzyCircularVariable, {chain + u"?" + token.GetText()});
-    if (FFrames.size() > MostNestedNames) {
-      FParser.ParseError(Method, SFzyNestedVariables,
-                         {std::int64_t{MostNestedNames}, token.GetText()});
-    }
+    if (!chain.empty()) FParser.ParseError(Method, SFzyCircularVariable, {chain + u"?" + name});
+    if (FFrames.size() > MostNestedNames)
+      FParser.ParseError(Method, SFzyNestedVariables, {std::int64_t{MostNestedNames}, name});
   }
 
   TKelFuzzyLogicParser& FParser;

@@ -116,8 +116,10 @@ std::vector<TFuzzyPoint> Merged(const std::vector<TFuzzyPoint>& points) {
 }  // namespace
 
 TString TNumberStyle::operator()(TFzyFloat value) const {
-  if (!Full) return FormatFixed(value, 4, u'.');
-  return FormatShortest(Rounded ? TwelveDigits(value) : value);
+  const TString text =
+      !Full ? FormatFixed(value, 4, u'.') : FormatShortest(Rounded ? TwelveDigits(value) : value);
+  const bool signedZero = text[0] == u'-' && ReadFuzzyNumber(text)->Value == 0;
+  return signedZero ? text.Slice(1) : text;
 }
 
 TFzyFloat TNumberStyle::ReadBack(TFzyFloat value) const {

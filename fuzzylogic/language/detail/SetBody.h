@@ -20,7 +20,8 @@ struct TSetContent {
 };
 
 /// How numbers are written, always with a point: in four decimals, or as many as give the same bits
-/// back. `Tolerance` is how far a number may be from another that is written in its place.
+/// back; zero without a sign, which a reader might drop. `Tolerance` is how far a number may be
+/// from another that is written in its place.
 struct TNumberStyle {
   bool Full;
   bool Rounded = false;  // the nearest number of twelve digits instead

@@ -13,8 +13,8 @@ constexpr int MostRounds = 16;
 bool IsNameless(const TString& name) { return name.empty() || name.View() == SEmptyFuzzy; }
 
 /// A reader marks a term by its own name as its expression; that is no body.
-bool HasExpression(const TSetContent& set) {
-  return !set.Expression.empty() && set.Expression != set.Name;
+TString ExpressionOf(const TSetContent& set) {
+  return set.Expression != set.Name ? set.Expression : TString();
 }
 
 /// A list without points is no body either, but nothing at all is.
@@ -34,6 +34,10 @@ bool IsTermName(const TString& name) {
   return !IsNameless(name) && !IsReservedFuzzyWord(name) && WordText(name);
 }
 
+bool HasExpression(const TSetContent& set) {
+  return !set.Definition.empty() || !ExpressionOf(set).empty();
+}
+
 TString TermHead(const TSetContent& set) {
   TString head;
   if (!IsNameless(set.Name)) {
@@ -51,10 +55,9 @@ TString TermHead(const TSetContent& set) {
 
 TString SetText(const TSetContent& set, TNumberStyle number) {
   const std::vector<TString> calls = ShapeCalls(set, number);
+  const TString expression = ExpressionOf(set);
   TString text = TermHead(set);
-  text += !calls.empty()       ? calls.front()
-          : HasExpression(set) ? set.Expression
-                               : Points(set, number);
+  text += !calls.empty() ? calls.front() : !expression.empty() ? expression : Points(set, number);
   if (!IsNameless(set.Name)) text += u')';
   return text;
 }
@@ -78,8 +81,10 @@ TString TTermWriter::Write(const TSetContent& set) {
     Forget(count);
     Settle(head, {set.Name, set.Comment, {}, {}, fstUserDefined, 0, set.Points}, settled);
   }
-  TFuzzySets& terms = *FVariable->GetItems();
-  terms[terms.GetCount() - 1]->SetDefined(true);
+  // Only terms stay, so that what is tried next cannot change anything that is here.
+  TFuzzySets& sets = *FVariable->GetItems();
+  for (int i = sets.GetCount() - 2; i >= count; --i) sets.Delete(i);
+  sets[count]->SetDefined(true);
   return head + settled.Body + u")";
 }
 
@@ -101,8 +106,9 @@ TTermWriter::TAttempt TTermWriter::Best(const TString& head, const TSetContent& 
   for (const TString& call : ShapeCalls(set, FNumber)) {
     if (TryBody(head, call, set, result)) return result;
   }
-  if (TryExpression(head, set.Definition, set, result)) return result;
-  if (HasExpression(set) && TryExpression(head, set.Expression, set, result)) return result;
+  for (const TString& expression : {set.Definition, ExpressionOf(set)}) {
+    if (TryExpression(head, expression, set, result)) return result;
+  }
   TSetContent thinned = set;
   thinned.Points = WithoutCrowds(set.Points, FNumber);
   const TString points = Points(thinned, FNumber);
@@ -127,10 +133,14 @@ bool TTermWriter::TryBody(const TString& head, const TString& body, const TSetCo
 bool TTermWriter::TryExpression(const TString& head, const TString& text, const TSetContent& set,
                                 TAttempt& result) {
   const int count = FVariable->GetItems()->GetCount();
-  if (text.empty() || !TryBody(head, text, set, result)) return false;
-  result.Body = result.ReadBack.Definition;  // the same tokens, evenly spaced
-  if (result.Body.empty()) Forget(count);
-  return !result.Body.empty();
+  // A string right behind the name is the comment.
+  const bool quoted = text.Find(u"\"") == 0 && set.Comment.empty();
+  const TString guard = quoted ? u"\"\" " : u"";
+  if (text.empty() || !TryBody(head, guard + text, set, result)) return false;
+  const TString& definition = result.ReadBack.Definition;
+  result.Body = guard + definition;  // the same tokens, evenly spaced
+  if (definition.empty()) Forget(count);
+  return !definition.empty();
 }
 
 TTermWriter::TAttempt TTermWriter::Read(const TString& head, const TString& body) {

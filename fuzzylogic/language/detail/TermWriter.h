@@ -8,6 +8,9 @@ namespace fzy::detail {
 /// Whether a set of this name can be a term of a definition text.
 bool IsTermName(const TString& name);
 
+/// Whether the set has an expression that may be its body, which can speak of other terms.
+bool HasExpression(const TSetContent& set);
+
 /// The head of a term, up to the blank before its body: nothing for a set without a name.
 /// @throws EFzyException (`SFzyNameNotWritable`)
 TString TermHead(const TSetContent& set);
