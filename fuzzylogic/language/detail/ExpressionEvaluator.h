@@ -192,8 +192,8 @@ class TExpressionEvaluator {
       result = isUnion ? b.Set.Get()->Union(a.Set.Get(), operation)
                        : b.Set.Get()->Intersection(a.Set.Get(), operation);
     }
-    FOperands.push_back(Made(result));
     if (result) result->SetDefined(false);  // a form designer defines every set
+    FOperands.push_back(Made(result));
   }
 
   /// A set that was made or changed on the way.
