@@ -1,6 +1,10 @@
 #pragma once
 
+#include <filesystem>
+#include <fstream>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
 #include "fuzzylogic/model/FuzzyLogic.h"
@@ -73,6 +77,35 @@ inline std::string ParseFailure(const std::string& message, const std::string& s
   const std::string number = std::to_string(line);
   return "line " + number + ": Parsing Error, " + message + " in " + step + " at line " + number +
          ": \"" + echo + '"';
+}
+
+/// Holds cases kept in cases/`name`.txt against what `action` makes of them: a line of input, and a
+/// line with the result behind "=> ". In both "\\n" and "\\r" stand for line ends; blanks at the
+/// end do not count. Lines that start with "# " are remarks.
+template <class Action>
+void CheckCases(const std::string& name, Action action) {
+  const auto folder = std::filesystem::path(__FILE__).parent_path();
+  std::ifstream file(folder / "cases" / (name + ".txt"));
+  int count = 0;
+  std::string input;
+  const auto replace = [](std::string text, const std::string& from, const std::string& to) {
+    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+      text.replace(at, from.size(), to);
+    return text;
+  };
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with("=>")) {
+      if (!line.starts_with("# ")) input = line;
+      continue;
+    }
+    ++count;
+    const std::string text = replace(replace(input, "\\n", "\n"), "\\r", "\r");
+    std::string result = "=> " + replace(replace(action(text), "\n", "\\n"), "\r", "\\r");
+    result.erase(result.find_last_not_of(' ') + 1);
+    EXPECT_EQ(result, line) << input;
+    input.clear();
+  }
+  EXPECT_GT(count, 0) << name;
 }
 
 }  // namespace fzy::test

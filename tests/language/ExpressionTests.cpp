@@ -8,6 +8,7 @@
 namespace fzy {
 namespace {
 
+using test::CheckCases;
 using test::Dump;
 using test::Failure;
 using test::ParseFailure;
@@ -49,9 +50,14 @@ struct TTerms : TScene {
       all += (i > count ? ", " : " ") + sets[i]->GetName().Utf8();
     }
     all += " -> " + Dump(result);
-    while (sets.GetCount() > count) sets.Delete(count);
+    Forget();
     EXPECT_EQ(Dump(Variable), Terms) << text << " changed a term";
     return all;
+  }
+
+  /// Frees what evaluations left.
+  void Forget() const {
+    while (Variable->GetItems()->GetCount() > 2) Variable->GetItems()->Delete(2);
   }
 
   TFuzzyVariable* Variable = nullptr;
@@ -60,88 +66,20 @@ struct TTerms : TScene {
 };
 
 TEST(Expression, EvaluatesOperandsAndOperators) {
-  const std::pair<std::string, std::string> rows[] = {
-      {"hot", "[hot] hot -> hot =hot (0 0)(10 1)"},
-      {"", "[] __Empty -> __Empty  "},
-      {"\"\" \"hot\"", "[ hot] __Empty, hot -> hot =hot (0 0)(10 1)"},
-      {"hot cold", "[hot cold] cold -> cold =cold (0 1)(10 0)"},
-      {"hot ) and", "[hot] hot -> hot =hot (0 0)(10 1)"},
-      {"5", "[5] 5 -> 5 tri =5 (5 0)(5 1)(5 0)"},
-      {"2e1", "[20] 20 -> 20 tri =20 (10 0)(10 1)(10 0)"},
-      {"(tri 0 5 5)", "[0 5 5] tri 0 5 5 -> tri 0 5 5 tri  (0 0)(5 1)(5 0)"},
-      {"((4 1) (2 0))", "[4 1 2 0] 4 1 2 0 -> 4 1 2 0  (2 0)(4 1)"},
-      // Hedges bind tightest, the nearest applies first; the rest groups from the left.
-      {"not normalize hot",
-       "[hot normalize not] not [normalize hot] -> "
-       "not [normalize hot] =[not [normalize hot]] (0 1)(10 0)"},
-      {"hot or cold and not hot",
-       "[hot cold or hot not and] hot or cold, not hot, [hot or cold] and [not hot] -> [hot or "
-       "cold] and [not hot] =[hot or cold] and [not hot] (0 1)(5 0.5)(10 0)"},
-      {"hot or [cold and [not hot]]",
-       "[hot cold hot not and or] not hot, cold and [not hot], hot or [cold and [not hot]] -> hot "
-       "or [cold and [not hot]] =hot or [cold and [not hot]] (0 1)(5 0.5)(10 1)"},
-      {"hot \"and-product\" cold",
-       "[hot cold and-product] hot and-product cold -> hot and-product "
-       "cold =hot and-product cold (0 0)(5 0.25)(10 0)"},
-      // A hedge operator takes one number: as it is written, or the mean of maxima.
-      {"hot / 20", "[hot 20 /] 20, hot / 0.0500 -> hot / 0.0500 =/  (0 0)(10 0.05)"},
-      {"hot / [?ten]", "[20][hot ten /] ten, hot / 0.0500 -> hot / 0.0500 =/  (0 0)(10 0.05)"},
-      {"hot / hot", "[hot hot /] hot / 0.1000 -> hot / 0.1000 =/  (0 0)(10 0.1)"},
-      {"hot +X 5 +X 1",
-       "[hot 5 +X 1 +X] 5, [hot +X 5.0000] +X 1.0000, 1 -> [hot +X 5.0000] +X 1.0000 =+X  (6 0)(10 "
-       "1)"},
-      // The text of a ?name, found without regard to case; none is an empty one.
-      {"?rise", "[hot][rise] rise -> rise =hot (0 0)(10 1)"},
-      {"not ?Half",
-       "[hot][RISE 0.5 *][Half not] not Half, 0.5 -> "
-       "not Half =[not Half] (0 1)(10 0.5)"},
-      {"?none or hot",
-       "[][none hot or] none, none or hot -> none or hot =none or hot (0 0)(10 1)"}};
   TTerms terms;
-  for (const auto& [text, expected] : rows) EXPECT_EQ(terms.Run(text), expected) << text;
+  CheckCases("expressions", [&](const std::string& text) { return terms.Run(text); });
 }
 
 TEST(Expression, ReportsWhatItCannotEvaluate) {
-  struct TRow {
-    const char* Text;
-    std::string Message;
-    const char* Step = fzy::Step;
-    int Line = 1;
-  };
-  const std::string missing = "Missing fuzzy operand to be modified by hedge: ";
-  const std::string invalid = "Invalid item in fuzzy expression: ";
-  const TRow rows[] = {
-      {"very", missing + "very"},
-      {"hot and", missing + "and"},
-      {"or hot", missing + "or"},
-      {"\n^X 2", missing + "^X", Step, 2},
-      {"[]^", missing + "^"},
-      {"hot and [very] or cold", missing + "and"},
-      {"?bad", missing + "and"},
-      {"warm", invalid + "warm"},
-      {"Hot", invalid + "Hot"},
-      {"hot^2", invalid + "hot^2"},
-      {"hot = cold", invalid + "="},
-      {"hot or ()", invalid},
-      {"[hot", "Unmatched \"[\" in fuzzy expression"},
-      {"[[hot]", "Unmatched \"[\" in fuzzy expression"},
-      {"hot]", "Unmatched \"]\" in fuzzy expression"},
-      {"?loop", "Fuzzy variable refers to itself: ?loop > ?b > ?c > ?LOOP"},
-      {"hot or (very)", "Invalid fuzzy set name, \"very\" is a reserved word"},
-      {"?not", "Invalid fuzzy set name, \"not\" is a reserved word"},
-      {"((0 1) 2)", "Invalid X/Y value pair: 2", "ConvertListToValues"},
-      {"((0 1) (2 x))", "Expected number", "ConvertListToValues"},
-      {"hot or (gauss 1)", "Unknown function name: \"gauss\"", "CalcFuzzyFunction"}};
   TTerms terms;
-  for (const TRow& row : rows) {
+  CheckCases("expression_faults", [&](const std::string& text) {
     const std::string failure =
-        Failure([&] { terms.Parser.EvalFuzzyExpression(terms.Variable, row.Text); });
-    const std::string head = ParseFailure(row.Message, row.Step, row.Line, "");
-    EXPECT_TRUE(failure.starts_with(head.substr(0, head.size() - 1))) << failure << "\n" << head;
+        Failure([&] { terms.Parser.EvalFuzzyExpression(terms.Variable, text); });
     EXPECT_EQ(terms.Parser.GetStream(), nullptr);
-    while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
-    EXPECT_EQ(Dump(terms.Variable), terms.Terms) << row.Text;
-  }
+    terms.Forget();
+    EXPECT_EQ(Dump(terms.Variable), terms.Terms) << text;
+    return failure;
+  });
   TFuzzySet* set = nullptr;
   for (const char* text : {"hot", "", "5", "?rise"}) {
     EXPECT_EQ(Failure([&] { terms.Parser.EvalFuzzyExpression(nullptr, text, set); }),
@@ -218,7 +156,7 @@ TEST(Expression, EqualsTheCallsThatItStandsFor) {
           std::ranges::equal(result->GetValues()->Points(), tree.Set->GetValues()->Points()))
           << text;
     }
-    while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
+    terms.Forget();
     EXPECT_EQ(Dump(terms.Variable), terms.Terms) << tree.Sparse;
   }
 }
@@ -307,7 +245,7 @@ TEST(Expression, OutlivesItsHandlers) {
         if (added++ == doomed) set->Free();
       });
       terms.Parser.EvalFuzzyExpression(terms.Variable, text);
-      while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
+      terms.Forget();
       EXPECT_EQ(Dump(terms.Variable), terms.Terms) << text << " without set " << doomed;
     }
   }
@@ -330,7 +268,7 @@ TEST(Expression, OutlivesItsHandlers) {
       throw EFzyException(!set ? "none" : set == hot ? "the term" : "copy");
     });
     EXPECT_EQ(result, results[i]);
-    while (terms.Variable->GetItems()->GetCount() > 2) terms.Variable->GetItems()->Delete(2);
+    terms.Forget();
     EXPECT_EQ(Dump(terms.Variable), terms.Terms);
   }
 }
