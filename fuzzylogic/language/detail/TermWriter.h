@@ -22,8 +22,8 @@ TString SetText(const TSetContent& set, TNumberStyle number);
 
 /// Writes the terms of a variable one after another, in the form that says most and still reads
 /// back. What a text reads back as is found by reading it, into a variable of the writer's own that
-/// holds the terms written before; so nobody is told, functions that event handlers add are unknown
-/// here, and writing a term takes about as long as reading it.
+/// holds the terms written before and nothing else; so nobody is told, functions that event
+/// handlers add are unknown here, and writing a term takes up to three times as long as reading it.
 class TTermWriter {
  public:
   /// For a variable of this range, whose sets are of this class; `fuzzy` is the component that the
