@@ -1,7 +1,6 @@
 #include "fuzzylogic/common/NamedCollection.h"
 
-#include <compare>
-#include <utility>
+#include <algorithm>
 
 #include "fuzzylogic/framework/FirstException.h"
 
@@ -55,73 +54,83 @@ void TGCollectionItem::Leave() {
   first.Rethrow();
 }
 
-void TGCollectionItem::StoreName(TString& name, const TString& value) {
-  TString copy = value;
-  auto* list = static_cast<TGCollection*>(GetCollection());
-  if (!list || !list->FNames) {
-    name = std::move(copy);
-    return;
-  }
-  auto entry = list->FNames->extract(this);
-  name = std::move(copy);
-  list->FNames->insert(std::move(entry));
+TGCollection::TKey TGCollection::KeyOf(const TGCollectionItem& item) {
+  return {item.GetItemName(), item.IsPreferred()};
 }
-
-namespace {
 
 /// Shorter names come first: names of derived sets are long and begin alike.
-std::strong_ordering CompareNames(std::u16string_view left, std::u16string_view right) {
-  const auto order = left.size() <=> right.size();
-  return order != std::strong_ordering::equal ? order : left <=> right;
+std::strong_ordering TGCollection::Compare(const TKey& left, const TKey& right) {
+  auto order = left.Name.size() <=> right.Name.size();
+  if (order == std::strong_ordering::equal) order = left.Name <=> right.Name;
+  return order == std::strong_ordering::equal ? right.Preferred <=> left.Preferred : order;
 }
 
-}  // namespace
-
-bool TGCollection::TByName::operator()(const TCollectionItem* left,
-                                       const TCollectionItem* right) const {
-  const auto order = CompareNames(left->GetItemName(), right->GetItemName());
+bool TGCollection::TByKey::operator()(const TGCollectionItem* left,
+                                      const TGCollectionItem* right) const {
+  const auto order = Compare(KeyOf(*left), KeyOf(*right));
   return order == std::strong_ordering::equal ? left->GetIndex() < right->GetIndex()
                                               : order == std::strong_ordering::less;
 }
 
-bool TGCollection::TByName::operator()(const TCollectionItem* left, const TNamePlace& right) const {
-  const auto order = CompareNames(left->GetItemName(), right.Name);
-  return order == std::strong_ordering::equal ? left->GetIndex() <= right.After
-                                              : order == std::strong_ordering::less;
+bool TGCollection::TByKey::operator()(const TGCollectionItem* left, const TKey& right) const {
+  return Compare(KeyOf(*left), right) == std::strong_ordering::less;
 }
 
-int TGCollection::IndexOf(const TString& name, int after) const {
+int TGCollection::IndexOf(const TString& name) const {
+  const TFound found = Find(name);
+  return found.Preferred < 0 || found.Other < 0 ? std::max(found.Preferred, found.Other)
+                                                : std::min(found.Preferred, found.Other);
+}
+
+int TGCollection::IndexOfPreferred(const TString& name) const {
+  const TFound found = Find(name);
+  return found.Preferred < 0 ? found.Other : found.Preferred;
+}
+
+TGCollection::TFound TGCollection::Find(const TString& name) const {
   if (!FNames) {
-    if (GetCount() <= ShortList || ++FScans <= FewScans) return Scan(name, after);
+    if (GetCount() <= ShortList || ++FScans <= FewScans) return Scan(name);
     auto names = std::make_unique<TNames>();
-    for (int i = 0; i < GetCount(); ++i) names->insert(ItemAt(i));
+    for (int i = 0; i < GetCount(); ++i) names->insert(NamedItemAt(i));
     FNames = std::move(names);
   }
-  const auto found = FNames->lower_bound(TNamePlace{name, after});
-  return found != FNames->end() && (*found)->GetItemName() == name ? (*found)->GetIndex() : -1;
+  const auto first = [&](bool preferred) {
+    const TKey key{name, preferred};
+    const auto found = FNames->lower_bound(key);
+    return found != FNames->end() && Compare(KeyOf(**found), key) == std::strong_ordering::equal
+               ? (*found)->GetIndex()
+               : -1;
+  };
+  return {first(true), first(false)};
 }
 
-int TGCollection::Scan(const TString& name, int after) const {
+TGCollection::TFound TGCollection::Scan(const TString& name) const {
+  TFound found{-1, -1};
   const int count = GetCount();
-  for (int i = after + 1; i < count; ++i) {
-    if (ItemAt(i)->GetItemName() == name) return i;
+  for (int i = 0; i < count && found.Preferred < 0; ++i) {
+    const TGCollectionItem* item = NamedItemAt(i);
+    if (item->GetItemName() != name) continue;
+    if (item->IsPreferred())
+      found.Preferred = i;
+    else if (found.Other < 0)
+      found.Other = i;
   }
-  return -1;
+  return found;
 }
 
 void TGCollection::StoreItem(TCollectionItem* item) {
   TCollection::StoreItem(item);
-  if (FNames) FNames->insert(item);
+  if (FNames) FNames->insert(static_cast<TGCollectionItem*>(item));
 }
 
 void TGCollection::DropItem(int index) {
-  if (FNames) FNames->erase(ItemAt(index));
+  if (FNames) FNames->erase(NamedItemAt(index));
   TCollection::DropItem(index);
 }
 
 void TGCollection::RelocateItem(int from, int to) {
   TNames::node_type entry;
-  if (FNames) entry = FNames->extract(ItemAt(from));
+  if (FNames) entry = FNames->extract(NamedItemAt(from));
   TCollection::RelocateItem(from, to);
   if (FNames) FNames->insert(std::move(entry));
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <compare>
 #include <memory>
 #include <set>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "fuzzylogic/framework/Collection.h"
@@ -21,14 +23,19 @@ class TGCollectionItem : public TCollectionItem {
   /// Told when a watched item goes. The watched item has left its collection but is still whole.
   virtual void Notification(TGCollectionItem* item, TOperation operation);
 
+  /// Whether the item comes before others of its name for who looks up by `IndexOfPreferred`; no,
+  /// unless a class says otherwise.
+  virtual bool IsPreferred() const { return false; }
+
  protected:
   TGCollectionItem() = default;
   ~TGCollectionItem() override;
   void Leave() override;
 
-  /// Stores `value` in `name`, the text that `GetItemName` answers, so that the collection finds
-  /// the item under its new name. Nobody is told.
-  void StoreName(TString& name, const TString& value);
+  /// Stores `value` in `field`, on which `GetItemName` or `IsPreferred` rests, so that the
+  /// collection finds the item as it is now. Nobody is told.
+  template <class Value>
+  void StoreKey(Value& field, Value value);
 
  private:
   using TWatchers = std::vector<TGCollectionItem*>;
@@ -43,12 +50,19 @@ class TGCollection : public TCollection {
   /// The index of the first item whose name equals `name`, case-sensitively, or -1. The first
   /// look-ups scan the items; from then on the names of a longer list are kept in order, and a
   /// look-up takes logarithmic time.
-  virtual int IndexOf(const TString& name) const { return IndexOf(name, -1); }
-  /// The same among the items behind the one at `after`.
-  int IndexOf(const TString& name, int after) const;
+  int IndexOf(const TString& name) const;
+  /// The first preferred item of that name, else the first one, or -1. It costs the same.
+  int IndexOfPreferred(const TString& name) const;
 
  protected:
   TGCollection() = default;
+
+  /// The first preferred item of a name, and the first other one; -1 where there is none.
+  struct TFound {
+    int Preferred;
+    int Other;
+  };
+  virtual TFound Find(const TString& name) const;
 
   void StoreItem(TCollectionItem* item) override;
   void DropItem(int index) override;
@@ -57,23 +71,40 @@ class TGCollection : public TCollection {
  private:
   friend class TGCollectionItem;
 
-  /// By name, and within a name by position: adding, removing and moving an item leaves the order
-  /// of the others as it is.
-  struct TNamePlace {
+  /// By name, the preferred ones of a name first, and among those by position: adding, removing and
+  /// moving an item leaves the order of the others as it is.
+  struct TKey {
     std::u16string_view Name;
-    int After;
+    bool Preferred;
   };
-  struct TByName {
+  struct TByKey {
     using is_transparent = void;
-    bool operator()(const TCollectionItem* left, const TCollectionItem* right) const;
-    bool operator()(const TCollectionItem* left, const TNamePlace& right) const;
+    bool operator()(const TGCollectionItem* left, const TGCollectionItem* right) const;
+    bool operator()(const TGCollectionItem* left, const TKey& right) const;
   };
-  using TNames = std::set<TCollectionItem*, TByName>;
+  using TNames = std::set<TGCollectionItem*, TByKey>;
 
-  int Scan(const TString& name, int after) const;
+  static TKey KeyOf(const TGCollectionItem& item);
+  static std::strong_ordering Compare(const TKey& left, const TKey& right);
+  TFound Scan(const TString& name) const;
+  TGCollectionItem* NamedItemAt(int index) const {
+    return static_cast<TGCollectionItem*>(ItemAt(index));
+  }
 
   mutable std::unique_ptr<TNames> FNames;  // only once look-ups are many
   mutable int FScans = 0;
 };
+
+template <class Value>
+void TGCollectionItem::StoreKey(Value& field, Value value) {
+  auto* list = static_cast<TGCollection*>(GetCollection());
+  if (!list || !list->FNames) {
+    field = std::move(value);
+    return;
+  }
+  auto entry = list->FNames->extract(this);
+  field = std::move(value);
+  list->FNames->insert(std::move(entry));
+}
 
 }  // namespace fzy

@@ -36,7 +36,7 @@ void TFuzzySet::Build(TFuzzySetCollection* collection) {
   FValues = CreateValues();
   TFirstException first;
   first.Run([&] { SetCollection(collection); });
-  if (FSurroundings && FSurroundings->IsDesigning()) FDefined = true;
+  if (FSurroundings && FSurroundings->IsDesigning()) SetDefined(true);
   first.Rethrow();
 }
 
@@ -77,7 +77,7 @@ TString TFuzzySet::GetDisplayName() const {
 void TFuzzySet::SetName(const TString& value) {
   if (value == FName) return;
   if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
-  StoreName(FName, value);
+  StoreKey(FName, value);
   Changed(false);
 }
 
@@ -104,7 +104,7 @@ void TFuzzySet::Assign(TPersistent* source) {
   if (set == this) return;
   const TPin self(this);
   const TPin pinned(set);
-  StoreName(FName, set->FName);
+  StoreKey(FName, set->FName);
   TFirstException first;
   first.Run([&] { SetValues(set->FValues); });
   FSetType = set->FSetType;

@@ -75,7 +75,9 @@ class TFuzzySet : public TGCollectionItem {
   void SetValues(TFuzzySetValues* value);
   /// Whether the set is a term of its variable, not a set made on the way. Nobody is told.
   bool GetDefined() const noexcept { return FDefined; }
-  void SetDefined(bool value) noexcept { FDefined = value; }
+  void SetDefined(bool value) {
+    if (value != FDefined) StoreKey(FDefined, value);
+  }
   /// The expression or number that produced the set; nobody is told of a change.
   const TString& GetExpression() const noexcept { return FExpression; }
   void SetExpression(TString value) { FExpression = std::move(value); }
@@ -93,6 +95,8 @@ class TFuzzySet : public TGCollectionItem {
   TFuzzySets* GetCollection() const;
   void SetCollection(TFuzzySetCollection* value) { TCollectionItem::SetCollection(value); }
   const TString& GetItemName() const override { return FName; }
+  /// Terms come before sets of their name that were made on the way.
+  bool IsPreferred() const override { return FDefined; }
   /// The name, or the class name when that is empty.
   TString GetDisplayName() const override;
 

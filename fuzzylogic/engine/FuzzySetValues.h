@@ -111,12 +111,11 @@ class TFuzzySetValues : public TGCollection {
 
   void Assign(TPersistent* source) override;
 
-  /// Points have no names: the first one answers to the empty name.
-  int IndexOf(const TString& name) const override {
-    return name.empty() && GetCount() > 0 ? 0 : -1;
-  }
-
  protected:
+  /// Points have no names: the first one answers to the empty name.
+  TFound Find(const TString& name) const override {
+    return {-1, name.empty() && GetCount() > 0 ? 0 : -1};
+  }
   TCollectionItem* AddItem() override { return Add(); }
   void Update(TCollectionItem* item) override;
   [[noreturn]] void FailIndex(int index) const override { RaiseFuzzyIndex(index); }

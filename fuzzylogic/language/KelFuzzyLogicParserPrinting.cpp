@@ -61,7 +61,7 @@ TString TKelFuzzyLogicParser::PrettyPrint(const TFuzzyVariable* fuzzyVariable) {
 TString TKelFuzzyLogicParser::PrettyPrint(const TFuzzySet* fuzzySet, bool asDefinition) {
   if (!fuzzySet) throw EFzyException(SFzySetMissing, {TString("PrettyPrint")});
   const detail::TSetContent set = detail::ContentOf(*fuzzySet);
-  const bool nameless = set.Name.empty() || set.Name.View() == SEmptyFuzzy;
+  const bool nameless = IsEmptyFuzzyName(set.Name);
   if (!asDefinition) return nameless ? set.Expression : set.Name;
   const detail::TNumberStyle number{FFullPrecision};
   const TFuzzyVariable* variable = fuzzySet->GetVariable();

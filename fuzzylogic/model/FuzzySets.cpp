@@ -28,7 +28,7 @@ TFuzzySet* TFuzzySets::Add(const TString& name) {
   TFuzzySet* set = Add();
   if (!set) return nullptr;
   const TPin pinned(set);
-  set->SetDefined(!name.empty() && name.View() != SEmptyFuzzy);
+  set->SetDefined(!IsEmptyFuzzyName(name));
   set->SetName(name);
   return set->IsFreed() ? nullptr : set;
 }

@@ -67,7 +67,7 @@ void TFuzzyVariable::SetText(TString TFuzzyVariable::*property, const TString& v
 
 void TFuzzyVariable::SetName(const TString& value) {
   if (value == FName) return;
-  StoreName(FName, value);
+  StoreKey(FName, value);
   Changed(false);
 }
 
@@ -113,7 +113,7 @@ void TFuzzyVariable::Assign(TPersistent* source) {
   if (!variable) return TGCollectionItem::Assign(source);
   if (variable == this) return;
   const TPin pinned(variable);
-  StoreName(FName, variable->FName);
+  StoreKey(FName, variable->FName);
   FMinimum = variable->FMinimum;
   FMaximum = variable->FMaximum;
   FThreshold = variable->FThreshold;

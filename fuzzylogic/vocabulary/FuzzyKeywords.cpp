@@ -48,6 +48,8 @@ bool Find(const Table& table, std::u16string_view s, Enum& value) {
 
 }  // namespace
 
+bool IsEmptyFuzzyName(std::u16string_view name) { return name.empty() || name == SEmptyFuzzy; }
+
 bool IsFuzzyHedge(std::u16string_view s) {
   TFuzzyHedge hedge{};
   return IsFuzzyHedge(s, hedge);

@@ -47,6 +47,9 @@ inline constexpr const char16_t* RightFuzzyParentheses = u"]";
 /// The reserved name of a placeholder set: a set added under it is not a defined term.
 inline constexpr const char16_t* SEmptyFuzzy = u"__Empty";
 
+/// Whether a name is none, or that of the placeholder set.
+bool IsEmptyFuzzyName(std::u16string_view name);
+
 bool IsFuzzyHedge(std::u16string_view s);
 /// On a match sets `hedge`; otherwise leaves it.
 bool IsFuzzyHedge(std::u16string_view s, TFuzzyHedge& hedge);

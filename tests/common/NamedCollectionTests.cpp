@@ -11,10 +11,13 @@ class TNamed final : public TGCollectionItem {
   explicit TNamed(TCollection* list) { SetCollection(list); }
   TString ClassName() const override { return "TNamed"; }
   const TString& GetItemName() const override { return FName; }
-  void SetName(const TString& value) { StoreName(FName, value); }
+  bool IsPreferred() const override { return FPreferred; }
+  void SetName(const TString& value) { StoreKey(FName, value); }
+  void SetPreferred(bool value) { StoreKey(FPreferred, value); }
 
  private:
   TString FName;
+  bool FPreferred = false;
 };
 
 class TNames final : public TGCollection {
@@ -33,7 +36,7 @@ TEST(NamedCollection, FindsTheFirstOfANameWhateverHappensToTheItems) {
   for (int step = 0; step < 20'000; ++step) {
     const int count = list.GetCount();
     const TString name(static_cast<std::size_t>(random.Below(4)), random.OneIn(2) ? u'a' : u'b');
-    switch (random.Below(count < 40 ? 4 : 6)) {
+    switch (random.Below(count < 40 ? 5 : 7)) {
       case 0:
       case 1:
         (new TNamed(&list))->SetName(name);
@@ -44,14 +47,20 @@ TEST(NamedCollection, FindsTheFirstOfANameWhateverHappensToTheItems) {
       case 3:
         if (count > 0) list.At(random.Below(count))->SetIndex(random.Below(count));
         break;
+      case 4:
+        if (count > 0) list.At(random.Below(count))->SetPreferred(random.OneIn(2));
+        break;
       default:
         list.Delete(random.OneIn(2) ? count - 1 : random.Below(count));
     }
-    const int after = random.Below(list.GetCount() + 1) - 1;
-    int expected = -1;
-    for (int i = list.GetCount() - 1; i > after; --i)
-      if (list.At(i)->GetItemName() == name) expected = i;
-    ASSERT_EQ(list.IndexOf(name, after), expected) << step;
+    int first = -1, preferred = -1;
+    for (int i = list.GetCount() - 1; i >= 0; --i) {
+      if (list.At(i)->GetItemName() != name) continue;
+      first = i;
+      if (list.At(i)->IsPreferred()) preferred = i;
+    }
+    ASSERT_EQ(list.IndexOf(name), first) << step;
+    ASSERT_EQ(list.IndexOfPreferred(name), preferred < 0 ? first : preferred) << step;
   }
 }
 

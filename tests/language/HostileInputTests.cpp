@@ -106,7 +106,9 @@ TEST(HostileInput, IsEvaluatedOnASmallStack) {
       // Names of names: a short text would take more memory than there is.
       {Repeat("not ", 50'000) + "hot", large},
       {"hot" + Repeat(" or hot", 50'000), large},
-      {"?x0", large}};
+      {"?x0", large},
+      // Sets of one name, and as many look-ups of it.
+      {Repeat("5 ", Million / 10) + Repeat("\"5\" ", Million / 10), ""}};
   for (const auto& [body, message] : rows) {
     std::string failure;
     OnSmallStack([&, &b = body] {

@@ -32,11 +32,8 @@ struct TClassModel {
   }
   /// The first term of that name, else the first set that an evaluation left, or nothing.
   static TFuzzySet* FindSet(TFuzzyVariable* variable, const TString& name) {
-    const TFuzzySets& sets = *variable->GetItems();
-    const int first = sets.IndexOf(name);
-    for (int i = first; i >= 0; i = sets.IndexOf(name, i))
-      if (sets[i]->GetDefined()) return sets[i];
-    return first < 0 ? nullptr : sets[first];
+    const int index = variable->GetItems()->IndexOfPreferred(name);
+    return index < 0 ? nullptr : variable->GetItems()->GetItem(index);
   }
   /// A new unnamed set with the content of another.
   static TFuzzySet* CopySet(TKelFuzzyLogicParser& parser, TFuzzyVariable* variable,

@@ -263,7 +263,7 @@ class TExpressionEvaluator {
 
   TOperand TermOf(const IFuzzyStreamToken& token) {
     const TString& name = token.GetText();
-    if (name.empty() || name.View() == SEmptyFuzzy) return EmptySet();
+    if (IsEmptyFuzzyName(name)) return EmptySet();
     const TSet found = Model::FindSet(FVariable, name);
     if (!found) Refuse(token);
     return {THeldSet(found), std::nullopt};

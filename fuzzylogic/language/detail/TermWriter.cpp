@@ -10,8 +10,6 @@ namespace {
 // A list of points comes to rest quickly, because each round takes points away or changes nothing.
 constexpr int MostRounds = 16;
 
-bool IsNameless(const TString& name) { return name.empty() || name.View() == SEmptyFuzzy; }
-
 /// A reader marks a term by its own name as its expression; that is no body.
 TString ExpressionOf(const TSetContent& set) {
   return set.Expression != set.Name ? set.Expression : TString();
@@ -19,7 +17,8 @@ TString ExpressionOf(const TSetContent& set) {
 
 /// A list without points is no body either, but nothing at all is.
 TString Points(const TSetContent& set, TNumberStyle number) {
-  return set.Points.empty() && !IsNameless(set.Name) ? TString() : PointList(set.Points, number);
+  return set.Points.empty() && !IsEmptyFuzzyName(set.Name) ? TString()
+                                                           : PointList(set.Points, number);
 }
 
 /// Whether both are written alike.
@@ -31,7 +30,7 @@ bool SameContent(const TSetContent& a, const TSetContent& b) {
 }  // namespace
 
 bool IsTermName(const TString& name) {
-  return !IsNameless(name) && !IsReservedFuzzyWord(name) && WordText(name);
+  return !IsEmptyFuzzyName(name) && !IsReservedFuzzyWord(name) && WordText(name);
 }
 
 bool HasExpression(const TSetContent& set) {
@@ -40,7 +39,7 @@ bool HasExpression(const TSetContent& set) {
 
 TString TermHead(const TSetContent& set) {
   TString head;
-  if (!IsNameless(set.Name)) {
+  if (!IsEmptyFuzzyName(set.Name)) {
     if (!IsTermName(set.Name)) throw EFzyException(SFzyNameNotWritable, {set.Name});
     head += u"(term ";
     head += *WordText(set.Name);
@@ -58,7 +57,7 @@ TString SetText(const TSetContent& set, TNumberStyle number) {
   const TString expression = ExpressionOf(set);
   TString text = TermHead(set);
   text += !calls.empty() ? calls.front() : !expression.empty() ? expression : Points(set, number);
-  if (!IsNameless(set.Name)) text += u')';
+  if (!IsEmptyFuzzyName(set.Name)) text += u')';
   return text;
 }
 
