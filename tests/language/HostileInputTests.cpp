@@ -107,7 +107,10 @@ TEST(HostileInput, IsEvaluatedOnASmallStack) {
       {Repeat("not ", 50'000) + "hot", large},
       {"hot" + Repeat(" or hot", 50'000), large},
       {"?x0", large},
-      // Sets of one name, and as many look-ups of it.
+      // Sets of one name, and as many look-ups of it, in one term and in many.
+      {Repeat("5 ", Million / 10 + 1) + ") " + Repeat("(term t \"\" very \"5\") ", Million / 10) +
+           "(term u hot",
+       ""},
       {Repeat("5 ", Million / 10) + Repeat("\"5\" ", Million / 10), ""}};
   for (const auto& [body, message] : rows) {
     std::string failure;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy::detail {
@@ -48,6 +49,14 @@ struct TClassModel {
     set->SetName(name);
     set->SetExpression(name);
     set->SetComment(comment);
+  }
+  static int CountSets(const TFuzzyVariable* variable) {
+    return variable ? variable->GetItems()->GetCount() : 0;
+  }
+  /// Whether the set was there when the variable had `count` sets. The placeholder does not count.
+  static bool IsOlder(const TFuzzySet* set, const TFuzzyVariable* variable, int count) {
+    return set && set->GetCollection() == variable->GetItems() && set->GetIndex() < count &&
+           !IsEmptyFuzzyName(set->GetName());
   }
   /// Terms stand in the order of their text, also one that took a set over that was there before.
   static void PlaceLast(TFuzzySet* set, TFuzzyVariable* variable) {

@@ -152,7 +152,12 @@ class TDefinitionReader {
   TSet ReadExpression(const TVariable& variable) {
     const Ref<IFuzzyStreamTokenList> tokens = FParser.ParseTokenList();
     const TString definition = ExpressionText(*tokens);  // before evaluation reorders them
-    const THeldSet set(FParser.EvalFuzzyExpression(variable, tokens));
+    const int count = Model::CountSets(variable);
+    const THeldSet result(FParser.EvalFuzzyExpression(variable, tokens));
+    // A set that an earlier expression left stays where it is: moving many of them to the end would
+    // cost more than copies.
+    const bool older = Model::IsOlder(result.Get(), variable, count);
+    const THeldSet set(older ? Model::CopySet(FParser, variable, result.Get()) : result.Get());
     if (set.Get()) set.Get()->SetDefinition(definition);
     return set.Get();
   }
