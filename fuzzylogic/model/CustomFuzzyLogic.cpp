@@ -46,12 +46,12 @@ void TCustomFuzzyLogic::Notification(TComponent* component, TOperation operation
   if (operation == opRemove && FParser && component == FParser) SetParser(nullptr);
 }
 
-TStringList* TCustomFuzzyLogic::GetStrings() {
+TStrings* TCustomFuzzyLogic::GetStrings() {
   if (FNeedsUpdate) UpdateStrings();
   return &FStrings;
 }
 
-void TCustomFuzzyLogic::SetStrings(TStringList* value) {
+void TCustomFuzzyLogic::SetStrings(TStrings* value) {
   FStrings.Assign(value);
   Parse();
 }

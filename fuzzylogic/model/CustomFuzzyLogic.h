@@ -4,7 +4,7 @@
 
 #include "fuzzylogic/framework/Component.h"
 #include "fuzzylogic/framework/Encoding.h"
-#include "fuzzylogic/framework/StringList.h"
+#include "fuzzylogic/framework/Strings.h"
 #include "fuzzylogic/vocabulary/FuzzyTypes.h"
 
 namespace fzy {
@@ -71,16 +71,16 @@ class TCustomFuzzyLogic : public TComponent {
 
   /// The definition text. After a change of the model it is regenerated first (`UpdateStrings`).
   /// @throws EFzyException (`SParserUnassigned`) when that needs a parser and there is none
-  TStringList* GetStrings();
+  TStrings* GetStrings();
   /// Copies the text and parses it: the model is rebuilt at once.
   /// @throws as `Parse`; the text is assigned nevertheless, but what was built before an error is a
   ///   change of the model, so that the next reading of the text gives that
-  void SetStrings(TStringList* value);
+  void SetStrings(TStrings* value);
   /// The same from one text.
   void SetStrings(const TString& text);
   /// Entries name=value, without regard to case, that expressions may name as ?name.
-  TStringList* GetVariables() noexcept { return &FVariables; }
-  void SetVariables(TStringList* value) { FVariables.Assign(value); }
+  TStrings* GetVariables() noexcept { return &FVariables; }
+  void SetVariables(TStrings* value) { FVariables.Assign(value); }
 
   const TNotifyEvent& GetOnChange() const noexcept { return FOnChange; }
   void SetOnChange(TNotifyEvent value) { FOnChange = std::move(value); }
@@ -107,7 +107,7 @@ class TCustomFuzzyLogic : public TComponent {
   bool NeedsUpdate() const noexcept { return FNeedsUpdate; }
   void SetNeedsUpdate(bool value) noexcept { FNeedsUpdate = value; }
   /// The definition text as it stands, whether or not the model has changed.
-  TStringList& StoredStrings() noexcept { return FStrings; }
+  TStrings& StoredStrings() noexcept { return FStrings; }
 
   void FireChange();
 
@@ -116,9 +116,9 @@ class TCustomFuzzyLogic : public TComponent {
   TNotifyEvent FOnChange;
   TDefuzzificationMethod FDefuzzificationMethod = dmCenterOfGravity;
   TFuzzyTextParser* FParser = nullptr;
-  TStringList FStrings;
+  TStrings FStrings;
   bool FNeedsUpdate = false;
-  TStringList FVariables;
+  TStrings FVariables;
   bool FAutoTerms = true;
   TFuzzyCorrelationMethod FCorrelationMethod = fcmMinimum;
   TFuzzyInferenceMethod FInferenceMethod = fimMinMax;

@@ -61,7 +61,7 @@ void TFuzzyLogic::UpdateStrings() {
   const TPin self(this);
   const TPin parser(GetParser());
   try {
-    TStringList lines;
+    TStrings lines;
     for (TFuzzyVariable* variable : *GetItems()) {
       RequireParser();  // it may unlink itself meanwhile
       lines.Add(GetParser()->PrettyPrint(variable));

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "fuzzylogic/framework/FirstException.h"
-#include "fuzzylogic/framework/StringList.h"
+#include "fuzzylogic/framework/Strings.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/model/FuzzyLogic.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
@@ -124,7 +124,7 @@ void TFuzzyVariable::Assign(TPersistent* source) {
 }
 
 void TFuzzyVariable::AssignTo(TPersistent* dest) {
-  auto* list = dynamic_cast<TStringList*>(dest);
+  auto* list = dynamic_cast<TStrings*>(dest);
   if (!list) return TGCollectionItem::AssignTo(dest);
   TUpdateBlock block(*list);
   list->Clear();

@@ -6,7 +6,7 @@
 #include "fuzzylogic/framework/Collection.h"
 #include "fuzzylogic/framework/Component.h"
 #include "fuzzylogic/framework/Exception.h"
-#include "fuzzylogic/framework/StringList.h"
+#include "fuzzylogic/framework/Strings.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "tests/support/Refusal.h"
 
@@ -217,10 +217,10 @@ TEST(Collection, SurvivesWhateverHandlersDo) {
 
 TEST(Collection, RefusesWhatItDoesNotHoldOrKnow) {
   TNodes list("AB");
-  TStringList lines;
+  TStrings lines;
   EXPECT_EQ(MessageOf([&] { list.Delete(2); }), "List index out of bounds (2)");
   EXPECT_EQ(MessageOf([&] { list.At(0)->SetIndex(-1); }), "List index out of bounds (-1)");
-  EXPECT_EQ(MessageOf([&] { list.Assign(&lines); }), "Cannot assign a TStringList to a TNodes");
+  EXPECT_EQ(MessageOf([&] { list.Assign(&lines); }), "Cannot assign a TStrings to a TNodes");
   EXPECT_EQ(MessageOf([&] { list.At(0)->Assign(nullptr); }), "Cannot assign a nil to a TNode");
   EXPECT_EQ(list.Names() + list.TakeLog(), "AB");
 }

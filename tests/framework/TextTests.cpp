@@ -9,7 +9,7 @@
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/framework/Message.h"
-#include "fuzzylogic/framework/StringList.h"
+#include "fuzzylogic/framework/Strings.h"
 #include "tests/support/Random.h"
 
 namespace fzy {
@@ -173,7 +173,7 @@ TEST(StringList, SplitsTextAtEveryKindOfLineEndAndKeepsIt) {
       {"", ""},       {"a", "a;"},      {"a\rb\r\nc\nd", "a;b;c;d;"},
       {"\n\n", ";;"}, {"\r\r\n", ";;"}, {" a \n\r\n\tb\n", " a ;;\tb;"}};
   for (const auto& [text, expected] : cases) {
-    TStringList list;
+    TStrings list;
     list.Add("old");
     list.SetText(text);
     std::string lines;
@@ -185,7 +185,7 @@ TEST(StringList, SplitsTextAtEveryKindOfLineEndAndKeepsIt) {
 }
 
 TEST(StringList, FindsByItsCaseRuleAndKeepsObjectsWithTheirLines) {
-  TStringList list, copy;
+  TStrings list, copy;
   list.SetText("plain\nName=Cold\n=none\nname=a=b\nName=again");
   EXPECT_EQ(list.IndexOfName("plain"), -1);
   EXPECT_EQ(list.IndexOf("name=cold"), -1);

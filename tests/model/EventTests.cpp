@@ -149,7 +149,7 @@ struct TTextScene : TScene {
 
 TEST(Text, ParsedRebuildsTheModelAfterTheOldOneWent) {
   TTextScene s;
-  TStringList lines;
+  TStrings lines;
   lines.Add("v y z");
   lines.Add("w");
   s.Fuzzy.SetStrings(&lines);

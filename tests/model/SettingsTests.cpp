@@ -85,7 +85,7 @@ TEST(Settings, AndRulesRefuseWhatIsWrongBeforeAnythingChanges) {
   TFuzzyVariable* t = s.T;
   TFuzzySets* sets = t->GetItems();
   TFuzzyVariables* variables = s.Fuzzy.GetItems();
-  TStringList list;
+  TStrings list;
   TFuzzySet* const hot = s.Hot;
   TFuzzySet* const missing = nullptr;
   // clang-format off
@@ -104,7 +104,7 @@ TEST(Settings, AndRulesRefuseWhatIsWrongBeforeAnythingChanges) {
       {"Unknown Fuzzy Variable name: \"x\"", [&] { variables->GetItemByName("x"); }},
       {"Unknown Fuzzy Variable name: \"x\"", [&] { variables->SetItemByName("x", t); }},
       {"Invalid fuzzy set name, \"very\" is a reserved word", [&] { hot->SetName("very"); }},
-      {"Cannot assign a TStringList to a TFuzzyVariable", [&] { t->Assign(&list); }},
+      {"Cannot assign a TStrings to a TFuzzyVariable", [&] { t->Assign(&list); }},
       {"Cannot assign a TFuzzyVariable to a TFuzzySet", [&] { hot->Assign(t); }},
       {Refusal(strength, "2 premises but 1 matchings"), [&] { t->AssertRule({hot, s.Cold}, {hot}, hot, nullptr); }},
       {Refusal(strength, none), [&] { t->AssertRule({hot, missing}, {hot, hot}, hot, nullptr); }},
@@ -144,7 +144,7 @@ TEST(Lists, FindTheFirstOfANameAndCopyFieldByField) {
   EXPECT_EQ(list->GetItem(0)->GetVariable(), s.U);
   EXPECT_EQ(s.U->GetName() + s.U->GetUnits() + s.U->GetComment(), "tKoutside");
   EXPECT_TRUE(s.U->GetThreshold() == 0.5 && s.U->GetMaximum() == 10 && s.U->GetItemIndex() == 0);
-  TStringList lines;
+  TStrings lines;
   lines.Add("before");
   lines.Assign(s.T);
   EXPECT_EQ(lines.GetText(), "hot\nhot\ncold\n");

@@ -293,7 +293,7 @@ class TExpressionEvaluator {
   void OpenName(const Ref<IFuzzyStreamToken>& token) {
     TCustomFuzzyLogic* fuzzy = FParser.GetFuzzyLogic();
     if (!fuzzy) FParser.ParseError(Method, SFuzzyLogicNotSet);
-    const TStringList& texts = *fuzzy->GetVariables();
+    const TStrings& texts = *fuzzy->GetVariables();
     CheckChain(*token, texts.GetCaseSensitive());
     OpenText(texts.GetValue(token->GetText()), token);
   }

@@ -8,11 +8,11 @@ namespace fzy {
 
 /// A list of texts, each with an object that it may name (not owned), and with look-up of entries
 /// written as name=value.
-class TStringList final : public TPersistent {
+class TStrings final : public TPersistent {
  public:
-  TStringList() = default;
-  ~TStringList() override = default;
-  TString ClassName() const override { return "TStringList"; }
+  TStrings() = default;
+  ~TStrings() override = default;
+  TString ClassName() const override { return "TStrings"; }
 
   int GetCount() const noexcept { return static_cast<int>(FLines.size()); }
   /// @throws EListError for an index outside the list, as do all operations with an index

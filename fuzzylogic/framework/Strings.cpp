@@ -1,4 +1,4 @@
-#include "fuzzylogic/framework/StringList.h"
+#include "fuzzylogic/framework/Strings.h"
 
 #include <algorithm>
 
@@ -8,28 +8,28 @@
 
 namespace fzy {
 
-const TStringList::TLine& TStringList::Line(int index) const {
+const TStrings::TLine& TStrings::Line(int index) const {
   if (index < 0 || index >= GetCount())
     throw EListError(FormatText(SListIndexError, {std::int64_t{index}}));
   return FLines[static_cast<std::size_t>(index)];
 }
 
-bool TStringList::Same(std::u16string_view left, std::u16string_view right) const noexcept {
+bool TStrings::Same(std::u16string_view left, std::u16string_view right) const noexcept {
   return FCaseSensitive ? left == right : SameText(left, right);
 }
 
-void TStringList::AddObject(TString text, TObject* object) {
+void TStrings::AddObject(TString text, TObject* object) {
   FLines.push_back({std::move(text), object, u"\n"});
 }
 
-void TStringList::Delete(int index) {
+void TStrings::Delete(int index) {
   Line(index);
   FLines.erase(FLines.begin() + index);
 }
 
-void TStringList::Clear() { FLines.clear(); }
+void TStrings::Clear() { FLines.clear(); }
 
-TString TStringList::GetText() const {
+TString TStrings::GetText() const {
   std::size_t length = 0;
   for (const TLine& line : FLines) length += line.Text.size() + 2;
   TString text;
@@ -41,7 +41,7 @@ TString TStringList::GetText() const {
   return text;
 }
 
-void TStringList::SetText(const TString& text) {
+void TStrings::SetText(const TString& text) {
   FLines.clear();
   const std::u16string_view all = text;
   for (std::size_t start = 0; start < all.size();) {
@@ -54,13 +54,13 @@ void TStringList::SetText(const TString& text) {
   }
 }
 
-int TStringList::IndexOf(const TString& text) const {
+int TStrings::IndexOf(const TString& text) const {
   const auto found = std::find_if(FLines.begin(), FLines.end(),
                                   [&](const TLine& line) { return Same(line.Text, text); });
   return found == FLines.end() ? -1 : static_cast<int>(found - FLines.begin());
 }
 
-int TStringList::IndexOfName(const TString& name) const {
+int TStrings::IndexOfName(const TString& name) const {
   for (int i = 0; i < GetCount(); ++i) {
     const std::u16string_view line = GetString(i);
     const std::size_t sign = line.find(u'=');
@@ -69,14 +69,14 @@ int TStringList::IndexOfName(const TString& name) const {
   return -1;
 }
 
-TString TStringList::GetValue(const TString& name) const {
+TString TStrings::GetValue(const TString& name) const {
   const int index = IndexOfName(name);
   if (index < 0) return {};
   const TString& line = GetString(index);
   return line.Slice(line.Find(u"=") + 1);
 }
 
-void TStringList::SetValue(const TString& name, const TString& value) {
+void TStrings::SetValue(const TString& name, const TString& value) {
   const int index = IndexOfName(name);
   TString line = name + "=" + value;
   if (index < 0)
@@ -85,8 +85,8 @@ void TStringList::SetValue(const TString& name, const TString& value) {
     FLines[static_cast<std::size_t>(index)].Text = std::move(line);
 }
 
-void TStringList::Assign(TPersistent* source) {
-  const auto* list = dynamic_cast<const TStringList*>(source);
+void TStrings::Assign(TPersistent* source) {
+  const auto* list = dynamic_cast<const TStrings*>(source);
   if (!list) return TPersistent::Assign(source);
   FLines = list->FLines;
 }
