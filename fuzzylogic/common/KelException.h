@@ -14,4 +14,10 @@ class EKelException : public EException {
       : EException(FormatText(format, args)) {}
 };
 
+/// A removal from an empty table.
+class EGHashtableError : public EKelException {
+ public:
+  using EKelException::EKelException;
+};
+
 }  // namespace fzy

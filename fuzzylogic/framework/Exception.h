@@ -33,4 +33,16 @@ class EListError : public EException {
   using EException::EException;
 };
 
+/// An argument outside the values that it may have.
+class EArgumentOutOfRangeException : public EException {
+ public:
+  using EException::EException;
+};
+
+/// An object does not offer the interface that it was asked for.
+class EIntfCastError : public EException {
+ public:
+  using EException::EException;
+};
+
 }  // namespace fzy

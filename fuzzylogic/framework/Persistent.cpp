@@ -16,6 +16,8 @@ void TPersistent::AssignTo(TPersistent* dest) {
       FormatText(SAssignError, {ClassName(), dest ? dest->ClassName() : TString("nil")}));
 }
 
+void TPersistent::DefineProperties(TFiler& /*filer*/) {}
+
 void TPersistent::Free() {
   if (FFreed) return;
   const TPin self(this);

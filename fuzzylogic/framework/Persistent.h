@@ -7,6 +7,8 @@
 
 namespace fzy {
 
+class TFiler;
+
 /// Root of the library's objects.
 class TObject {
  public:
@@ -38,6 +40,10 @@ class TPersistent : public TObject {
   /// Hands this object's content to `dest`; the root refuses.
   /// @throws EConvertError
   virtual void AssignTo(TPersistent* dest);
+
+  /// Names the object's published properties to `filer`; a class hands on to its base first. None,
+  /// unless a class says otherwise.
+  virtual void DefineProperties(TFiler& filer);
 
   /// Whether `Free()` was called: the object has left its container and only waits for its memory
   /// to be given back.

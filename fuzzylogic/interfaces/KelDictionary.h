@@ -1,0 +1,341 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+#include "fuzzylogic/common/HelperFunctions.h"
+#include "fuzzylogic/framework/Event.h"
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/Messages.h"
+#include "fuzzylogic/interfaces/KelEnumerable.h"
+#include "fuzzylogic/interfaces/KeyComparer.h"
+
+namespace fzy {
+
+/// What a table tells of a key or a value.
+enum class TKeyedNotification : unsigned char { knAdded, knRemoved, knExtracted };
+using enum TKeyedNotification;
+
+template <class TKey, class TValue>
+struct TPair {
+  TKey Key;
+  TValue Value;
+};
+
+/// A table of values found by key: open addressing with linear probing, at most three quarters
+/// full, and no marks left behind by removals. Adding, looking up and removing take constant time
+/// on average.
+///
+/// The capacity is 0 or a power of two of at least 4. Entries are visited in the order of their
+/// slots, which follows from the hashes and the capacity: it is the same in every run, but not the
+/// order of addition, and growing or removing may change it. When keys that were made to collide
+/// drive one search through a thousand slots, the table gives its hashes a random seed, once; from
+/// then on the order is another in each run.
+///
+/// Handlers may change the table, or throw: the change that they were told of stays made, and what
+/// else had to be told is told. One thread at a time; only the count may be read by others.
+template <class TKey, class TValue>
+class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
+ public:
+  using TEntry = TPair<TKey, TValue>;
+  using TComparer = std::shared_ptr<const TKeyComparer<TKey>>;
+  using TKeyNotifyEvent =
+      std::function<void(TObject* sender, const TKey& item, TKeyedNotification action)>;
+  using TValueNotifyEvent =
+      std::function<void(TObject* sender, const TValue& item, TKeyedNotification action)>;
+
+  /// Without a comparer keys are compared by `==` (texts: case-sensitively).
+  /// @throws EArgumentOutOfRangeException for a negative capacity
+  explicit TKelDictionary(int capacity = 0, TComparer comparer = nullptr)
+      : FComparer(comparer ? std::move(comparer) : DefaultComparer()) {
+    SetCapacity(capacity);
+  }
+  explicit TKelDictionary(TComparer comparer) : TKelDictionary(0, std::move(comparer)) {}
+  /// With the entries of a sequence; of a key that repeats the last one stays. Nobody is told.
+  explicit TKelDictionary(const TKelEnumerable<TEntry>& collection, TComparer comparer = nullptr)
+      : TKelDictionary(0, std::move(comparer)) {
+    for (const TEntry& entry : collection) TKelDictionary::AddOrSetValue(entry.Key, entry.Value);
+  }
+  TString ClassName() const override { return "TKelDictionary"; }
+
+  /// @throws EListError (`SDuplicateItem`) when the key is there already
+  void Add(const TKey& key, const TValue& value) {
+    const TPlace place = PlaceToAdd(key);
+    if (place.IsFound) throw EListError(SDuplicateItem);
+    DoAdd(place.HashCode, place.Slot, key, value);
+  }
+  /// Adds the value, or replaces the one under the key.
+  void AddOrSetValue(const TKey& key, const TValue& value) {
+    const TPlace place = PlaceToAdd(key);
+    if (place.IsFound)
+      DoSetValue(place.Slot, value);
+    else
+      DoAdd(place.HashCode, place.Slot, key, value);
+  }
+  /// @throws EListError (`SItemNotFound`) when the key is absent, as does `SetItem`
+  TValue GetItem(const TKey& key) const { return FItems[Require(key)].Value; }
+  /// Replaces the value and tells of both values; descendants' `DoSetValue` is passed by.
+  void SetItem(const TKey& key, const TValue& value) {
+    TKelDictionary::DoSetValue(static_cast<int>(Require(key)), value);
+  }
+  /// The value under the key; false, and none, when the key is absent.
+  bool TryGetValue(const TKey& key, TValue& value) const {
+    const TPlace place = Find(key);
+    value = place.IsFound ? FItems[Index(place.Slot)].Value : TValue();
+    return place.IsFound;
+  }
+  bool ContainsKey(const TKey& key) const { return Find(key).IsFound; }
+  /// Linear.
+  bool ContainsValue(const TValue& value) const {
+    for (const TSlot& slot : FItems) {
+      if (slot.IsUsed() && slot.Value == value) return true;
+    }
+    return false;
+  }
+  /// Removes the entry and returns its value; none when the key is absent.
+  TValue Remove(const TKey& key) { return DoRemove(key, HashCodeOf(key), knRemoved); }
+  /// The same, told as an extraction, with the key; an absent key tells nobody.
+  TEntry ExtractPair(const TKey& key) {
+    const std::int32_t hashCode = HashCodeOf(key);
+    if (!Find(key, hashCode).IsFound) return {key, TValue()};
+    const TKey extracted = key;
+    return {extracted, DoRemove(extracted, hashCode, knExtracted)};
+  }
+  /// Removes all entries and gives the memory back; then each key and value is told of, in order.
+  virtual void Clear() {
+    const TPin self(this);
+    const std::vector<TSlot> cleared = std::exchange(FItems, {});
+    SetCount(0);
+    FGrowThreshold = 0;
+    TFirstException first;
+    for (const TSlot& slot : cleared) {
+      if (!slot.IsUsed()) continue;
+      first.Run([&] { KeyNotify(slot.Key, knRemoved); });
+      first.Run([&] { ValueNotify(slot.Value, knRemoved); });
+    }
+    first.Rethrow();
+  }
+  /// Gives up the room that one entry more would not need.
+  void TrimExcess() { SetCapacity(GetCount() + 1); }
+
+  /// The number of entries; any thread may ask.
+  int GetCount() const noexcept { return FCount.load(std::memory_order_relaxed); }
+  int GetCapacity() const noexcept { return static_cast<int>(FItems.size()); }
+  /// @throws EArgumentOutOfRangeException for less than the number of entries
+  void SetCapacity(int value) {
+    if (value < GetCount()) throw EArgumentOutOfRangeException(SArgumentOutOfRange);
+    std::size_t capacity = value == 0 ? 0 : LeastCapacity;
+    while (capacity < static_cast<std::size_t>(value)) capacity *= 2;
+    Rehash(capacity);
+  }
+
+  /// The keys, and the values, as sequences of their own that stay with the table.
+  const TKelEnumerable<TKey>& GetKeys() const { return View(FKeyCollection); }
+  const TKelEnumerable<TValue>& GetValues() const { return View(FValueCollection); }
+
+  const TKeyNotifyEvent& GetOnKeyNotify() const noexcept { return FOnKeyNotify; }
+  void SetOnKeyNotify(TKeyNotifyEvent value) { FOnKeyNotify = std::move(value); }
+  const TValueNotifyEvent& GetOnValueNotify() const noexcept { return FOnValueNotify; }
+  void SetOnValueNotify(TValueNotifyEvent value) { FOnValueNotify = std::move(value); }
+
+  /// From a table of the same types: `Clear`, then `Add` of each entry in the source's order. Other
+  /// sources are refused.
+  void Assign(TPersistent* source) override {
+    const auto* table = dynamic_cast<const TKelDictionary*>(source);
+    if (!table) return TPersistent::Assign(source);
+    if (table == this) return;
+    const TPin self(this);
+    const std::vector<TEntry> entries = table->ToArray();
+    Clear();
+    for (const TEntry& entry : entries) Add(entry.Key, entry.Value);
+  }
+
+ protected:
+  int DoNext(int position) const override {
+    for (std::size_t i = Index(position + 1); i < FItems.size(); ++i) {
+      if (FItems[i].IsUsed()) return static_cast<int>(i);
+    }
+    return -1;
+  }
+  TEntry DoGet(int position) const override {
+    return {FItems[Index(position)].Key, FItems[Index(position)].Value};
+  }
+
+  /// Fills a free slot.
+  virtual void DoAdd(std::int32_t hashCode, int index, const TKey& key, const TValue& value) {
+    TSlot& slot = FItems[Index(index)];
+    slot.Key = key;
+    slot.Value = value;
+    slot.HashCode = hashCode;
+    SetCount(GetCount() + 1);
+    Tell(TKey(key), TValue(value), knAdded);
+  }
+  virtual void DoSetValue(int index, const TValue& value) {
+    const TPin self(this);
+    const TValue added = value;
+    const TValue removed = std::exchange(FItems[Index(index)].Value, added);
+    TFirstException first;
+    first.Run([&] { ValueNotify(removed, knRemoved); });
+    first.Run([&] { ValueNotify(added, knAdded); });
+    first.Rethrow();
+  }
+  /// Takes the entry out, so that no later search breaks, and returns its value; an absent key
+  /// changes nothing.
+  virtual TValue DoRemove(const TKey& key, std::int32_t hashCode, TKeyedNotification notification) {
+    const TPlace place = Find(key, hashCode);
+    if (!place.IsFound) return TValue();
+    TEntry removed = TakeOut(Index(place.Slot));
+    SetCount(GetCount() - 1);
+    Tell(removed.Key, removed.Value, notification);
+    return std::move(removed.Value);
+  }
+  virtual void KeyNotify(const TKey& key, TKeyedNotification action) {
+    FireEvent(FOnKeyNotify, this, key, action);
+  }
+  virtual void ValueNotify(const TValue& value, TKeyedNotification action) {
+    FireEvent(FOnValueNotify, this, value, action);
+  }
+  /// Called when entries have moved to other slots although none came or went.
+  virtual void SlotsMoved() {}
+
+  /// The value in a slot in use, and the key.
+  const TValue& ValueAt(int slot) const { return FItems[Index(slot)].Value; }
+  const TKey& KeyAt(int slot) const { return FItems[Index(slot)].Key; }
+  bool IsUsed(int slot) const { return FItems[Index(slot)].IsUsed(); }
+
+ private:
+  static constexpr std::size_t LeastCapacity = 4;
+  static constexpr int LongestProbe = 1024;  // chance makes no run of half that length
+
+  struct TSlot {
+    std::int32_t HashCode = -1;  // of an empty slot
+    TKey Key{};
+    TValue Value{};
+    bool IsUsed() const noexcept { return HashCode >= 0; }
+  };
+
+  /// Where a key is, or where it would be added.
+  struct TPlace {
+    std::int32_t HashCode;
+    int Slot;
+    bool IsFound;
+    int Probes;
+  };
+
+  /// The keys or the values as a sequence of their own.
+  template <class T, T TSlot::*Part>
+  class TView final : public TKelEnumerable<T> {
+   public:
+    explicit TView(const TKelDictionary* table) noexcept : FTable(table) {}
+    TString ClassName() const override { return "TKelDictionary view"; }
+
+   protected:
+    int DoNext(int position) const override { return FTable->DoNext(position); }
+    T DoGet(int position) const override { return FTable->FItems[Index(position)].*Part; }
+
+   private:
+    const TKelDictionary* FTable;
+  };
+  using TKeyView = TView<TKey, &TSlot::Key>;
+  using TValueView = TView<TValue, &TSlot::Value>;
+
+  static std::size_t Index(int slot) noexcept { return static_cast<std::size_t>(slot); }
+  static const TComparer& DefaultComparer() {
+    static const TComparer comparer = std::make_shared<const TKeyComparer<TKey>>();
+    return comparer;
+  }
+  template <class Collection>
+  const Collection& View(std::unique_ptr<Collection>& view) const {
+    if (!view) view = std::make_unique<Collection>(this);
+    return *view;
+  }
+
+  void SetCount(int value) noexcept { FCount.store(value, std::memory_order_relaxed); }
+  std::size_t Mask() const noexcept { return FItems.size() - 1; }
+  /// Never negative, so that no key is taken for an empty slot.
+  std::int32_t HashCodeOf(const TKey& key) const {
+    const auto code = static_cast<std::uint32_t>(FComparer->GetHashCode(key, FSeed));
+    return static_cast<std::int32_t>(((code & 0x7FFFFFFFU) + 1) & 0x7FFFFFFFU);
+  }
+
+  TPlace Find(const TKey& key) const {
+    return FItems.empty() ? TPlace{0, 0, false, 0} : Find(key, HashCodeOf(key));
+  }
+  TPlace Find(const TKey& key, std::int32_t hashCode) const {
+    if (FItems.empty()) return {hashCode, 0, false, 0};
+    int probes = 0;
+    std::size_t i = Index(hashCode) & Mask();
+    for (; FItems[i].IsUsed() && probes < GetCapacity(); i = (i + 1) & Mask(), ++probes) {
+      if (FItems[i].HashCode == hashCode && FComparer->Equals(FItems[i].Key, key))
+        return {hashCode, static_cast<int>(i), true, probes};
+    }
+    return {hashCode, static_cast<int>(i), false, probes};
+  }
+  std::size_t Require(const TKey& key) const {
+    const TPlace place = Find(key);
+    if (!place.IsFound) throw EListError(SItemNotFound);
+    return Index(place.Slot);
+  }
+  /// Makes room for one entry more, first of all, and finds its place.
+  TPlace PlaceToAdd(const TKey& key) {
+    if (GetCount() >= FGrowThreshold) Rehash(std::max(LeastCapacity, FItems.size() * 2));
+    const TPlace place = Find(key);
+    if (place.Probes < LongestProbe || FSeed != THashSeed{}) return place;
+    FSeed = RandomHashSeed();
+    for (TSlot& slot : FItems) {
+      if (slot.IsUsed()) slot.HashCode = HashCodeOf(slot.Key);
+    }
+    Rehash(FItems.size());
+    return Find(key);
+  }
+
+  /// Puts every entry into an array of another size, or by its new hash, in the order of the slots.
+  void Rehash(std::size_t capacity) {
+    std::vector<TSlot> old = std::exchange(FItems, std::vector<TSlot>(capacity));
+    FGrowThreshold = static_cast<int>(capacity / 2 + capacity / 4);
+    for (TSlot& slot : old) {
+      if (!slot.IsUsed()) continue;
+      std::size_t i = Index(slot.HashCode) & Mask();
+      while (FItems[i].IsUsed()) i = (i + 1) & Mask();
+      FItems[i] = std::move(slot);
+    }
+    SlotsMoved();
+  }
+
+  /// Empties a slot, and moves back those behind it that were displaced by it.
+  TEntry TakeOut(std::size_t gap) {
+    TEntry taken{std::move(FItems[gap].Key), std::move(FItems[gap].Value)};
+    FItems[gap].HashCode = -1;
+    for (std::size_t i = (gap + 1) & Mask(); FItems[i].IsUsed(); i = (i + 1) & Mask()) {
+      const std::size_t home = Index(FItems[i].HashCode) & Mask();
+      if (InCircularRange(static_cast<int>(gap), static_cast<int>(home), static_cast<int>(i)))
+        continue;
+      FItems[gap] = std::move(FItems[i]);
+      FItems[i].HashCode = -1;
+      gap = i;
+    }
+    FItems[gap] = TSlot();
+    return taken;
+  }
+
+  void Tell(const TKey& key, const TValue& value, TKeyedNotification action) {
+    const TPin self(this);
+    TFirstException first;
+    first.Run([&] { KeyNotify(key, action); });
+    first.Run([&] { ValueNotify(value, action); });
+    first.Rethrow();
+  }
+
+  std::atomic<std::int32_t> FCount{0};
+  TComparer FComparer;
+  std::int32_t FGrowThreshold = 0;
+  std::vector<TSlot> FItems;
+  TKeyNotifyEvent FOnKeyNotify;
+  TValueNotifyEvent FOnValueNotify;
+  mutable std::unique_ptr<TKeyView> FKeyCollection;
+  mutable std::unique_ptr<TValueView> FValueCollection;
+  THashSeed FSeed{};
+};
+
+}  // namespace fzy
