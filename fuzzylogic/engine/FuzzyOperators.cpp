@@ -52,6 +52,17 @@ TOperation Find(TFuzzyOperation operation) noexcept {
 
 }  // namespace
 
+TFuzzyOperation InferenceOperation(TFuzzyInferenceMethod method) {
+  static constexpr std::array<TFuzzyOperation, 5> operations = {
+      foZadeh,       // fimMinMax
+      foSum,         // fimAdditive
+      foMean,        // fimMean
+      foProduct,     // fimProduct
+      foBoundedSum,  // fimBoundedSum
+  };
+  return operations.at(Ordinal(method));
+}
+
 TFuzzyFormula IntersectionFormula(TFuzzyOperation operation) noexcept {
   return Find(operation).Intersection;
 }

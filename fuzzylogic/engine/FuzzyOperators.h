@@ -29,6 +29,10 @@ TFzyFloat UnionSum(TFzyFloat y1, TFzyFloat y2);                ///< y1 + y2, not
 TFuzzyFormula IntersectionFormula(TFuzzyOperation operation) noexcept;
 TFuzzyFormula UnionFormula(TFuzzyOperation operation) noexcept;
 
+/// The operation by which an inference method merges evidence.
+/// @throws std::out_of_range for a value outside the enumeration
+TFuzzyOperation InferenceOperation(TFuzzyInferenceMethod method);
+
 /// Combines two curves by a formula: `result` becomes one point for every breakpoint of either
 /// curve and every crossing between breakpoints, in order of X. It is not cleaned up: see
 /// `TFuzzySet::Operator` for what a set makes of it. Linear in the points of both when their X

@@ -104,13 +104,17 @@ void TFuzzySet::Assign(TPersistent* source) {
   if (set == this) return;
   const TPin self(this);
   const TPin pinned(set);
-  StoreKey(FName, set->FName);
+  DoAssign(set);
+}
+
+void TFuzzySet::DoAssign(TFuzzySet* source) {
+  StoreKey(FName, source->FName);
   TFirstException first;
-  first.Run([&] { SetValues(set->FValues); });
-  FSetType = set->FSetType;
-  FInflectionPoint = set->FInflectionPoint;
-  FExpression = set->FExpression;
-  FDefinition.Set(set->FDefinition.Get());
+  first.Run([&] { SetValues(source->FValues); });
+  FSetType = source->FSetType;
+  FInflectionPoint = source->FInflectionPoint;
+  FExpression = source->FExpression;
+  FDefinition.Set(source->FDefinition.Get());
   first.Run([this] { Changed(false); });
   first.Rethrow();
 }
@@ -182,22 +186,18 @@ TFzyFloat TFuzzySet::GetSlope(const TFuzzySetValue* value1, const TFuzzySetValue
   return Slope(PointOf(value1, "GetSlope"), PointOf(value2, "GetSlope"));
 }
 
-namespace {
-
-void CheckRunArguments(const TFuzzySetValues& values, int index, int dir, const char* operation) {
-  if (index < 0 || index >= values.GetCount()) RaiseFuzzyIndex(index);
+void TFuzzySet::RequireRun(TFuzzyCurve points, int index, int dir, const char* operation) {
+  if (index < 0 || index >= static_cast<int>(points.size())) RaiseFuzzyIndex(index);
   if (dir == 0) throw EFzyException(SFzyInvalidArgument, {TString(operation), std::int64_t{dir}});
 }
 
-}  // namespace
-
 int TFuzzySet::GetMaxYValueOfX(int index, int dir) const {
-  CheckRunArguments(*FValues, index, dir, "GetMaxYValueOfX");
+  RequireRun(FValues->Points(), index, dir, "GetMaxYValueOfX");
   return MaxYOfX(FValues->Points(), index, dir);
 }
 
 int TFuzzySet::GetMinYValueOfX(int index, int dir) const {
-  CheckRunArguments(*FValues, index, dir, "GetMinYValueOfX");
+  RequireRun(FValues->Points(), index, dir, "GetMinYValueOfX");
   return MinYOfX(FValues->Points(), index, dir);
 }
 

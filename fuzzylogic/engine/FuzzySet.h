@@ -9,6 +9,9 @@
 namespace fzy {
 
 class TFuzzySet;
+namespace detail {
+struct TCombination;
+}
 
 /// A class of fuzzy sets, as a variable is given it for the sets that it creates.
 struct TFuzzySetDescriptor {
@@ -106,7 +109,7 @@ class TFuzzySet : public TGCollectionItem {
 
   /// From another set: name (unchecked), points, type, inflection point, expression and definition;
   /// not comment, defined flag and tag. Other sources are refused.
-  void Assign(TPersistent* source) override;
+  void Assign(TPersistent* source) final;
   /// A copy of the set's own class in the same collection; a set in none gives a free one.
   TFuzzySet* Clone() { return DoClone(); }
 
@@ -334,10 +337,17 @@ class TFuzzySet : public TGCollectionItem {
   virtual TFuzzySetValues* CreateValues();
   void CollectionChanged() override;
 
+  virtual void DoAssign(TFuzzySet* source);
   virtual TFuzzySet* DoClone();
   virtual TFuzzySet* DoHedge(TFuzzyHedge hedgeType);
   virtual bool DoEquals(TFuzzySet* fuzzySet);
   virtual TFzyFloat DoFuzzyEquals(TFuzzySet* fuzzySet);
+
+  /// The strength from which on `Equals` answers yes.
+  virtual TFzyFloat EqualityThreshold() const;
+  /// @throws EFzyException as `GetMaxYValueOfX`
+  static void RequireRun(TFuzzyCurve points, int index, int dir, const char* operation);
+  void StoreInflectionPoint(TFzyFloat value) noexcept { FInflectionPoint = value; }
 
   /// A new set of this one's class in this one's collection.
   TOwned<TFuzzySet> NewInstance() const;
@@ -361,8 +371,7 @@ class TFuzzySet : public TGCollectionItem {
   void CheckCurve(TFzyFloat left, TFzyFloat right) const;
   template <class Fill>
   TFuzzySet* Combine(TFuzzySet* other, const TString& keyword, Fill fill);
-  TFuzzySet* CombineBy(TFuzzySet* other, const TString& keyword,
-                       TFzyFloat (*formula)(TFzyFloat, TFzyFloat));
+  TFuzzySet* CombineBy(TFuzzySet* other, const detail::TCombination& combination);
   void ComplementBeyond(bool above);
   bool ApplySlightly();
 

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <array>
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/engine/FuzzyOperators.h"
 #include "fuzzylogic/engine/FuzzySet.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
 #include "fuzzylogic/framework/FirstException.h"
@@ -13,14 +13,6 @@
 
 namespace fzy {
 namespace {
-
-constexpr std::array<TFuzzyOperation, 5> InferenceOperations = {
-    foZadeh,       // fimMinMax
-    foSum,         // fimAdditive
-    foMean,        // fimMean
-    foProduct,     // fimProduct
-    foBoundedSum,  // fimBoundedSum
-};
 
 void AppendAlphaCut(TFuzzyCurve curve, TFzyFloat alpha, bool strong, detail::TPointWriter& result) {
   const auto passes = [=](TFzyFloat y) { return strong ? y > alpha : y >= alpha; };
@@ -108,7 +100,7 @@ TFuzzySet* TFuzzySet::Correlate(TFzyFloat correlationStrength) {
 
 TFuzzySet* TFuzzySet::Infer(TFuzzySet* newEvidence, TFuzzyInferenceMethod inferenceMethod,
                             bool unconditional) {
-  const TFuzzyOperation operation = InferenceOperations.at(Ordinal(inferenceMethod));
+  const TFuzzyOperation operation = InferenceOperation(inferenceMethod);
   return unconditional ? Intersection(newEvidence, operation) : Union(newEvidence, operation);
 }
 

@@ -1,14 +1,11 @@
 #include <algorithm>
 #include <functional>
-#include <vector>
 
 #include "fuzzylogic/engine/FuzzyOperators.h"
 #include "fuzzylogic/engine/FuzzySet.h"
-#include "fuzzylogic/engine/detail/MergeWalk.h"
-#include "fuzzylogic/engine/detail/PointWriter.h"
+#include "fuzzylogic/engine/detail/Combination.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
-#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 #include "fuzzylogic/vocabulary/FuzzyNames.h"
 
@@ -21,29 +18,6 @@ void RequireSet(const TFuzzySet* set, const char* operation) {
   if (!set) throw EFzyException(SFzySetMissing, {TString(operation)});
 }
 
-/// A set's part of a combined expression.
-TString Operand(const TFuzzySet& set) {
-  return FormatFuzzyExpression(set.GetExpression().empty() ? set.GetName() : set.GetExpression());
-}
-
-TFuzzyFormula Supported(TFuzzyFormula formula, TFuzzyOperation operation) {
-  if (!formula) throw EFzyException(SInvalidFuzzyOperation, {FuzzyOperationIdentifier(operation)});
-  return formula;
-}
-
-TString Keyword(const TFuzzyOperationKeywords& keywords, TFuzzyOperation operation) {
-  return keywords[Ordinal(operation)];
-}
-
-/// A curve of its own, for walks that call code from outside.
-struct TCurveCopy {
-  explicit TCurveCopy(const TFuzzySetValues& values)
-      : Points(values.Points().begin(), values.Points().end()), Ascending(values.IsAscending()) {}
-
-  std::vector<TFuzzyPoint> Points;
-  bool Ascending;
-};
-
 bool AppendResult(TFuzzySetValues& result, TFzyFloat x, TFzyFloat y) {
   result.Add(x, y);
   return false;
@@ -54,17 +28,13 @@ bool AppendResult(TFuzzySetValues& result, TFzyFloat x, TFzyFloat y) {
 bool TFuzzySet::Iterate(TFuzzySet* fuzzySet, const TFuzzyComparison& fuzzyOperator) {
   RequireSet(fuzzySet, "Iterate");
   const TPin self(this);
-  const TCurveCopy a(*FValues);
-  const TCurveCopy b(*fuzzySet->FValues);
-  if (a.Points.empty() && b.Points.empty()) return true;
-  return detail::MergeWalk(a.Points, a.Ascending, b.Points, b.Ascending,
-                           [&](TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2) {
-                             return fuzzyOperator(x1, y1, x2, y2);
-                           });
+  const detail::TCurveCopy a(detail::ViewOf(*FValues));
+  const detail::TCurveCopy b(detail::ViewOf(*fuzzySet->FValues));
+  return detail::WalkCurves(a, b, fuzzyOperator);
 }
 
 /// Makes a set of this one's class beside it, fills its points by `fill(values)` inside one update
-/// block, and names it. `fill` says whether the walk went to its end.
+/// block, and names it.
 template <class Fill>
 TFuzzySet* TFuzzySet::Combine(TFuzzySet* other, const TString& keyword, Fill fill) {
   const TPin self(this);
@@ -72,21 +42,11 @@ TFuzzySet* TFuzzySet::Combine(TFuzzySet* other, const TString& keyword, Fill fil
   TOwned<TFuzzySet> result = NewInstance();
   result->SetName(CreateFuzzyName(FName, other->FName, keyword));
   TUpdateBlock block(*result->FValues);
-  const bool bothHavePoints = FValues->GetCount() > 0 && other->FValues->GetCount() > 0;
-  if (fill(*result->FValues) && bothHavePoints)
-    detail::TPointWriter(*result->FValues).RemoveFlatPoints();
+  fill(*result->FValues);
   TFirstException first;
   first.Run([&] { block.Close(); });
-  const TString left = Operand(*this);
-  const TString right = Operand(*other);
-  TString expression;
-  expression.Reserve(left.size() + keyword.size() + right.size() + 2);  // they grow long
-  expression += left;
-  expression += u' ';
-  expression += keyword;
-  expression += u' ';
-  expression += right;
-  result->FExpression = std::move(expression);
+  result->FExpression =
+      detail::CombinedExpression({FName, FExpression}, {other->FName, other->FExpression}, keyword);
   first.Rethrow();
   return result.Release();
 }
@@ -95,40 +55,27 @@ TFuzzySet* TFuzzySet::Operator(TFuzzySet* fuzzySet, const TString& operatorKeywo
                                const TFuzzyOperator& fuzzyOperator) {
   RequireSet(fuzzySet, "Operator");
   return Combine(fuzzySet, operatorKeyword, [&](TFuzzySetValues& values) {
-    const TCurveCopy a(*FValues);
-    const TCurveCopy b(*fuzzySet->FValues);
-    return !detail::MergeWalk(a.Points, a.Ascending, b.Points, b.Ascending,
-                              [&](TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2) {
-                                return fuzzyOperator(values, x1, y1, x2, y2);
-                              });
+    const detail::TCurveCopy a(detail::ViewOf(*FValues));
+    const detail::TCurveCopy b(detail::ViewOf(*fuzzySet->FValues));
+    detail::AppendWalk(values, a, b, std::bind_front(fuzzyOperator, std::ref(values)));
   });
 }
 
-TFuzzySet* TFuzzySet::CombineBy(TFuzzySet* other, const TString& keyword,
-                                TFzyFloat (*formula)(TFzyFloat, TFzyFloat)) {
-  return Combine(other, keyword, [&](TFuzzySetValues& values) {
-    detail::TPointWriter points(values);
-    const TFuzzySetValues& a = *FValues;
-    const TFuzzySetValues& b = *other->FValues;
-    points.Reserve(a.Points().size() + b.Points().size());
-    return !detail::MergeWalk(a.Points(), a.IsAscending(), b.Points(), b.IsAscending(),
-                              [&](TFzyFloat x1, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {
-                                points.Add(x1, formula(y1, y2));
-                                return false;
-                              });
+TFuzzySet* TFuzzySet::CombineBy(TFuzzySet* other, const detail::TCombination& combination) {
+  return Combine(other, combination.Keyword, [&](TFuzzySetValues& values) {
+    detail::AppendCombination(values, detail::ViewOf(*FValues), detail::ViewOf(*other->FValues),
+                              combination.Formula);
   });
 }
 
 TFuzzySet* TFuzzySet::Intersection(TFuzzySet* fuzzySet, TFuzzyOperation intersectionType) {
   RequireSet(fuzzySet, "Intersection");
-  const TFuzzyFormula formula = Supported(IntersectionFormula(intersectionType), intersectionType);
-  return CombineBy(fuzzySet, Keyword(FuzzyIntersectionKeywords, intersectionType), formula);
+  return CombineBy(fuzzySet, detail::IntersectionBy(intersectionType));
 }
 
 TFuzzySet* TFuzzySet::Union(TFuzzySet* fuzzySet, TFuzzyOperation unionType) {
   RequireSet(fuzzySet, "Union");
-  const TFuzzyFormula formula = Supported(UnionFormula(unionType), unionType);
-  return CombineBy(fuzzySet, Keyword(FuzzyUnionKeywords, unionType), formula);
+  return CombineBy(fuzzySet, detail::UnionBy(unionType));
 }
 
 bool TFuzzySet::Intersects(const TFuzzySet* fuzzySet) const {
@@ -172,6 +119,10 @@ bool TFuzzySet::DoEquals(TFuzzySet* fuzzySet) {
 
 TFzyFloat TFuzzySet::DoFuzzyEquals(TFuzzySet* fuzzySet) { return GetCorrelationStrength(fuzzySet); }
 
+TFzyFloat TFuzzySet::EqualityThreshold() const {
+  return FSurroundings ? FSurroundings->GetThreshold() : 0;
+}
+
 bool TFuzzySet::FuzzyOperatorMaxOfMin(TFzyFloat /*x1*/, TFzyFloat y1, TFzyFloat /*x2*/,
                                       TFzyFloat y2) {
   FMax = std::max(FMax, std::min(y1, y2));
@@ -180,7 +131,7 @@ bool TFuzzySet::FuzzyOperatorMaxOfMin(TFzyFloat /*x1*/, TFzyFloat y1, TFzyFloat 
 
 bool TFuzzySet::FuzzyOperatorMinThreshold(TFzyFloat /*x1*/, TFzyFloat y1, TFzyFloat /*x2*/,
                                           TFzyFloat y2) {
-  return std::min(y1, y2) >= (FSurroundings ? FSurroundings->GetThreshold() : 0);
+  return std::min(y1, y2) >= EqualityThreshold();
 }
 
 bool TFuzzySet::FuzzyOperatorMin(TFuzzySetValues& r, TFzyFloat x1, TFzyFloat y1, TFzyFloat /*x2*/,

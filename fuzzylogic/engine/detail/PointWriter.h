@@ -22,6 +22,11 @@ class TPointWriter {
   /// Makes room for that many points more.
   void Reserve(std::size_t count) { FValues.FPoints.reserve(FValues.FPoints.size() + count); }
 
+  /// @throws EFzyException when the list will not take the point
+  void Check(const TFuzzyPoint& point) {
+    CheckDegree(point.Y, "Add");
+    AdmitX(point.X);
+  }
   /// As `Add`, `SetX(x)`, `SetY(y)`.
   void Add(TFzyFloat x, TFzyFloat y);
   /// As `Add`, `SetValue(x, y)`.
