@@ -98,6 +98,22 @@ Ref<I> Query(IInterface* object) {
   return Ref<I>::Attach(static_cast<I*>(result));
 }
 
+/// An object's own interface, handed to others for the time of a call without being counted: an
+/// object that looks at its count whenever a reference is dropped hands itself out this way. Who
+/// keeps it copies the reference.
+template <class I>
+class TBorrowed {
+ public:
+  explicit TBorrowed(I* object) noexcept : FRef(Ref<I>::Attach(object)) {}
+  TBorrowed(const TBorrowed&) = delete;
+  TBorrowed& operator=(const TBorrowed&) = delete;
+  ~TBorrowed() { FRef.Detach(); }
+  operator const Ref<I>&() const noexcept { return FRef; }
+
+ private:
+  Ref<I> FRef;
+};
+
 /// Implements `IInterface` for a class whose interfaces form one chain, from `I` down to
 /// `IInterface`; each interface names its parent as `Base`.
 template <class I>

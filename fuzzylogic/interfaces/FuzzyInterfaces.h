@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <span>
 
 #include "fuzzylogic/common/Cloneable.h"
@@ -197,6 +198,18 @@ class IFuzzyVariable : public ICloneable {
   virtual void Remove(const Ref<IFuzzySet>& fuzzySet) = 0;
   virtual void EndUpdate() = 0;
   virtual void FuzzySetChanged(const Ref<IFuzzySet>& fuzzySet) = 0;
+
+  // The same with premises and matchings in braces, which would otherwise be taken for one of each.
+  using TSets = std::initializer_list<Ref<IFuzzySet>>;
+  TFzyFloat GetCorrelationStrength(TSets premises, TSets matchings) {
+    return GetCorrelationStrength(std::span(premises.begin(), premises.size()),
+                                  std::span(matchings.begin(), matchings.size()));
+  }
+  Ref<IFuzzySet> AssertRule(TSets premises, TSets matchings, const Ref<IFuzzySet>& newEvidence,
+                            const Ref<IFuzzySet>& oldEvidence) {
+    return AssertRule(std::span(premises.begin(), premises.size()),
+                      std::span(matchings.begin(), matchings.size()), newEvidence, oldEvidence);
+  }
 
  protected:
   ~IFuzzyVariable() = default;

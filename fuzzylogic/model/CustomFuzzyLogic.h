@@ -4,7 +4,10 @@
 
 #include "fuzzylogic/framework/Component.h"
 #include "fuzzylogic/framework/Encoding.h"
+#include "fuzzylogic/framework/Event.h"
+#include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/Strings.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/vocabulary/FuzzyTypes.h"
 
 namespace fzy {
@@ -103,12 +106,17 @@ class TCustomFuzzyLogic : public TComponent {
 
   void RequireParser() const;
   void ParseText(const TString& text);
+  /// Lets the old model go by `clear()` and has the text parsed that was assigned before, whatever
+  /// handlers do to it meanwhile.
+  template <class Clear>
+  void Rebuild(Clear clear);
+  /// Replaces the text by the lines that `write(lines)` makes; a failure leaves it as it was, still
+  /// marked for regeneration.
+  template <class Write>
+  void Regenerate(Write write);
   /// Whether the model changed since the text was last generated or parsed.
   bool NeedsUpdate() const noexcept { return FNeedsUpdate; }
   void SetNeedsUpdate(bool value) noexcept { FNeedsUpdate = value; }
-  /// The definition text as it stands, whether or not the model has changed.
-  TStrings& StoredStrings() noexcept { return FStrings; }
-
   void FireChange();
 
  private:
@@ -125,12 +133,31 @@ class TCustomFuzzyLogic : public TComponent {
   TFzyFloat FThreshold = 0.01;
 };
 
-/// Calls a handler by a copy, so that it may replace or clear itself; nothing happens without one.
-template <class Handler, class... Args>
-void FireEvent(const Handler& handler, Args&&... args) {
-  if (!handler) return;
-  const Handler copy = handler;
-  copy(std::forward<Args>(args)...);
+template <class Clear>
+void TCustomFuzzyLogic::Rebuild(Clear clear) {
+  const TPin self(this);
+  const TString text = FStrings.GetText();
+  TFirstException first;
+  first.Run(clear);
+  if (FStrings.GetText() != text) FStrings.SetText(text);
+  FNeedsUpdate = false;
+  if (!IsFreed()) first.Run([&] { ParseText(text); });
+  first.Rethrow();
+}
+
+template <class Write>
+void TCustomFuzzyLogic::Regenerate(Write write) {
+  const TPin self(this);
+  try {
+    TStrings lines;
+    write(lines);
+    TUpdateBlock block(FStrings);
+    FStrings.Assign(&lines);
+    block.Close();
+  } catch (...) {
+    FNeedsUpdate = true;
+    throw;
+  }
 }
 
 }  // namespace fzy

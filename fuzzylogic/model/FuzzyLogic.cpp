@@ -1,7 +1,6 @@
 #include "fuzzylogic/model/FuzzyLogic.h"
 
 #include "fuzzylogic/framework/FirstException.h"
-#include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
@@ -58,35 +57,19 @@ void TFuzzyLogic::ThresholdChanged() {
 void TFuzzyLogic::UpdateStrings() {
   TCustomFuzzyLogic::UpdateStrings();
   if (Is(csLoading)) return;
-  const TPin self(this);
   const TPin parser(GetParser());
-  try {
-    TStrings lines;
+  Regenerate([this](TStrings& lines) {
     for (TFuzzyVariable* variable : *GetItems()) {
       RequireParser();  // it may unlink itself meanwhile
       lines.Add(GetParser()->PrettyPrint(variable));
     }
-    TUpdateBlock block(StoredStrings());
-    StoredStrings().Assign(&lines);
-    block.Close();
-  } catch (...) {
-    SetNeedsUpdate(true);
-    throw;
-  }
+  });
 }
 
 void TFuzzyLogic::Parse() {
   if (Is(csLoading)) return;
   RequireParser();
-  const TPin self(this);
-  const TString text = StoredStrings().GetText();
-  TFirstException first;
-  first.Run([this] { GetItems()->Clear(); });
-  // Handlers of the removal may have assigned or regenerated another text meanwhile.
-  if (StoredStrings().GetText() != text) StoredStrings().SetText(text);
-  SetNeedsUpdate(false);
-  if (!IsFreed()) first.Run([&] { ParseText(text); });
-  first.Rethrow();
+  Rebuild([this] { GetItems()->Clear(); });
 }
 
 void TFuzzyLogic::AddAutoTerms(TFuzzyVariable* fuzzyVariable) {

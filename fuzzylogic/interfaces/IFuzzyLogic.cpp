@@ -1,0 +1,173 @@
+#include "fuzzylogic/interfaces/IFuzzyLogic.h"
+
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy {
+
+/// What the component puts into its variables.
+struct TIFuzzyLogic::TSetHandler {
+  std::shared_ptr<TIFuzzyLogic*> Link;
+  void (TIFuzzyLogic::*Method)(const Ref<IFuzzyVariable>&, const Ref<IFuzzySet>&);
+
+  void operator()(const Ref<IFuzzyVariable>& sender, const Ref<IFuzzySet>& fuzzySet) const {
+    if (*Link) ((*Link)->*Method)(sender, fuzzySet);
+  }
+};
+
+TIFuzzyLogic::~TIFuzzyLogic() {
+  Destroying();
+  Dismantle();
+  *FLink = nullptr;
+  if (!FItems) return;
+  FItems->FFuzzyLogic = nullptr;
+  FItems->Free();
+}
+
+void TIFuzzyLogic::Leave() {
+  TCustomFuzzyLogic::Leave();
+  Dismantle();
+}
+
+/// Detaches the handlers, then lets the variables go. The table itself stays until the destructor,
+/// because operations that are still running may ask for it.
+void TIFuzzyLogic::Dismantle() noexcept {
+  SetOnChange(nullptr);
+  FOnFuzzySetChange = FOnFuzzySetAdded = FOnFuzzySetDeleted = nullptr;
+  FOnVariableChange = FOnVariableAdded = FOnVariableDeleted = nullptr;
+  if (!FItems) return;
+  FItems->BeginUpdate();  // never ended: nobody is told of the end of the table
+  try {
+    FItems->Clear();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): of a descendant; the model goes all the same
+  }
+}
+
+TFuzzyVariableTable* TIFuzzyLogic::GetItems() {
+  if (!FItems) FItems = CreateVariables();
+  return FItems;
+}
+
+void TIFuzzyLogic::SetItems(TFuzzyVariableTable* value) {
+  const TPin self(this);
+  GetItems()->Assign(value);
+}
+
+void TIFuzzyLogic::ThresholdChanged() {
+  TCustomFuzzyLogic::ThresholdChanged();
+  for (const Ref<IFuzzyVariable>& variable : GetItems()->GetValues())
+    variable->SetThreshold(GetThreshold());
+}
+
+void TIFuzzyLogic::Loaded() {
+  TCustomFuzzyLogic::Loaded();
+  Parse();
+}
+
+void TIFuzzyLogic::UpdateStrings() {
+  TCustomFuzzyLogic::UpdateStrings();
+  if (Is(csLoading)) return;
+  Regenerate([this](TStrings& lines) {
+    for (const Ref<IFuzzyVariable>& variable : GetItems()->GetValues())
+      lines.Add(variable->ToString());
+  });
+}
+
+void TIFuzzyLogic::Parse() {
+  if (Is(csLoading)) return;
+  RequireParser();
+  Rebuild([this] { GetItems()->Clear(); });
+}
+
+void TIFuzzyLogic::AddAutoTerms(const Ref<IFuzzyVariable>& fuzzyVariable) {
+  const Ref<IFuzzyVariable> variable = fuzzyVariable;
+  using TShape = void (*)(IFuzzySet & set, TFzyFloat min, TFzyFloat max);
+  TFirstException first;
+  const auto add = [&](const TString& name, TShape shape) {
+    if (variable->ContainsFuzzySet(name)) return;
+    const Ref<IFuzzySet> set = variable->Add(name);
+    const TFzyFloat min = variable->GetMinimum();
+    const TFzyFloat max = variable->GetMaximum();
+    first.Run([&] { shape(*set, min, max); });
+    set->SetExpression(set->GetName());
+  };
+  first.Run([&] {
+    add(SLowFuzzyTerm, [](IFuzzySet& set, TFzyFloat min, TFzyFloat max) {
+      set.Add(min, 1.0);
+      set.Add(max, 0.0);
+    });
+  });
+  first.Run([&] {
+    add(SMediumFuzzyTerm, [](IFuzzySet& set, TFzyFloat min, TFzyFloat max) {
+      set.CreateTriangleFunctionValues(min, (min + max) / 2, max);
+    });
+  });
+  first.Run([&] {
+    add(SHighFuzzyTerm, [](IFuzzySet& set, TFzyFloat min, TFzyFloat max) {
+      set.Add(min, 0.0);
+      set.Add(max, 1.0);
+    });
+  });
+  first.Rethrow();
+}
+
+void TIFuzzyLogic::FuzzySetAdded(const Ref<IFuzzyVariable>& sender,
+                                 const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  FireEvent(FOnFuzzySetAdded, sender, fuzzySet);
+}
+
+void TIFuzzyLogic::FuzzySetDeleted(const Ref<IFuzzyVariable>& sender,
+                                   const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  FireEvent(FOnFuzzySetDeleted, sender, fuzzySet);
+}
+
+void TIFuzzyLogic::VariableAdded(const Ref<IFuzzyVariable>& fuzzyVariable) {
+  const TPin self(this);
+  TFirstException first;
+  fuzzyVariable->SetThreshold(GetThreshold());
+  if (GetAutoTerms()) first.Run([&] { AddAutoTerms(fuzzyVariable); });
+  fuzzyVariable->SetOnFuzzySetAdded(TSetHandler{FLink, &TIFuzzyLogic::FuzzySetAdded});
+  fuzzyVariable->SetOnFuzzySetDeleted(TSetHandler{FLink, &TIFuzzyLogic::FuzzySetDeleted});
+  fuzzyVariable->SetOnFuzzySetChange(TSetHandler{FLink, &TIFuzzyLogic::UpdateFuzzySet});
+  first.Run([&] { FireEvent(FOnVariableAdded, fuzzyVariable); });
+  first.Rethrow();
+}
+
+void TIFuzzyLogic::VariableDeleted(const Ref<IFuzzyVariable>& fuzzyVariable) {
+  const TPin self(this);
+  fuzzyVariable->SetOnFuzzySetAdded(nullptr);
+  fuzzyVariable->SetOnFuzzySetDeleted(nullptr);
+  fuzzyVariable->SetOnFuzzySetChange(nullptr);
+  FireEvent(FOnVariableDeleted, fuzzyVariable);
+}
+
+/// Takes this component's handlers out of a variable, not those of another one that it has entered
+/// since.
+void TIFuzzyLogic::Unwire(IFuzzyVariable& variable) const {
+  const auto isOurs = [this](const TIFuzzySetEvent& event) {
+    const auto* handler = event.target<TSetHandler>();
+    return handler && handler->Link == FLink;
+  };
+  if (isOurs(variable.GetOnFuzzySetAdded())) variable.SetOnFuzzySetAdded(nullptr);
+  if (isOurs(variable.GetOnFuzzySetDeleted())) variable.SetOnFuzzySetDeleted(nullptr);
+  if (isOurs(variable.GetOnFuzzySetChange())) variable.SetOnFuzzySetChange(nullptr);
+}
+
+void TIFuzzyLogic::UpdateVariable(const Ref<IFuzzyVariable>& fuzzyVariable) {
+  const TPin self(this);
+  SetNeedsUpdate(true);
+  if (fuzzyVariable)
+    FireEvent(FOnVariableChange, fuzzyVariable);
+  else
+    FireChange();
+}
+
+void TIFuzzyLogic::UpdateFuzzySet(const Ref<IFuzzyVariable>& sender,
+                                  const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  SetNeedsUpdate(true);
+  FireEvent(FOnFuzzySetChange, sender, fuzzySet);
+}
+
+}  // namespace fzy

@@ -1,0 +1,206 @@
+#include "fuzzylogic/interfaces/IFuzzySet.h"
+
+#include <algorithm>
+
+#include "fuzzylogic/engine/FuzzyOperators.h"
+#include "fuzzylogic/engine/detail/PointWriter.h"
+#include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
+#include "fuzzylogic/interfaces/detail/Operand.h"
+#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+// Life, properties, notification and assignment of a counted set. What it does with other sets
+// stands in a file of its own.
+
+namespace fzy {
+
+TIFuzzySetClass TIFuzzySet::Class() {
+  static constexpr TIFuzzySetDescriptor descriptor{
+      {"TIFuzzySet", []() -> TFuzzySet* { return new TIFuzzySet; }}};
+  return &descriptor;
+}
+
+Ref<TIFuzzySet> TIFuzzySet::Create(const Ref<IFuzzyVariable>& variable, const TString& name,
+                                   TIFuzzySetClass setClass) {
+  auto* bare = static_cast<TIFuzzySet*>(setClass->New());
+  bare->Build(nullptr);
+  Ref<TIFuzzySet> set = Ref<TIFuzzySet>::Attach(bare);
+  set->SetName(name);
+  set->SetVariable(variable);
+  return set;
+}
+
+void TIFuzzySet::Build(TFuzzySetCollection* collection) {
+  AddRef();
+  TFuzzySet::Build(collection);
+}
+
+HResult TIFuzzySet::QueryInterface(const TGuid& id, void** result) {
+  if (id == IFuzzySet::Id)
+    *result = static_cast<IFuzzySet*>(this);
+  else if (id == ICloneable::Id)
+    *result = static_cast<ICloneable*>(&FCloneable);
+  else if (id == IInterface::Id)
+    *result = static_cast<IInterface*>(this);
+  else
+    *result = nullptr;
+  if (!*result) return E_NoInterface;
+  AddRef();
+  return S_Ok;
+}
+
+std::int32_t TIFuzzySet::Release() noexcept {
+  const std::int32_t count = --FRefCount;
+  if (count != 0) return count;
+  try {
+    Free();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): who drops a reference expects no exception
+  }
+  return count;
+}
+
+// Properties
+
+/// The set is held while it is between two tables, which may be all that hold it.
+void TIFuzzySet::SetName(const TString& value) {
+  if (value == TFuzzySet::GetName()) return;
+  if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
+  const Ref<IFuzzySet> self(this);
+  TFirstException first;
+  if (FVariable) first.Run([&] { FVariable->Remove(self); });
+  first.Run([&] { TFuzzySet::SetName(value); });
+  if (FVariable) first.Run([&] { FVariable->Add(self); });
+  first.Rethrow();
+}
+
+void TIFuzzySet::SetVariable(const Ref<IFuzzyVariable>& value) {
+  if (value == FVariable) return;
+  const Ref<IFuzzySet> self(this);
+  Ref<IFuzzyVariable> next(value);
+  TFirstException first;
+  if (FVariable) {
+    first.Run([&] {
+      if (FVariable->ContainsFuzzySet(TFuzzySet::GetName()) == self) FVariable->Remove(self);
+    });
+  }
+  std::swap(FVariable, next);
+  next = nullptr;  // which may be the end of the old variable
+  if (FVariable && TFuzzySet::GetDefined()) first.Run([&] { FVariable->Add(self); });
+  if (FVariable) FParser = FVariable->GetParser();
+  first.Rethrow();
+}
+
+Ref<IFuzzyParser> TIFuzzySet::GetParser() { return Query<IFuzzyParser>(FParser.Get()); }
+
+TFzyFloat TIFuzzySet::GetXMaximum() {
+  const TFuzzyCurve points = GetValues()->Points();
+  return FVariable || points.empty() ? GetXRange(0) : points.back().X;
+}
+
+TFzyFloat TIFuzzySet::GetXMinimum() {
+  const TFuzzyCurve points = GetValues()->Points();
+  return FVariable || points.empty() ? GetXRange(1) : points.front().X;
+}
+
+TFzyFloat TIFuzzySet::GetXRange(int index) const {
+  if (!FVariable || (index != 0 && index != 1)) return TFuzzySet::GetXRange(index);
+  return index == 0 ? FVariable->GetMaximum() : FVariable->GetMinimum();
+}
+
+TFzyFloat TIFuzzySet::EqualityThreshold() const {
+  return FVariable ? FVariable->GetThreshold() : 0;
+}
+
+namespace {
+
+const TFuzzyPoint& PointOf(const TFuzzySetValues& values, int index) {
+  if (index < 0 || index >= values.GetCount()) RaiseFuzzyIndex(index);
+  return values.Points()[static_cast<std::size_t>(index)];
+}
+
+}  // namespace
+
+TFzyFloat TIFuzzySet::GetXValues(int index) { return PointOf(*GetValues(), index).X; }
+
+TFzyFloat TIFuzzySet::GetYValues(int index) { return PointOf(*GetValues(), index).Y; }
+
+void TIFuzzySet::SetXValues(int index, TFzyFloat value) {
+  GetValues()->GetItem(index)->SetX(value);
+}
+
+void TIFuzzySet::SetYValues(int index, TFzyFloat value) {
+  GetValues()->GetItem(index)->SetY(value);
+}
+
+TString TIFuzzySet::ToString() const {
+  const Ref<IFuzzyParser> parser = Query<IFuzzyParser>(FParser.Get());
+  if (!parser) return TFuzzySet::ToString();
+  const TBorrowed<IFuzzySet> self(const_cast<TIFuzzySet*>(this));
+  return parser->PrettyPrint(self, false);
+}
+
+// Notification
+
+void TIFuzzySet::UpdateFuzzySetValue(TFuzzySetValue* value) {
+  ChangePoints([&] { TFuzzySet::UpdateFuzzySetValue(value); });
+}
+
+void TIFuzzySet::UpdateFuzzySetValues() {
+  ChangePoints([&] { TFuzzySet::UpdateFuzzySetValues(); });
+}
+
+template <class Change>
+void TIFuzzySet::ChangePoints(Change change) {
+  const TPin self(this);
+  TFirstException first;
+  first.Run(change);
+  if (FVariable) first.Run([this] { FVariable->FuzzySetChanged(TBorrowed<IFuzzySet>(this)); });
+  first.Rethrow();
+}
+
+// Assignment and copies
+
+void TIFuzzySet::Assign(const Ref<IInterface>& value) {
+  const Ref<IFuzzySet> set = Query<IFuzzySet>(value.Get());
+  if (!set || set == this) return;
+  const detail::TOperand source(set, "Assign");
+  detail::TPointWriter points(*GetValues());
+  for (const TFuzzyPoint& point : source.Curve().Points) points.Check(point);
+  const TPin self(this);
+  TIFuzzySet* own = detail::OwnSet(set.Get());
+  TFirstException first;
+  first.Run([&] { SetVariable(own ? own->FVariable : set->GetVariable()); });
+  first.Run([&] { SetSetType(set->GetSetType()); });
+  StoreInflectionPoint(set->GetInflectionPoint());
+  first.Run([&] { GetValues()->AssignValues(set); });
+  SetExpression(set->GetExpression());
+  FParser = own ? own->FParser : set->GetParser();
+  first.Rethrow();
+}
+
+void TIFuzzySet::DoAssign(TFuzzySet* source) {
+  TFirstException first;
+  if (auto* own = dynamic_cast<TIFuzzySet*>(source)) {
+    first.Run([&] { SetVariable(own->FVariable); });
+    FParser = own->FParser;
+  }
+  first.Run([&] { TFuzzySet::DoAssign(source); });
+  first.Rethrow();
+}
+
+Ref<IInterface> TIFuzzySet::Clone() {
+  const TPin self(this);
+  Ref<TIFuzzySet> copy = Create(FVariable, TFuzzySet::GetName(), GetClass());
+  copy->Assign(this);
+  return copy;
+}
+
+Ref<IFuzzySet> TIFuzzySet::Clone(const Ref<IFuzzyVariable>& variable) {
+  const TPin self(this);
+  Ref<TIFuzzySet> copy = Create(variable, TFuzzySet::GetName(), GetClass());
+  copy->AssignValues(TBorrowed<IFuzzySet>(this));
+  return copy;
+}
+
+}  // namespace fzy

@@ -1,0 +1,301 @@
+#pragma once
+
+#include "fuzzylogic/engine/FuzzySet.h"
+#include "fuzzylogic/interfaces/IFSValues.h"
+
+namespace fzy {
+
+class TIFuzzySet;
+namespace detail {
+class TOperand;
+}
+
+/// A class of counted sets, as a variable is given it for the sets that it creates: what it makes
+/// is a `TIFuzzySet`.
+struct TIFuzzySetDescriptor : TFuzzySetDescriptor {};
+using TIFuzzySetClass = const TIFuzzySetDescriptor*;
+
+/// Assignment as `IFuzzySet` offers it: a persistent object is assigned to the points there, while
+/// the same signature of the set itself copies a set. It stands in a class of its own because a
+/// class that overrides one of the two would override both.
+class TPointAssignment : public IFuzzySet {
+ public:
+  using IFuzzySet::Assign;
+  void Assign(TPersistent* source) final { PointList()->Assign(source); }
+  void AssignTo(TPersistent* dest) final { PointList()->AssignTo(dest); }
+
+ protected:
+  ~TPointAssignment() = default;
+  virtual TPersistent* PointList() = 0;
+};
+
+/// The counted fuzzy set: the set of the engine as an `IFuzzySet`. What is not said here is as in
+/// `TFuzzySet`; operands are read through `IFuzzySet`, whoever implements them.
+///
+/// Ownership: the references to it own the set, and it owns its points. It is in no collection; it
+/// holds a counted reference to the variable that it belongs to, and to the parser that writes it.
+/// Operations that return a new set return it counted; those that change the set return the set
+/// itself. A set that belongs to a variable need not be in its table: results of operations, clones
+/// and cuts are not. The set that `Cutoff` makes belongs to no variable.
+///
+/// Range: points are clamped into the range of the variable; without one X is free between
+/// -2147483647 and 2147483647. Every change of the points is told to the variable
+/// (`IFuzzyVariable::FuzzySetChanged`), whether or not the set is in its table.
+///
+/// Defined: the flag decides only whether the set is entered in its variable's table when it is
+/// next added, renamed or moved; changing it moves nothing. A new set is not defined.
+///
+/// Faces: what a query for `ICloneable` gives assigns persistent objects to the set, `IFuzzySet`
+/// assigns them to its points. Query for an interface rather than convert a reference to a base.
+/// The operations of `TFuzzySet` that have another form here remain reachable through that base; a
+/// set that they return is not counted yet.
+class TIFuzzySet : public TFuzzySet, public TPointAssignment {
+ public:
+  static TIFuzzySetClass Class();
+  /// A set of the given class that belongs to `variable` (or to none), without being in its table.
+  /// @throws EFzyException (`SInvalidFuzzySetName`) for a reserved word
+  static Ref<TIFuzzySet> Create(const Ref<IFuzzyVariable>& variable = nullptr,
+                                const TString& name = TString(),
+                                TIFuzzySetClass setClass = Class());
+  TIFuzzySetClass GetClass() const override { return Class(); }
+
+  HResult QueryInterface(const TGuid& id, void** result) override;
+  std::int32_t AddRef() noexcept override { return ++FRefCount; }
+  /// Ends the set with the last reference.
+  std::int32_t Release() noexcept override;
+
+  // Properties.
+
+  TString GetName() override { return TFuzzySet::GetName(); }
+  /// A set with a variable is taken out of its table first and then, when it is defined, entered
+  /// under the new name and with a new index; both are told.
+  /// @throws EFzyException (`SInvalidFuzzySetName`) for a reserved word; nothing changes
+  void SetName(const TString& value) override;
+  TString GetComment() override { return TFuzzySet::GetComment(); }
+  void SetComment(const TString& value) override { TFuzzySet::SetComment(value); }
+  TFuzzySetType GetSetType() override { return TFuzzySet::GetSetType(); }
+  void SetSetType(TFuzzySetType value) override { TFuzzySet::SetSetType(value); }
+  TFzyFloat GetInflectionPoint() override { return TFuzzySet::GetInflectionPoint(); }
+  TString GetExpression() override { return TFuzzySet::GetExpression(); }
+  void SetExpression(const TString& value) override { TFuzzySet::SetExpression(value); }
+  std::intptr_t GetTag() override { return TFuzzySet::GetTag(); }
+  void SetTag(std::intptr_t value) override { TFuzzySet::SetTag(value); }
+  bool GetDefined() override { return TFuzzySet::GetDefined(); }
+  void SetDefined(bool value) override { TFuzzySet::SetDefined(value); }
+  int GetIndex() override { return FIndex; }
+  void SetIndex(int value) override { FIndex = value; }
+  Ref<IFuzzyVariable> GetVariable() override { return FVariable; }
+  /// Moves the set to another variable, or to none: it leaves the table of its old variable, and
+  /// joins that of the new one when it is defined. Its parser becomes the new variable's.
+  void SetVariable(const Ref<IFuzzyVariable>& value) override;
+  /// The parser, or none when its component has gone.
+  Ref<IFuzzyParser> GetParser() override;
+  void SetParser(const Ref<IFuzzyParser>& value) override { FParser = value; }
+  TIFSValues* GetValues() const noexcept {
+    return static_cast<TIFSValues*>(TFuzzySet::GetValues());
+  }
+  void SetValues(TIFSValues* value) { TFuzzySet::SetValues(value); }
+
+  /// The variable's range; without one the X of the last and the first point, and without points
+  /// 2147483647 and -2147483647.
+  TFzyFloat GetXMaximum() override;
+  TFzyFloat GetXMinimum() override;
+  TFzyFloat GetXRange(int index) const override;
+  /// @throws EFzyException for an index outside the points, as do the setters
+  TFzyFloat GetXValues(int index) override;
+  TFzyFloat GetYValues(int index) override;
+  void SetXValues(int index, TFzyFloat value) override;
+  void SetYValues(int index, TFzyFloat value) override;
+
+  // The set as a whole.
+
+  using TFuzzySet::Assign;
+  /// From another set: its variable (which moves this one), its points and their inflection point,
+  /// its expression and parser; the set becomes user-defined. Other objects change nothing.
+  void Assign(const Ref<IInterface>& value) override;
+  /// A copy of the set's own class, of its name, points, type and texts, for the same variable.
+  Ref<IInterface> Clone() override;
+  /// A copy of name and points for another variable, which is told of them.
+  Ref<IFuzzySet> Clone(const Ref<IFuzzyVariable>& variable) override;
+  /// Whether the sets overlap somewhere at or above the threshold of this set's variable (0 without
+  /// one); no for an object that is not a fuzzy set.
+  bool Equals(const Ref<IInterface>& value) override;
+  float FuzzyEquals(const Ref<IInterface>& value) override;
+  TString ToString() const override;
+  TString ToString() override { return std::as_const(*this).ToString(); }
+  using TFuzzySet::GetValuesToString;
+  TString GetValuesToString() override { return TFuzzySet::GetValuesToString(); }
+
+  // Points: the operations of the point list.
+
+  int GetCount() override { return GetValues()->GetCount(); }
+  void Append(const Ref<IFuzzySet>& source) override { GetValues()->Append(source); }
+  void Append(const Ref<IFuzzySet>& source, int index, int count) override {
+    GetValues()->Append(source, index, count);
+  }
+  void AssignValues(const Ref<IFuzzySet>& source) override { GetValues()->AssignValues(source); }
+  int Add(TFzyFloat x, TFzyFloat y) override { return GetValues()->Add(x, y); }
+  int Insert(int index, TFzyFloat x, TFzyFloat y) override {
+    return GetValues()->Insert(index, x, y);
+  }
+  void BeginUpdate() override { GetValues()->BeginUpdate(); }
+  void EndUpdate() override;
+  void Clear() override { GetValues()->Clear(); }
+  void Delete(int index) override { GetValues()->Delete(index); }
+  void Expand(int newCount) override { GetValues()->Expand(newCount); }
+  TFzyFloat GetMaxValue() override { return GetValues()->GetMaxValue(); }
+  TFzyFloat GetMinValue() override { return GetValues()->GetMinValue(); }
+  int SkipX(int index, TFzyFloat x, int dir) override { return GetValues()->SkipX(index, x, dir); }
+  int SkipY(int index, TFzyFloat y, int dir) override { return GetValues()->SkipY(index, y, dir); }
+  /// The search of `TFuzzySet` on another set.
+  int GetMaxYValueOfX(const Ref<IFuzzySet>& fuzzySet, int index, int dir) const;
+  using TFuzzySet::GetMaxYValueOfX;
+
+  // Shapes, membership and measures.
+
+  void CreateCrispValue(TFzyFloat value) override { TFuzzySet::CreateCrispValue(value); }
+  void CreateTriangleFunctionValues(TFzyFloat left, TFzyFloat middle, TFzyFloat right) override {
+    TFuzzySet::CreateTriangleFunctionValues(left, middle, right);
+  }
+  void CreateCurveValues(int num, TFzyFloat left, TFzyFloat right, TFzyFloat inflectionPoint,
+                         bool growth) override {
+    TFuzzySet::CreateCurveValues(num, left, right, inflectionPoint, growth);
+  }
+  void CreatePIFunctionValues(int num, TFzyFloat left, TFzyFloat right, TFzyFloat center) override {
+    TFuzzySet::CreatePIFunctionValues(num, left, right, center);
+  }
+  void CreatePIFunctionValues(int num, TFzyFloat range, TFzyFloat center) override {
+    TFuzzySet::CreatePIFunctionValues(num, range, center);
+  }
+  void CreateBetaCurveFunctionValues(int num, TFzyFloat range, TFzyFloat center,
+                                     TFzyFloat inflectionPoint) override {
+    TFuzzySet::CreateBetaCurveFunctionValues(num, range, center, inflectionPoint);
+  }
+  void CreateBetaCurveFunctionValues(int num, TFzyFloat range, TFzyFloat center,
+                                     TFzyFloat inflectionPoint, TFzyFloat weight) override {
+    TFuzzySet::CreateBetaCurveFunctionValues(num, range, center, inflectionPoint, weight);
+  }
+  TFzyFloat DegreeOfMembership(TFzyFloat value) override {
+    return TFuzzySet::DegreeOfMembership(value);
+  }
+  using TFuzzySet::GetCompatibilityIndex;
+  TFzyFloat GetCompatibilityIndex() override { return TFuzzySet::GetCompatibilityIndex(); }
+  /// The centre of gravity always: no component's method is asked, and not the variable's.
+  TFzyFloat Defuzzify() override { return TFuzzySet::Defuzzify(); }
+  TFzyFloat MeanOfMaxima() override { return TFuzzySet::MeanOfMaxima(); }
+  TFzyFloat CenterOfGravity() override { return TFuzzySet::CenterOfGravity(); }
+  bool IsUndecidable() override { return TFuzzySet::IsUndecidable(); }
+
+  // Combination with another set. Results belong to this set's variable.
+
+  bool Iterate(const Ref<IFuzzySet>& fuzzySet, const TIFuzzyComparison& fuzzyOperator) override;
+  Ref<IFuzzySet> Operator(const Ref<IFuzzySet>& fuzzySet, const TString& operatorKeyword,
+                          const TIFuzzyOperator& fuzzyOperator) override;
+  Ref<IFuzzySet> Intersection(const Ref<IFuzzySet>& fuzzySet) override {
+    return Intersection(fuzzySet, foZadeh);
+  }
+  Ref<IFuzzySet> Intersection(const Ref<IFuzzySet>& fuzzySet,
+                              TFuzzyOperation intersectionType) override;
+  Ref<IFuzzySet> Union(const Ref<IFuzzySet>& fuzzySet) override { return Union(fuzzySet, foZadeh); }
+  Ref<IFuzzySet> Union(const Ref<IFuzzySet>& fuzzySet, TFuzzyOperation unionType) override;
+  bool Intersects(const Ref<IFuzzySet>& fuzzySet) override;
+  bool LineSegmentIntersects(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2, TFzyFloat x3,
+                             TFzyFloat y3, TFzyFloat x4, TFzyFloat y4, TFzyFloat& x,
+                             TFzyFloat& y) override {
+    return TFuzzySet::LineSegmentIntersects(x1, y1, x2, y2, x3, y3, x4, y4, x, y);
+  }
+
+  // Callbacks for `Operator`: each adds (x1, formula(y1, y2)) and returns false.
+  using TFormulaOperator = bool(const Ref<IFuzzySet>& r, TFzyFloat x1, TFzyFloat y1, TFzyFloat x2,
+                                TFzyFloat y2);
+  TFormulaOperator FuzzyOperatorMin;
+  TFormulaOperator FuzzyOperatorMax;
+  TFormulaOperator FuzzyOperatorMean;
+  TFormulaOperator FuzzyOperatorUnionMean;
+  TFormulaOperator FuzzyOperatorMeanSqr;
+  TFormulaOperator FuzzyOperatorMeanSqrt;
+  TFormulaOperator FuzzyOperatorIntersectionProduct;
+  TFormulaOperator FuzzyOperatorUnionProduct;
+  TFormulaOperator FuzzyOperatorIntersectionBoundedSum;
+  TFormulaOperator FuzzyOperatorUnionBoundedSum;
+  TFormulaOperator FuzzyOperatorUnionSum;
+
+  // Hedges, cuts, correlation and inference.
+
+  Ref<IFuzzySet> Hedge(TFuzzyHedge hedgeType) override;
+  Ref<IFuzzySet> Hedge(TBaseFuzzyHedge modifyType, TFzyFloat value, bool modifyY) override;
+  Ref<IFuzzySet> Normalize() override;
+  /// Named "mid (alpha=0.2500)", by the cut given.
+  Ref<IFuzzySet> AlphaCutoff(TFzyFloat cutOff, bool strongCutoff) override;
+  Ref<IFuzzySet> Cutoff(TFzyFloat cutOff, bool cutValuesBelow) override;
+  TFzyFloat GetCorrelationStrength(const Ref<IFuzzySet>& match) override;
+  Ref<IFuzzySet> Correlate(TFzyFloat correlationStrength,
+                           TFuzzyCorrelationMethod correlationMethod) override;
+  Ref<IFuzzySet> Infer(const Ref<IFuzzySet>& newEvidence, TFuzzyInferenceMethod inferenceMethod,
+                       bool unconditional) override;
+
+  void UpdateFuzzySetValue(TFuzzySetValue* value) override;
+  void UpdateFuzzySetValues() override;
+
+ protected:
+  TIFuzzySet() = default;
+  ~TIFuzzySet() override = default;
+
+  /// Builds a bare object, with one reference to it, its maker's.
+  void Build(TFuzzySetCollection* collection) override;
+  TFuzzySetValues* CreateValues() override { return new TIFSValues(this); }
+  TPersistent* PointList() override { return GetValues(); }
+  /// From another set, as `TFuzzySet`; from a counted one also its variable (which moves this one)
+  /// and parser. The name is stored as it is: a set in a table stays there under its old one.
+  void DoAssign(TFuzzySet* source) override;
+  TFzyFloat EqualityThreshold() const override;
+
+ private:
+  friend class detail::TOperand;
+  friend class TIFuzzySets;
+
+  /// The set as an `ICloneable`.
+  class TCloneableFace final : public ICloneable {
+   public:
+    explicit TCloneableFace(TIFuzzySet& set) noexcept : FSet(set) {}
+    HResult QueryInterface(const TGuid& id, void** result) override {
+      return FSet.QueryInterface(id, result);
+    }
+    std::int32_t AddRef() noexcept override { return FSet.AddRef(); }
+    std::int32_t Release() noexcept override { return FSet.Release(); }
+    void Assign(const Ref<IInterface>& value) override { FSet.Assign(value); }
+    void Assign(TPersistent* source) override { FSet.TFuzzySet::Assign(source); }
+    void AssignTo(TPersistent* dest) override { FSet.TFuzzySet::AssignTo(dest); }
+    Ref<IInterface> Clone() override { return FSet.Clone(); }
+    bool Equals(const Ref<IInterface>& value) override { return FSet.Equals(value); }
+    std::intptr_t GetTag() override { return FSet.GetTag(); }
+    void SetTag(std::intptr_t value) override { FSet.SetTag(value); }
+
+   private:
+    TIFuzzySet& FSet;
+  };
+
+  using TFuzzySet::Free;  // references end it
+  using TFuzzySet::Intersection;
+  using TFuzzySet::Union;
+
+  /// The set that an operation of the engine changed: this one, unless it has ended meanwhile.
+  Ref<IFuzzySet> Returned(TFuzzySet* set) noexcept { return set ? this : nullptr; }
+  /// A set that an operation of the engine made.
+  static Ref<TIFuzzySet> Made(TFuzzySet* set) noexcept {
+    return Ref<TIFuzzySet>::Attach(static_cast<TIFuzzySet*>(set));
+  }
+  template <class Change>
+  void ChangePoints(Change change);
+  template <class Fill>
+  Ref<IFuzzySet> Combine(const detail::TOperand& other, const TString& keyword, Fill fill);
+  Ref<IFuzzySet> CombineBy(const detail::TOperand& other, const detail::TCombination& combination);
+
+  std::atomic<std::int32_t> FRefCount{0};
+  Ref<IFuzzyVariable> FVariable;
+  Ref<IFuzzyParser> FParser;
+  std::int32_t FIndex = 0;
+  TCloneableFace FCloneable{*this};
+};
+
+}  // namespace fzy

@@ -1,0 +1,299 @@
+#include "fuzzylogic/interfaces/IFuzzyVariable.h"
+
+#include <algorithm>
+
+#include "fuzzylogic/vocabulary/FuzzyMessages.h"
+
+namespace fzy {
+
+TIFuzzyVariableClass TIFuzzyVariable::Class() {
+  static constexpr TIFuzzyVariableDescriptor descriptor{"TIFuzzyVariable",
+                                                        [] { return new TIFuzzyVariable; }};
+  return &descriptor;
+}
+
+Ref<TIFuzzyVariable> TIFuzzyVariable::Create(const TString& name,
+                                             TIFuzzyVariableClass variableClass) {
+  Ref<TIFuzzyVariable> variable(variableClass->New());
+  variable->FName = name;
+  variable->FItems = variable->CreateItems();
+  return variable;
+}
+
+TIFuzzyVariable::~TIFuzzyVariable() {
+  if (FItems) FItems->Free();
+}
+
+HResult TIFuzzyVariable::QueryInterface(const TGuid& id, void** result) {
+  if (id == IFuzzyVariable::Id)
+    *result = static_cast<IFuzzyVariable*>(this);
+  else if (id == ICloneable::Id)
+    *result = static_cast<ICloneable*>(this);
+  else if (id == IInterface::Id)
+    *result = static_cast<IInterface*>(this);
+  else
+    *result = nullptr;
+  if (!*result) return E_NoInterface;
+  AddRef();
+  return S_Ok;
+}
+
+std::int32_t TIFuzzyVariable::Release() noexcept {
+  // Asked before the reference goes: after it another thread may end the variable.
+  const bool ignore = FIgnoreRelease || !FItems;
+  const std::int32_t sets = ignore ? 0 : FItems->GetCount();
+  const std::int32_t count = --FRefCount;
+  if (ignore || (count > 0 && count != sets)) return count;
+  const TPin self(this);
+  if (count > 0) {
+    FIgnoreRelease = true;
+    try {
+      FItems->Clear();
+    } catch (...) {  // NOLINT(bugprone-empty-catch): who drops a reference expects no exception
+    }
+    FIgnoreRelease = false;
+    if (FRefCount > 0) return count;
+  }
+  try {
+    Free();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): likewise
+  }
+  return count;
+}
+
+/// The table stays until the destructor, because operations that are still running may ask for it.
+void TIFuzzyVariable::Leave() {
+  TFirstException first;
+  first.Run([this] { SetParser(nullptr); });
+  FOnChange = nullptr;
+  FOnVariableChange = nullptr;
+  FOnFuzzySetChange = nullptr;
+  FIgnoreRelease = true;
+  FItems->BeginUpdate();  // never ended: nobody is told of the end of the table
+  first.Run([this] { FItems->Clear(); });
+  FItems->FVariable = nullptr;
+  first.Rethrow();
+}
+
+// Properties
+
+void TIFuzzyVariable::SetName(const TString& value) {
+  if (value == FName) return;
+  FName = value;
+  Changed();
+}
+
+void TIFuzzyVariable::SetMinimum(TFzyFloat value) {
+  RequireFinite(value, "SetMinimum");
+  if (value == FMinimum) return;
+  const TPin self(this);
+  FMinimum = value;
+  TFirstException first;
+  if (FMinimum > FMaximum) first.Run([this] { SetMaximum(FMinimum); });
+  first.Run([this] { Changed(); });
+  first.Rethrow();
+}
+
+void TIFuzzyVariable::SetMaximum(TFzyFloat value) {
+  RequireFinite(value, "SetMaximum");
+  if (value == FMaximum) return;
+  const TPin self(this);
+  FMaximum = value;
+  TFirstException first;
+  if (FMinimum > FMaximum) first.Run([this] { SetMinimum(FMaximum); });
+  first.Run([this] { Changed(); });
+  first.Rethrow();
+}
+
+void TIFuzzyVariable::SetThreshold(TFzyFloat value) {
+  RequireNumber(value, "SetThreshold");
+  FThreshold = std::clamp(value, 0.0, 1.0);
+}
+
+void TIFuzzyVariable::SetNumFunctionValues(int value) {
+  if (value == FNumFunctionValues) return;
+  FNumFunctionValues = value;
+  Changed();
+}
+
+Ref<IFuzzyParser> TIFuzzyVariable::GetParser() { return Query<IFuzzyParser>(FParser.Get()); }
+
+void TIFuzzyVariable::SetParser(const Ref<IFuzzyParser>& value) {
+  const TPin self(this);
+  FParser = value;
+  for (const Ref<IFuzzySet>& set : FItems->GetValues()) set->SetParser(FParser);
+}
+
+// The sets
+
+void TIFuzzyVariable::SetItems(TIFuzzySets* value) {
+  const TPin self(this);
+  FItems->Assign(value);
+}
+
+void TIFuzzyVariable::Add(const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  FItems->Add(fuzzySet);
+}
+
+Ref<IFuzzySet> TIFuzzyVariable::Add(const TString& name) {
+  const TPin self(this);
+  return FItems->Add(name);
+}
+
+void TIFuzzyVariable::Remove(const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  FItems->Remove(fuzzySet);
+}
+
+void TIFuzzyVariable::Clear() {
+  const TPin self(this);
+  FItems->Clear();
+}
+
+void TIFuzzyVariable::AssignFuzzySets(const Ref<IFuzzyVariable>& source) {
+  const TPin self(this);
+  FItems->AssignFuzzySets(source);
+}
+
+void TIFuzzyVariable::EndUpdate() {
+  const TPin self(this);
+  FItems->EndUpdate();
+}
+
+// Events
+
+void TIFuzzyVariable::Changed() {
+  const TPin self(this);
+  TFirstException first;
+  first.Run([this] { FireEvent(FOnChange, this); });
+  first.Run([this] { FireEvent(FOnVariableChange, TBorrowed<IFuzzyVariable>(this)); });
+  first.Rethrow();
+}
+
+void TIFuzzyVariable::FireSetEvent(const TIFuzzySetEvent& event, const Ref<IFuzzySet>& fuzzySet) {
+  FireEvent(event, TBorrowed<IFuzzyVariable>(this), fuzzySet);
+}
+
+void TIFuzzyVariable::NewFuzzySet(const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  TFirstException first;
+  first.Run([&] { FireSetEvent(FOnFuzzySetAdded, fuzzySet); });
+  first.Run([this] { Changed(); });
+  first.Rethrow();
+}
+
+void TIFuzzyVariable::RemoveFuzzySet(const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  TFirstException first;
+  first.Run([&] { FireSetEvent(FOnFuzzySetDeleted, fuzzySet); });
+  first.Run([this] { Changed(); });
+  first.Rethrow();
+}
+
+void TIFuzzyVariable::ClearFuzzySets() { Changed(); }
+
+void TIFuzzyVariable::FuzzySetChanged(const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  FireSetEvent(FOnFuzzySetChange, fuzzySet);
+}
+
+// The variable as a whole
+
+void TIFuzzyVariable::TakeOver(IFuzzyVariable& source) {
+  const TPin self(this);
+  for (const TFzyFloat bound : {source.GetMinimum(), source.GetMaximum()})
+    RequireFinite(bound, "Assign");
+  FDefuzzificationMethod = source.GetDefuzzificationMethod();
+  FMinimum = source.GetMinimum();
+  FMaximum = std::max(FMinimum, source.GetMaximum());
+  FName = source.GetName();
+  FUnits = source.GetUnits();
+  FNumFunctionValues = source.GetNumFunctionValues();
+  FTag = source.GetTag();
+  FParser = source.GetParser();
+  TFirstException first;
+  first.Run([&] { FItems->AssignFuzzySets(TBorrowed<IFuzzyVariable>(&source)); });
+  first.Run([this] { Changed(); });
+  first.Rethrow();
+}
+
+void TIFuzzyVariable::Assign(TPersistent* source) {
+  auto* variable = dynamic_cast<TIFuzzyVariable*>(source);
+  if (!variable) return TIFuzzyVariablePersistent::Assign(source);
+  if (variable == this) return;
+  const TPin pinned(variable);
+  TakeOver(*variable);
+}
+
+void TIFuzzyVariable::Assign(const Ref<IInterface>& value) {
+  const Ref<IFuzzyVariable> variable = Query<IFuzzyVariable>(value.Get());
+  if (variable && variable != this) TakeOver(*variable);
+}
+
+Ref<IInterface> TIFuzzyVariable::Clone() {
+  const TPin self(this);
+  Ref<TIFuzzyVariable> copy = Create(FName, GetClass());
+  copy->Assign(static_cast<TPersistent*>(this));
+  return copy;
+}
+
+bool TIFuzzyVariable::Equals(const Ref<IInterface>& value) {
+  const Ref<IFuzzyVariable> other = Query<IFuzzyVariable>(value.Get());
+  return other && FName == other->GetName() && FMaximum == other->GetMaximum() &&
+         FMinimum == other->GetMinimum() && FUnits == other->GetUnits() &&
+         FItems->EqualsSets(other);
+}
+
+TString TIFuzzyVariable::ToString() const {
+  const Ref<IFuzzyParser> parser = Query<IFuzzyParser>(FParser.Get());
+  if (!parser) return FName;
+  return parser->PrettyPrint(TBorrowed<IFuzzyVariable>(const_cast<TIFuzzyVariable*>(this)));
+}
+
+// Rules
+
+TFzyFloat TIFuzzyVariable::GetCorrelationStrength(std::span<const Ref<IFuzzySet>> premises,
+                                                  std::span<const Ref<IFuzzySet>> matchings) {
+  if (matchings.size() < premises.size()) {
+    throw EFzyException(SFzyMatchingsMissing, {TString("GetCorrelationStrength"),
+                                               static_cast<std::int64_t>(premises.size()),
+                                               static_cast<std::int64_t>(matchings.size())});
+  }
+  TFzyFloat strength = 1.0;
+  for (std::size_t i = 0; i < premises.size(); ++i) {
+    if (!premises[i]) throw EFzyException(SFzySetMissing, {TString("GetCorrelationStrength")});
+    strength = std::min(strength, premises[i]->GetCorrelationStrength(matchings[i]));
+  }
+  return strength;
+}
+
+Ref<IFuzzySet> TIFuzzyVariable::AssertRule(TFzyFloat correlationStrength,
+                                           const Ref<IFuzzySet>& newEvidence,
+                                           const Ref<IFuzzySet>& oldEvidence) {
+  RequireNumber(correlationStrength, "AssertRule");
+  if (!newEvidence) throw EFzyException(SFzySetMissing, {TString("AssertRule")});
+  if (correlationStrength < FThreshold) return nullptr;
+  const Ref<IFuzzySet> evidence = oldEvidence;
+  Ref<IFuzzySet> conclusion = Query<IFuzzySet>(newEvidence->Clone().Get());
+  if (conclusion) conclusion = conclusion->Correlate(correlationStrength, fcmMinimum);
+  if (!conclusion || !evidence) return conclusion;
+  return evidence->Infer(conclusion, fimMinMax, false);
+}
+
+Ref<IFuzzySet> TIFuzzyVariable::AssertRule(const Ref<IFuzzySet>& premise,
+                                           const Ref<IFuzzySet>& newEvidence,
+                                           const Ref<IFuzzySet>& matching,
+                                           const Ref<IFuzzySet>& oldEvidence) {
+  if (!premise) throw EFzyException(SFzySetMissing, {TString("AssertRule")});
+  return AssertRule(premise->GetCorrelationStrength(matching), newEvidence, oldEvidence);
+}
+
+Ref<IFuzzySet> TIFuzzyVariable::AssertRule(std::span<const Ref<IFuzzySet>> premises,
+                                           std::span<const Ref<IFuzzySet>> matchings,
+                                           const Ref<IFuzzySet>& newEvidence,
+                                           const Ref<IFuzzySet>& oldEvidence) {
+  return AssertRule(GetCorrelationStrength(premises, matchings), newEvidence, oldEvidence);
+}
+
+}  // namespace fzy
