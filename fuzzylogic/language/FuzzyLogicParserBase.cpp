@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "fuzzylogic/language/detail/ParserFace.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
@@ -10,58 +11,87 @@ namespace {
 
 using TArguments = std::array<TFzyFloat, 4>;
 
-/// A shape function for one number of arguments.
+/// A shape function for one number of arguments, for sets of either model.
 struct TShapeFunction {
+  template <class Make>
+  TShapeFunction(std::u16string_view name, int arguments, const TMessage& expected, Make make)
+      : Name(name), Arguments(arguments), Expected(&expected), MakeSet(make), MakeIntf(make) {}
+
   std::u16string_view Name;
   int Arguments;
-  void (*Make)(TFuzzySet& set, int num, const TArguments& a);
   const TMessage* Expected;
+  void (*MakeSet)(TFuzzySet& set, int num, const TArguments& a);
+  void (*MakeIntf)(IFuzzySet& set, int num, const TArguments& a);
 };
 
 const std::array<TShapeFunction, 7> ShapeFunctions = {{
-    {u"pi", 2,
-     [](TFuzzySet& set, int num, const TArguments& a) {
-       set.CreatePIFunctionValues(num, a[0], a[1]);
-     },
-     &SPIArgsExpected},
-    {u"pi", 3,
-     [](TFuzzySet& set, int num, const TArguments& a) {
+    {u"pi", 2, SPIArgsExpected,
+     [](auto& set, int num, const TArguments& a) { set.CreatePIFunctionValues(num, a[0], a[1]); }},
+    {u"pi", 3, SPIArgsExpected,
+     [](auto& set, int num, const TArguments& a) {
        set.CreatePIFunctionValues(num, a[0], a[1], a[2]);
-     },
-     &SPIArgsExpected},
-    {u"tri", 3,
-     [](TFuzzySet& set, int, const TArguments& a) {
+     }},
+    {u"tri", 3, STriArgsExpected,
+     [](auto& set, int, const TArguments& a) {
        set.CreateTriangleFunctionValues(a[0], a[1], a[2]);
-     },
-     &STriArgsExpected},
-    {u"s", 2,
-     [](TFuzzySet& set, int num, const TArguments& a) {
+     }},
+    {u"s", 2, SCurveArgsExpected,
+     [](auto& set, int num, const TArguments& a) {
        set.CreateCurveValues(num, a[0], a[1], a[1], true);
-     },
-     &SCurveArgsExpected},
-    {u"z", 2,
-     [](TFuzzySet& set, int num, const TArguments& a) {
+     }},
+    {u"z", 2, SCurveArgsExpected,
+     [](auto& set, int num, const TArguments& a) {
        set.CreateCurveValues(num, a[0], a[1], a[1], false);
-     },
-     &SCurveArgsExpected},
-    {u"beta", 3,
-     [](TFuzzySet& set, int num, const TArguments& a) {
+     }},
+    {u"beta", 3, SBetaArgsExpected,
+     [](auto& set, int num, const TArguments& a) {
        set.CreateBetaCurveFunctionValues(num, a[0], a[1], a[2]);
-     },
-     &SBetaArgsExpected},
-    {u"beta", 4,
-     [](TFuzzySet& set, int num, const TArguments& a) {
+     }},
+    {u"beta", 4, SBetaArgsExpected,
+     [](auto& set, int num, const TArguments& a) {
        set.CreateBetaCurveFunctionValues(num, a[0], a[1], a[2], a[3]);
-     },
-     &SBetaArgsExpected},
+     }},
 }};
+
+/// The shape function that a call names, by its name and its arguments, which must be numbers.
+const TShapeFunction& FindShape(TCustomFuzzyLogicParser& parser, const TString& funcName,
+                                const Ref<IFuzzyStreamTokenList>& list) {
+  constexpr const char* method = "CalcFuzzyFunction";
+  const auto named = [&](const TShapeFunction& function) {
+    return function.Name == funcName.View();
+  };
+  const auto known = std::find_if(ShapeFunctions.begin(), ShapeFunctions.end(), named);
+  if (known == ShapeFunctions.end()) parser.ParseError(method, SUnknownFunctionName, {funcName});
+  if (!parser.VerifyAll(list, {fstInteger, fstFloat}))
+    parser.ParseError(method, SFzyArgTypeWrong, {funcName, TString("numeric")});
+  const int count = list ? list->GetValueCount() : 0;
+  const auto function = std::find_if(known, ShapeFunctions.end(), [&](const TShapeFunction& entry) {
+    return named(entry) && entry.Arguments == count;
+  });
+  if (function == ShapeFunctions.end())
+    parser.ParseError(method, SFzyArgNumWrong, {funcName, known->Expected->Get()});
+  return *function;
+}
+
+TArguments ArgumentsOf(IFuzzyStreamTokenList& list) {
+  TArguments arguments{};
+  for (int i = 0; i < list.GetValueCount(); ++i)
+    arguments[static_cast<std::size_t>(i)] = list.Get(i)->GetNumber();
+  return arguments;
+}
 
 constexpr std::size_t LongestShownText = 255;
 constexpr std::size_t ShownEnd = 128;
 
 }  // namespace
 
+TCustomFuzzyLogicParser::TCustomFuzzyLogicParser(TComponent* owner)
+    : TFuzzyTextParser(owner), FFace(new detail::TParserFace(*this)) {}
+
+Ref<IFuzzyParser> TCustomFuzzyLogicParser::GetInterface() { return FFace; }
+
 TCustomFuzzyLogicParser::~TCustomFuzzyLogicParser() {
+  FFace->Detach();
   Destroying();
   TCustomFuzzyLogicParser::SetFuzzyLogic(nullptr);
 }
@@ -69,6 +99,7 @@ TCustomFuzzyLogicParser::~TCustomFuzzyLogicParser() {
 /// A parse that is still running keeps the memory, but nobody tells of the component's end any
 /// more.
 void TCustomFuzzyLogicParser::Leave() {
+  FFace->Detach();
   TFuzzyTextParser::Leave();
   TCustomFuzzyLogicParser::SetFuzzyLogic(nullptr);
 }
@@ -125,25 +156,16 @@ bool TCustomFuzzyLogicParser::VerifyAll(const Ref<IFuzzyStreamTokenList>& list,
 void TCustomFuzzyLogicParser::CalcFuzzyFunction(const TString& funcName,
                                                 const Ref<IFuzzyStreamTokenList>& list,
                                                 TFuzzySet*& fuzzySet) {
-  constexpr const char* method = "CalcFuzzyFunction";
-  const auto named = [&](const TShapeFunction& function) {
-    return function.Name == funcName.View();
-  };
-  const auto known = std::find_if(ShapeFunctions.begin(), ShapeFunctions.end(), named);
-  if (known == ShapeFunctions.end()) ParseError(method, SUnknownFunctionName, {funcName});
-  if (!VerifyAll(list, {fstInteger, fstFloat}))
-    ParseError(method, SFzyArgTypeWrong, {funcName, TString("numeric")});
-  const int count = list->GetValueCount();
-  const auto function = std::find_if(known, ShapeFunctions.end(), [&](const TShapeFunction& entry) {
-    return named(entry) && entry.Arguments == count;
-  });
-  if (function == ShapeFunctions.end())
-    ParseError(method, SFzyArgNumWrong, {funcName, known->Expected->Get()});
-  if (!fuzzySet) return;
-  TArguments arguments{};
-  for (int i = 0; i < count; ++i)
-    arguments[static_cast<std::size_t>(i)] = list->Get(i)->GetNumber();
-  function->Make(*fuzzySet, FFuzzyLogic ? FFuzzyLogic->GetNumFunctionValues() : 7, arguments);
+  const TShapeFunction& function = FindShape(*this, funcName, list);
+  if (fuzzySet) function.MakeSet(*fuzzySet, ShapePoints(), ArgumentsOf(*list));
+}
+
+void TCustomFuzzyLogicParser::CalcFuzzyFunction(const TString& funcName,
+                                                const Ref<IFuzzyStreamTokenList>& list,
+                                                Ref<IFuzzySet>& fuzzySet) {
+  const TShapeFunction& function = FindShape(*this, funcName, list);
+  const Ref<IFuzzySet> set = fuzzySet;
+  if (set) function.MakeIntf(*set, ShapePoints(), ArgumentsOf(*list));
 }
 
 TFuzzySet* TCustomFuzzyLogicParser::CalcFuzzyFunction(TFuzzySet* fuzzySet, const TString& funcName,
@@ -155,6 +177,17 @@ TFuzzySet* TCustomFuzzyLogicParser::CalcFuzzyFunction(TFuzzySet* fuzzySet, const
   const TPin replaced(fuzzySet);
   if (!handled) CalcFuzzyFunction(funcName, list, fuzzySet);
   return fuzzySet && fuzzySet->IsFreed() ? nullptr : fuzzySet;
+}
+
+Ref<IFuzzySet> TCustomFuzzyLogicParser::CalcFuzzyFunction(const Ref<IFuzzySet>& fuzzySet,
+                                                          const TString& funcName,
+                                                          const Ref<IFuzzyStreamTokenList>& list) {
+  const TPin self(this);
+  Ref<IFuzzySet> result = fuzzySet;
+  bool handled = false;
+  FireEvent(FOnCalcFuzzyIntfFunction, this, funcName, list, result, handled);
+  if (!handled) CalcFuzzyFunction(funcName, list, result);
+  return result;
 }
 
 }  // namespace fzy

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fuzzylogic/interfaces/FuzzyInterfaces.h"
 #include "fuzzylogic/language/FuzzyStreamToken.h"
 #include "fuzzylogic/model/FuzzyLogic.h"
 
@@ -12,18 +13,32 @@ namespace fzy {
 using TCalcFuzzyFunctionEvent =
     std::function<void(TObject* sender, const TString& funcName,
                        const Ref<IFuzzyStreamTokenList>& list, TFuzzySet*& result, bool& handled)>;
+/// The same for the counted model, where the result may be made none.
+using TCalcFuzzyIntfFunctionEvent = std::function<void(TObject* sender, const TString& funcName,
+                                                       const Ref<IFuzzyStreamTokenList>& list,
+                                                       Ref<IFuzzySet>& result, bool& handled)>;
+namespace detail {
+class TParserFace;
+}
 
 /// The frame of a parser: its link to the component that it reads into (weak, cleared when that
 /// goes), its events, its error reports, and the shape functions "pi", "tri", "s", "z" and "beta".
+/// Operations and events that read or write sets and variables stand here twice, for the owned and
+/// the counted model.
 class TCustomFuzzyLogicParser : public TFuzzyTextParser {
  public:
-  explicit TCustomFuzzyLogicParser(TComponent* owner = nullptr) : TFuzzyTextParser(owner) {}
+  explicit TCustomFuzzyLogicParser(TComponent* owner = nullptr);
   ~TCustomFuzzyLogicParser() override;
 
   TCustomFuzzyLogic* GetFuzzyLogic() const noexcept { return FFuzzyLogic; }
   /// Does not touch the component's own link to a parser.
   void SetFuzzyLogic(TCustomFuzzyLogic* value);
   void Notification(TComponent* component, TOperation operation) override;
+
+  /// The parser as the counted model holds it. References do not own the parser; when it has gone
+  /// they answer no query any more, not even for `IFuzzyParser`, and their operations raise an
+  /// EFzyException (`SParserUnassigned`).
+  Ref<IFuzzyParser> GetInterface();
 
   // Events: a parse begins and has succeeded; a term, a variable was read; an expression was
   // evaluated; a function is called.
@@ -48,6 +63,28 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
     FOnCalcFuzzyFunction = std::move(value);
   }
 
+  // The same of the counted model; those of sets and expressions name the variable as the sender.
+  const TIFuzzySetEvent& GetOnParseFuzzySetIntf() const noexcept { return FOnParseFuzzySetIntf; }
+  void SetOnParseFuzzySetIntf(TIFuzzySetEvent value) { FOnParseFuzzySetIntf = std::move(value); }
+  const TIFuzzyVariableEvent& GetOnParseFuzzyVariableIntf() const noexcept {
+    return FOnParseFuzzyVariableIntf;
+  }
+  void SetOnParseFuzzyVariableIntf(TIFuzzyVariableEvent value) {
+    FOnParseFuzzyVariableIntf = std::move(value);
+  }
+  const TIFuzzyExpressionEvent& GetOnEvalExpressionIntf() const noexcept {
+    return FOnEvalExpressionIntf;
+  }
+  void SetOnEvalExpressionIntf(TIFuzzyExpressionEvent value) {
+    FOnEvalExpressionIntf = std::move(value);
+  }
+  const TCalcFuzzyIntfFunctionEvent& GetOnCalcFuzzyIntfFunction() const noexcept {
+    return FOnCalcFuzzyIntfFunction;
+  }
+  void SetOnCalcFuzzyIntfFunction(TCalcFuzzyIntfFunctionEvent value) {
+    FOnCalcFuzzyIntfFunction = std::move(value);
+  }
+
   /// Reads a whole definition text into the linked component, framed by `OnParsing` and (when
   /// nothing was raised) `OnParsed`. The text is Unicode already, so `encoding` does not matter.
   /// @throws EFzyParseException (`SFuzzyLogicNotSet`) without a component, before any event; and
@@ -63,18 +100,33 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   ///   EFzyException as the shapes do
   virtual void CalcFuzzyFunction(const TString& funcName, const Ref<IFuzzyStreamTokenList>& list,
                                  TFuzzySet*& fuzzySet);
+  virtual void CalcFuzzyFunction(const TString& funcName, const Ref<IFuzzyStreamTokenList>& list,
+                                 Ref<IFuzzySet>& fuzzySet);
   /// Fires `OnCalcFuzzyFunction`; unless that handled it, the virtual form. Returns the set,
   /// replaced or not; nothing when a handler freed it.
   TFuzzySet* CalcFuzzyFunction(TFuzzySet* fuzzySet, const TString& funcName,
                                const Ref<IFuzzyStreamTokenList>& list);
+  Ref<IFuzzySet> CalcFuzzyFunction(const Ref<IFuzzySet>& fuzzySet, const TString& funcName,
+                                   const Ref<IFuzzyStreamTokenList>& list);
 
+  using TFuzzyTextParser::PrettyPrint;
   virtual void ParseFuzzyLogic(const TString& text, const TEncoding* encoding) = 0;
+  virtual TFzyFloat EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                        const TString& expression, Ref<IFuzzySet>& fuzzySet) = 0;
+  virtual Ref<IFuzzySet> EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                             const TString& expression) = 0;
   virtual TFzyFloat EvalFuzzyExpression(TFuzzyVariable* variable, const TString& expression,
                                         TFuzzySet*& fuzzySet) = 0;
   virtual TFuzzySet* EvalFuzzyExpression(TFuzzyVariable* variable, const TString& expression) = 0;
   virtual TFuzzySet* ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
                                    const TEncoding* encoding) = 0;
   virtual TFuzzyVariable* ParseFuzzyVariable(const TString& text, const TEncoding* encoding) = 0;
+  virtual Ref<IFuzzySet> ParseFuzzySet(const Ref<IFuzzyVariable>& variable, const TString& text,
+                                       const TEncoding* encoding) = 0;
+  virtual Ref<IFuzzyVariable> ParseFuzzyVariableIntf(const TString& text,
+                                                     const TEncoding* encoding) = 0;
+  virtual TString PrettyPrint(const Ref<IFuzzySet>& fuzzySet, bool asDefinition) = 0;
+  virtual TString PrettyPrint(const Ref<IFuzzyVariable>& fuzzyVariable) = 0;
 
   /// Raises an EFzyParseException "Parsing Error, msg in method at line n: "text"". A text of more
   /// than 255 characters is shown as its first and last 128.
@@ -95,13 +147,20 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   void Leave() override;
 
  private:
+  int ShapePoints() const noexcept { return FFuzzyLogic ? FFuzzyLogic->GetNumFunctionValues() : 7; }
+
   TFuzzySetEvent FOnParseFuzzySet;
   TFuzzyVariableEvent FOnParseFuzzyVariable;
   TCustomFuzzyLogic* FFuzzyLogic = nullptr;
   TFuzzyExpressionEvent FOnEvalExpression;
   TCalcFuzzyFunctionEvent FOnCalcFuzzyFunction;
+  TIFuzzySetEvent FOnParseFuzzySetIntf;
+  TIFuzzyVariableEvent FOnParseFuzzyVariableIntf;
+  TCalcFuzzyIntfFunctionEvent FOnCalcFuzzyIntfFunction;
+  TIFuzzyExpressionEvent FOnEvalExpressionIntf;
   TNotifyEvent FOnParsed;
   TNotifyEvent FOnParsing;
+  Ref<detail::TParserFace> FFace;
 };
 
 }  // namespace fzy

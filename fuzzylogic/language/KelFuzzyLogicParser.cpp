@@ -6,6 +6,7 @@
 #include "fuzzylogic/interfaces/UniqueID.h"
 #include "fuzzylogic/language/detail/ClassModel.h"
 #include "fuzzylogic/language/detail/DefinitionReader.h"
+#include "fuzzylogic/language/detail/InterfaceModel.h"
 #include "fuzzylogic/language/detail/StreamFrame.h"
 
 // Entry points and reading steps. Expressions and printing stand in files of their own.
@@ -14,6 +15,7 @@ namespace fzy {
 namespace {
 
 using TClassReader = detail::TDefinitionReader<detail::TClassModel>;
+using TInterfaceReader = detail::TDefinitionReader<detail::TInterfaceModel>;
 
 /// Holds a new variable of the component while the reader fills it: inside an update block of the
 /// collection, and outside the collection as long as automatic terms would join it.
@@ -100,6 +102,20 @@ TFuzzySet* TKelFuzzyLogicParser::ParseFuzzySet(TFuzzyVariable* variable, const T
   return ParseFuzzySet(variable);
 }
 
+Ref<IFuzzyVariable> TKelFuzzyLogicParser::ParseFuzzyVariableIntf(const TString& text,
+                                                                 const TEncoding* encoding) {
+  if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
+  const detail::TStreamFrame frame(*this, text, encoding);
+  return ParseFuzzyVariableIntf();
+}
+
+Ref<IFuzzySet> TKelFuzzyLogicParser::ParseFuzzySet(const Ref<IFuzzyVariable>& variable,
+                                                   const TString& text, const TEncoding* encoding) {
+  if (!variable) throw EFzyParseException(SFzyUndefinedVariable);
+  const detail::TStreamFrame frame(*this, text, encoding);
+  return ParseFuzzySet(variable);
+}
+
 std::unique_ptr<TFuzzyLogicTokenStream> TKelFuzzyLogicParser::CreateStream(
     std::unique_ptr<TStream> stream, const TEncoding* encoding) {
   return std::make_unique<TFuzzyLogicTokenStream>(std::move(stream), encoding);
@@ -131,7 +147,10 @@ void TKelFuzzyLogicParser::ParseFuzzyLogic() {
     if (detail::IsEnd(*t)) return;
     if (!detail::IsOpen(*t)) ParseError("ParseFuzzyLogic", SFzyUnexpectedToken, {t->ToString()});
     Stream().PutBackToken(t);
-    ParseFuzzyVariable();
+    if (dynamic_cast<TIFuzzyLogic*>(GetFuzzyLogic()))
+      ParseFuzzyVariableIntf();
+    else
+      ParseFuzzyVariable();
   }
 }
 
@@ -155,13 +174,16 @@ Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseHeader(TString& name, TString&
   return t;
 }
 
-TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
+Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseVariableHeader(TString& name, TString& comment) {
   static const TString keyword = "deffuzzy";
   static const TString method = "ParseFuzzyVariable";
+  return ParseHeader(name, comment, true, keyword, method, SFzyExpectedFuzzyDefinition);
+}
+
+TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
   TString name;
   TString comment;
-  const Ref<IFuzzyStreamToken> t =
-      ParseHeader(name, comment, true, keyword, method, SFzyExpectedFuzzyDefinition);
+  const Ref<IFuzzyStreamToken> t = ParseVariableHeader(name, comment);
   auto* fuzzy = dynamic_cast<TFuzzyLogic*>(GetFuzzyLogic());
   if (!fuzzy) throw EFzyParseException(SFuzzyLogicNotTFuzzyLogic);
   TNewVariable variable(*fuzzy);
@@ -176,6 +198,22 @@ TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
   first.Rethrow();
   if (variable.Result()) FireEvent(GetOnParseFuzzyVariable(), this, variable.Result());
   return variable.Result();
+}
+
+Ref<IFuzzyVariable> TKelFuzzyLogicParser::ParseFuzzyVariableIntf() {
+  TString name;
+  TString comment;
+  const Ref<IFuzzyStreamToken> t = ParseVariableHeader(name, comment);
+  auto* fuzzy = dynamic_cast<TIFuzzyLogic*>(GetFuzzyLogic());
+  if (!fuzzy) throw EFzyParseException(SFuzzyLogicNotTIFuzzyLogic);
+  const TPin pinned(fuzzy);
+  const Ref<IFuzzyVariable> variable = fuzzy->NewVariable(name);
+  variable->SetComment(comment);
+  variable->SetParser(GetInterface());
+  TInterfaceReader(*this, Stream()).ReadClauses(variable, t);
+  if (!fuzzy->IsFreed()) fuzzy->GetItems()->Put(name, variable);
+  FireEvent(GetOnParseFuzzyVariableIntf(), variable);
+  return variable;
 }
 
 TFuzzySet* TKelFuzzyLogicParser::ParseFuzzySet(TFuzzyVariable* variable) {
@@ -195,11 +233,33 @@ TFuzzySet* TKelFuzzyLogicParser::ParseFuzzyFunction(TFuzzyVariable* variable) {
   return TClassReader(*this, Stream()).ReadFunction(variable);
 }
 
+Ref<IFuzzySet> TKelFuzzyLogicParser::ParseFuzzySet(const Ref<IFuzzyVariable>& variable) {
+  return TInterfaceReader(*this, Stream()).ReadSet(variable);
+}
+
+Ref<IFuzzySet> TKelFuzzyLogicParser::ParseFuzzyValues(const Ref<IFuzzyVariable>& variable) {
+  return TInterfaceReader(*this, Stream()).ReadValues(variable);
+}
+
+Ref<IFuzzySet> TKelFuzzyLogicParser::ParseFuzzyValuePairs(const Ref<IFuzzyVariable>& variable) {
+  return TInterfaceReader(*this, Stream()).ReadValuePairs(variable);
+}
+
+Ref<IFuzzySet> TKelFuzzyLogicParser::ParseFuzzyFunction(const Ref<IFuzzyVariable>& variable) {
+  return TInterfaceReader(*this, Stream()).ReadFunction(variable);
+}
+
 TFuzzySet* TKelFuzzyLogicParser::ConvertListToValues(TFuzzySet* fuzzySet,
                                                      const Ref<IFuzzyStreamTokenList>& list) {
   const detail::TClassModel::THeldSet held(fuzzySet);
   TClassReader::ConvertList(*this, fuzzySet, list);
   return held.Get();
+}
+
+Ref<IFuzzySet> TKelFuzzyLogicParser::ConvertListToValues(const Ref<IFuzzySet>& fuzzySet,
+                                                         const Ref<IFuzzyStreamTokenList>& list) {
+  TInterfaceReader::ConvertList(*this, fuzzySet, list);
+  return fuzzySet;
 }
 
 Ref<IFuzzyStreamTokenList> TKelFuzzyLogicParser::ParseTokenList() {

@@ -17,15 +17,21 @@ class TStreamFrame;
 ///               (term warm "comment" (tri 20 50 80))
 ///               (term hot very [warm or cold] and not cold)))
 ///
-/// into a `TFuzzyLogic`, and writes it. The clauses of a variable come in any order and may repeat:
-/// a later range or units overwrites, every values clause adds its terms. A term's body is a list
-/// of points, the call of a shape function, or a fuzzy expression over the terms before it.
-/// Keywords and names are case-sensitive.
+/// into a `TFuzzyLogic` or a `TIFuzzyLogic`, whichever it is linked to, and writes it. The clauses
+/// of a variable come in any order and may repeat: a later range or units overwrites, every values
+/// clause adds its terms. A term's body is a list of points, the call of a shape function, or a
+/// fuzzy expression over the terms before it. Keywords and names are case-sensitive.
 ///
 /// Errors are `EFzyParseException`s with the failing step, the line and the text read so far;
-/// reading stops at the first, and what was built before it stays: the half-read variable too.
+/// reading stops at the first, and what was built before it stays: in the owned model the half-read
+/// variable too, while in the counted one a variable enters the component when it is complete.
 /// Nothing at the top level of a text is passed over. Entry points may be called from the parser's
 /// own events. Time is linear in the text; nothing recurses.
+///
+/// Operations stand here twice, for the owned and the counted model. They do the same in both, but
+/// for what is said: in the counted model a list's points are added with both coordinates at once,
+/// so a step up from 0 keeps its foot; terms keep the expression that they were read from; nothing
+/// can be freed by a handler meanwhile, so that there always is a result.
 class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
  public:
   explicit TKelFuzzyLogicParser(TComponent* owner = nullptr) : TCustomFuzzyLogicParser(owner) {}
@@ -47,6 +53,12 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   /// @throws EFzyParseException (`SFzyUndefinedVariable`) without a variable
   TFuzzySet* ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
                            const TEncoding* encoding) override;
+  /// One variable, into the component's table, where it takes the place of one of its name.
+  /// @throws EFzyParseException likewise, and (`SFuzzyLogicNotTIFuzzyLogic`) for another component
+  Ref<IFuzzyVariable> ParseFuzzyVariableIntf(const TString& text,
+                                             const TEncoding* encoding) override;
+  Ref<IFuzzySet> ParseFuzzySet(const Ref<IFuzzyVariable>& variable, const TString& text,
+                               const TEncoding* encoding) override;
 
   // Fuzzy expressions. Operands are the names of terms of the variable (of sets that an evaluation
   // left, where there is no such term), numbers (crisp sets),
@@ -65,8 +77,14 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   //
   // Time is linear in the expression, besides what the operations on the sets cost; but names and
   // expressions of derived sets hold those of their operands, so a chain of n operators makes texts
-  // of n^2 characters in all: megabytes for a thousand, and one call may make 2^27 characters
-  // (`SFzyExpressionTooLarge`). Nothing recurses.
+  // of n^2 characters in all: megabytes for a thousand. One set may have 2^20 characters and one
+  // call may make 2^27 (`SFzyExpressionTooLarge`); in the counted model terms keep their
+  // expressions, so twenty terms that each name the one before twice come to that. Nothing
+  // recurses.
+  //
+  // In the counted model the sets made on the way belong to the variable and some of them (numbers,
+  // groups, copies) stand in its table, where a set under the same name takes their place; they
+  // never take the place of a term.
   //
   // Each raises EFzyParseExceptions from the step "EvalFuzzyExpression": `SFzyUndefinedVariable`
   // without a variable, `SFzyMissingOperand`, `SFzyInvalidToken` (an unknown term among others),
@@ -80,11 +98,19 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   /// centre of gravity; 0 without a set.
   TFzyFloat EvalFuzzyExpression(TFuzzyVariable* variable, const TString& expression,
                                 TFuzzySet*& fuzzySet) override;
+  Ref<IFuzzySet> EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                     const TString& expression) override;
+  TFzyFloat EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable, const TString& expression,
+                                Ref<IFuzzySet>& fuzzySet) override;
   /// Evaluates tokens; the list is in postfix order afterwards, and its shape calls have lost the
   /// name of the function.
   TFuzzySet* EvalFuzzyExpression(TFuzzyVariable* variable, const Ref<IFuzzyStreamTokenList>& list);
+  Ref<IFuzzySet> EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                     const Ref<IFuzzyStreamTokenList>& list);
   /// The set of one operand. Unlike the others this gives a term itself.
   TFuzzySet* EvalFuzzyExpression(TFuzzyVariable* variable, const Ref<IFuzzyStreamToken>& token);
+  Ref<IFuzzySet> EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                     const Ref<IFuzzyStreamToken>& token);
 
   // What an item is when an expression is put in postfix order. Priorities: a lower number binds
   // tighter, while the item is stacked and when it arrives.
@@ -133,6 +159,11 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   /// without one its expression.
   /// @throws EFzyException (`SFzyNameNotWritable`, and `SFzySetMissing` without a set)
   TString PrettyPrint(const TFuzzySet* fuzzySet, bool asDefinition) override;
+  /// The same of the counted model. Terms are written in the order of their indices. A set of
+  /// another class than the library's has no expression that it was read from.
+  TString PrettyPrint(const Ref<IFuzzyVariable>& fuzzyVariable) override;
+  /// What is shown of a set without a name is an empty text.
+  TString PrettyPrint(const Ref<IFuzzySet>& fuzzySet, bool asDefinition) override;
   /// Whether numbers are written with all their digits; false at first.
   bool GetFullPrecision() const noexcept { return FFullPrecision; }
   void SetFullPrecision(bool value) noexcept { FFullPrecision = value; }
@@ -148,6 +179,11 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   virtual TFuzzySet* ParseFuzzyValues(TFuzzyVariable* variable);
   virtual TFuzzySet* ParseFuzzyValuePairs(TFuzzyVariable* variable);
   virtual TFuzzySet* ParseFuzzyFunction(TFuzzyVariable* variable);
+  virtual Ref<IFuzzyVariable> ParseFuzzyVariableIntf();
+  virtual Ref<IFuzzySet> ParseFuzzySet(const Ref<IFuzzyVariable>& variable);
+  virtual Ref<IFuzzySet> ParseFuzzyValues(const Ref<IFuzzyVariable>& variable);
+  virtual Ref<IFuzzySet> ParseFuzzyValuePairs(const Ref<IFuzzyVariable>& variable);
+  virtual Ref<IFuzzySet> ParseFuzzyFunction(const Ref<IFuzzyVariable>& variable);
   /// The head "( keyword name" with an optional comment; returns the token behind it.
   virtual Ref<IFuzzyStreamToken> ParseHeader(TString& name, TString& comment, bool allowComment,
                                              const TString& keyword, const TString& method,
@@ -157,6 +193,8 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   Ref<IFuzzyStreamTokenList> ParseTokenList();
   /// Fills a set from a list of point groups.
   TFuzzySet* ConvertListToValues(TFuzzySet* fuzzySet, const Ref<IFuzzyStreamTokenList>& list);
+  Ref<IFuzzySet> ConvertListToValues(const Ref<IFuzzySet>& fuzzySet,
+                                     const Ref<IFuzzyStreamTokenList>& list);
   /// "FuzzySet" and the next number of the process.
   TString GetUniqueName() const;
 
@@ -169,6 +207,7 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
  private:
   friend class detail::TStreamFrame;
   TFuzzyLogicTokenStream& Stream() const;
+  Ref<IFuzzyStreamToken> ParseVariableHeader(TString& name, TString& comment);
 
   TFuzzyLogicTokenStream* FStream = nullptr;
   bool FFullPrecision = false;

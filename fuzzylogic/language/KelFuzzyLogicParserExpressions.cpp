@@ -2,6 +2,7 @@
 #include "fuzzylogic/framework/Messages.h"
 #include "fuzzylogic/language/detail/ClassModel.h"
 #include "fuzzylogic/language/detail/ExpressionEvaluator.h"
+#include "fuzzylogic/language/detail/InterfaceModel.h"
 
 // Fuzzy expressions.
 
@@ -9,6 +10,14 @@ namespace fzy {
 namespace {
 
 using TClassEvaluator = detail::TExpressionEvaluator<detail::TClassModel>;
+using TInterfaceEvaluator = detail::TExpressionEvaluator<detail::TInterfaceModel>;
+
+/// A set as the one number that the component's method makes of it.
+template <class Set>
+TFzyFloat CrispValue(Set& set, const TCustomFuzzyLogic* fuzzy) {
+  return fuzzy && fuzzy->GetDefuzzificationMethod() == dmMeanOfMaxima ? set.MeanOfMaxima()
+                                                                      : set.CenterOfGravity();
+}
 
 /// The text of an item that is a token, else nothing.
 TString TextOf(const Ref<IInterface>& item) {
@@ -28,10 +37,32 @@ TFzyFloat TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
                                                     TFuzzySet*& fuzzySet) {
   const TPin self(this);
   fuzzySet = EvalFuzzyExpression(variable, expression);
-  if (!fuzzySet) return 0;
-  const TCustomFuzzyLogic* fuzzy = GetFuzzyLogic();
-  return fuzzy && fuzzy->GetDefuzzificationMethod() == dmMeanOfMaxima ? fuzzySet->MeanOfMaxima()
-                                                                      : fuzzySet->CenterOfGravity();
+  return fuzzySet ? CrispValue(*fuzzySet, GetFuzzyLogic()) : 0;
+}
+
+TFzyFloat TKelFuzzyLogicParser::EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                                    const TString& expression,
+                                                    Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
+  fuzzySet = EvalFuzzyExpression(variable, expression);
+  return fuzzySet ? CrispValue(*fuzzySet, GetFuzzyLogic()) : 0;
+}
+
+Ref<IFuzzySet> TKelFuzzyLogicParser::EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                                         const TString& expression) {
+  return TInterfaceEvaluator(*this, variable).EvalText(expression);
+}
+
+Ref<IFuzzySet> TKelFuzzyLogicParser::EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                                         const Ref<IFuzzyStreamTokenList>& list) {
+  const TPin self(this);
+  return TInterfaceEvaluator(*this, variable).EvalList(list);
+}
+
+Ref<IFuzzySet> TKelFuzzyLogicParser::EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
+                                                         const Ref<IFuzzyStreamToken>& token) {
+  const TPin self(this);
+  return TInterfaceEvaluator(*this, variable).EvalToken(token);
 }
 
 TFuzzySet* TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,

@@ -31,6 +31,13 @@ struct TClassModel {
     if (set) set->SetDefined(false);
     return set;
   }
+  /// The same under a name.
+  static TFuzzySet* AddSetNamed(TKelFuzzyLogicParser& parser, TFuzzyVariable* variable,
+                                const TString& name) {
+    const THeldSet set(AddSet(parser, variable));
+    if (set.Get()) set.Get()->SetName(name);
+    return set.Get();
+  }
   /// The first term of that name, else the first set that an evaluation left, or nothing.
   static TFuzzySet* FindSet(TFuzzyVariable* variable, const TString& name) {
     const int index = variable->GetItems()->IndexOfPreferred(name);
@@ -50,6 +57,7 @@ struct TClassModel {
     set->SetExpression(name);
     set->SetComment(comment);
   }
+  static void MakeTerm(TFuzzySet* set, TFuzzyVariable* /*variable*/) { set->SetDefined(true); }
   static int CountSets(const TFuzzyVariable* variable) {
     return variable ? variable->GetItems()->GetCount() : 0;
   }
@@ -65,6 +73,13 @@ struct TClassModel {
   }
   /// A set that stands for a number keeps its text.
   static void NoteNumber(TFuzzySet* set, const TString& text) { set->SetExpression(text); }
+  static void NoteDefinition(TFuzzySet* set, const TString& definition) {
+    set->SetDefinition(definition);
+  }
+  /// How many characters its texts take.
+  static std::size_t CountCharacters(const TFuzzySet* set) {
+    return set->GetName().size() + set->GetExpression().size();
+  }
   /// The set that a token carries, or nothing.
   static TFuzzySet* PayloadOf(const IFuzzyStreamToken& token) {
     const auto* own = dynamic_cast<const TFuzzyStreamToken*>(&token);

@@ -158,7 +158,7 @@ class TDefinitionReader {
     // cost more than copies.
     const bool older = Model::IsOlder(result.Get(), variable, count);
     const THeldSet set(older ? Model::CopySet(FParser, variable, result.Get()) : result.Get());
-    if (set.Get()) set.Get()->SetDefinition(definition);
+    if (set.Get()) Model::NoteDefinition(set.Get(), definition);
     return set.Get();
   }
 
@@ -182,7 +182,7 @@ class TDefinitionReader {
     while (!IsClose(*t)) {
       FStream.PutBackToken(t);
       const THeldSet set(FParser.ParseFuzzySet(variable));
-      if (set.Get()) set.Get()->SetDefined(true);
+      if (set.Get()) Model::MakeTerm(set.Get(), variable);
       t = FStream.NextToken();
     }
     return t;

@@ -70,8 +70,10 @@ class TExpressionEvaluator {
   static constexpr std::size_t MostNestedNames = 1000;
   // What the sets made by one call may take, in characters of their names and expressions: those of
   // a set hold those of its operands, so that a text of a few hundred kilobytes could ask for more
-  // memory than there is.
+  // memory than there is. One set may take less, because terms of the counted model keep their
+  // expressions and each may double those before it.
   static constexpr std::size_t MostCharacters = std::size_t{1} << 27;
+  static constexpr std::size_t MostCharactersOfSet = std::size_t{1} << 20;
   static constexpr std::size_t CharactersOfSet = 128;  // what else a set takes
 
   /// Nothing when the variable went meanwhile, because its sets go with it.
@@ -199,14 +201,18 @@ class TExpressionEvaluator {
   /// A set that was made or changed on the way.
   TOperand Made(const TSet& set, std::optional<TFzyFloat> number = std::nullopt) {
     TOperand operand{THeldSet(set), number};
-    if (set) Spend(set->GetName().size() + set->GetExpression().size());
+    if (set) Spend(Model::CountCharacters(set));
     return operand;
   }
 
   void Spend(std::size_t characters) {
+    if (characters > MostCharactersOfSet) RefuseSize(MostCharactersOfSet);
     FCharacters += CharactersOfSet + characters;
-    if (FCharacters > MostCharacters)
-      FParser.ParseError(Method, SFzyExpressionTooLarge, {std::int64_t{MostCharacters}});
+    if (FCharacters > MostCharacters) RefuseSize(MostCharacters);
+  }
+
+  [[noreturn]] void RefuseSize(std::size_t limit) {
+    FParser.ParseError(Method, SFzyExpressionTooLarge, {static_cast<std::int64_t>(limit)});
   }
 
   /// A name that a set may have.
@@ -217,9 +223,7 @@ class TExpressionEvaluator {
 
   /// A new set under a name.
   TOperand Added(const TString& name, std::optional<TFzyFloat> number = std::nullopt) {
-    const THeldSet set(Model::AddSet(FParser, FVariable));
-    if (set.Get()) set.Get()->SetName(Allowed(name));
-    return Made(set.Get(), number);
+    return Made(Model::AddSetNamed(FParser, FVariable, Allowed(name)), number);
   }
 
   /// Replaces a term of the variable by a copy, which may be changed and named.

@@ -61,34 +61,21 @@ TString SetText(const TSetContent& set, TNumberStyle number) {
   return text;
 }
 
-TTermWriter::TTermWriter(TCustomFuzzyLogic* fuzzy, TFzyFloat minimum, TFzyFloat maximum,
-                         TFuzzySetClass setClass, TNumberStyle number)
-    : FNumber(number), FVariable(TFuzzyVariable::Create(nullptr, setClass)) {
-  FParser.SetFuzzyLogic(fuzzy);
-  FVariable->SetMinimum(number.ReadBack(minimum));
-  FVariable->SetMaximum(number.ReadBack(maximum));
-}
-
 TString TTermWriter::Write(const TSetContent& set) {
   if (!IsTermName(set.Name)) throw EFzyException(SFzyNameNotWritable, {set.Name});
   const TString head = TermHead(set);
-  const int count = FVariable->GetItems()->GetCount();
   TAttempt settled;
   // Each round may move the points a little; as a mere list they stay.
   if (!Settle(head, set, settled) ||
       !SamePoints(settled.ReadBack.Points, set.Points, FNumber.Tolerance())) {
-    Forget(count);
+    FShadow->Forget();
     Settle(head, {set.Name, set.Comment, {}, {}, fstUserDefined, 0, set.Points}, settled);
   }
-  // Only terms stay, so that what is tried next cannot change anything that is here.
-  TFuzzySets& sets = *FVariable->GetItems();
-  for (int i = sets.GetCount() - 2; i >= count; --i) sets.Delete(i);
-  sets[count]->SetDefined(true);
+  FShadow->Keep();
   return head + settled.Body + u")";
 }
 
 bool TTermWriter::Settle(const TString& head, const TSetContent& set, TAttempt& attempt) {
-  const int count = FVariable->GetItems()->GetCount();
   attempt = {{}, set};
   for (int round = 0;; ++round) {
     TAttempt next = Best(head, attempt.ReadBack);
@@ -96,7 +83,7 @@ bool TTermWriter::Settle(const TString& head, const TSetContent& set, TAttempt& 
         SameContent(next.ReadBack, attempt.ReadBack) || (round > 0 && next.Body == attempt.Body);
     attempt = std::move(next);
     if (settled || round == MostRounds) return settled;
-    Forget(count);
+    FShadow->Forget();
   }
 }
 
@@ -119,47 +106,29 @@ TTermWriter::TAttempt TTermWriter::Best(const TString& head, const TSetContent& 
 
 bool TTermWriter::TryBody(const TString& head, const TString& body, const TSetContent& set,
                           TAttempt& result) {
-  const int count = FVariable->GetItems()->GetCount();
   try {
     result = Read(head, body);
     if (SamePoints(result.ReadBack.Points, set.Points, FNumber.Tolerance())) return true;
   } catch (const EKelException&) {  // NOLINT(bugprone-empty-catch): so it is not the body
   }
-  Forget(count);
+  FShadow->Forget();
   return false;
 }
 
 bool TTermWriter::TryExpression(const TString& head, const TString& text, const TSetContent& set,
                                 TAttempt& result) {
-  const int count = FVariable->GetItems()->GetCount();
   // A string right behind the name is the comment.
   const bool quoted = text.Find(u"\"") == 0 && set.Comment.empty();
   const TString guard = quoted ? u"\"\" " : u"";
   if (text.empty() || !TryBody(head, guard + text, set, result)) return false;
   const TString& definition = result.ReadBack.Definition;
   result.Body = guard + definition;  // the same tokens, evenly spaced
-  if (definition.empty()) Forget(count);
+  if (definition.empty()) FShadow->Forget();
   return !definition.empty();
 }
 
 TTermWriter::TAttempt TTermWriter::Read(const TString& head, const TString& body) {
-  return {body, ContentOf(*FParser.ParseFuzzySet(FVariable.Get(), head + body + u")", nullptr))};
-}
-
-void TTermWriter::Forget(int count) {
-  TFuzzySets& sets = *FVariable->GetItems();
-  while (sets.GetCount() > count) sets.Delete(sets.GetCount() - 1);
-}
-
-TSetContent ContentOf(const TFuzzySet& set) {
-  const TFuzzyCurve points = set.GetValues()->Points();
-  return {set.GetName(),
-          set.GetComment(),
-          set.GetExpression(),
-          set.GetDefinition(),
-          set.GetSetType(),
-          set.GetInflectionPoint(),
-          {points.begin(), points.end()}};
+  return {body, FShadow->Read(head + body + u")")};
 }
 
 }  // namespace fzy::detail

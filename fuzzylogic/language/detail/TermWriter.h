@@ -1,7 +1,10 @@
 #pragma once
 
-#include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include <memory>
+
+#include "fuzzylogic/interfaces/FuzzyInterfaces.h"
 #include "fuzzylogic/language/detail/SetBody.h"
+#include "fuzzylogic/model/FuzzyLogic.h"
 
 namespace fzy::detail {
 
@@ -20,16 +23,33 @@ TString TermHead(const TSetContent& set);
 /// @throws EFzyException (`SFzyNameNotWritable`)
 TString SetText(const TSetContent& set, TNumberStyle number);
 
+/// Where terms are read that are being written: a variable of the writer's own, which holds those
+/// that were kept and nothing else.
+class ITermShadow {
+ public:
+  virtual ~ITermShadow() = default;
+  /// Reads one term, as it will be when it is a term.
+  virtual TSetContent Read(const TString& term) = 0;
+  /// Keeps the term read last, without the sets that were made on the way, or none of all these.
+  virtual void Keep() = 0;
+  virtual void Forget() = 0;
+};
+
+/// A shadow of one model, for a variable of that range; `fuzzy` is the component that the reader
+/// will read into, or nothing.
+std::unique_ptr<ITermShadow> ShadowOf(const TFuzzyVariable& variable, TCustomFuzzyLogic* fuzzy,
+                                      TNumberStyle number);
+std::unique_ptr<ITermShadow> ShadowOf(IFuzzyVariable& variable, TCustomFuzzyLogic* fuzzy,
+                                      TNumberStyle number);
+
 /// Writes the terms of a variable one after another, in the form that says most and still reads
-/// back. What a text reads back as is found by reading it, into a variable of the writer's own that
-/// holds the terms written before and nothing else; so nobody is told, functions that event
-/// handlers add are unknown here, and writing a term takes up to three times as long as reading it.
+/// back. What a text reads back as is found by reading it, into a shadow of the variable; so nobody
+/// is told, functions that event handlers add are unknown here, and writing a term takes up to
+/// three times as long as reading it.
 class TTermWriter {
  public:
-  /// For a variable of this range, whose sets are of this class; `fuzzy` is the component that the
-  /// reader will read into, or nothing.
-  TTermWriter(TCustomFuzzyLogic* fuzzy, TFzyFloat minimum, TFzyFloat maximum,
-              TFuzzySetClass setClass, TNumberStyle number);
+  TTermWriter(std::unique_ptr<ITermShadow> shadow, TNumberStyle number)
+      : FShadow(std::move(shadow)), FNumber(number) {}
 
   /// The next term. Forms in order: the call of its shape function, the expression it was read
   /// from, its expression, its points, its points as an expression; each only if it gives the same
@@ -50,14 +70,13 @@ class TTermWriter {
                      TAttempt& result);
   bool Settle(const TString& head, const TSetContent& set, TAttempt& attempt);
   TAttempt Read(const TString& head, const TString& body);
-  void Forget(int count);
 
+  std::unique_ptr<ITermShadow> FShadow;
   TNumberStyle FNumber;
-  TKelFuzzyLogicParser FParser;
-  TOwned<TFuzzyVariable> FVariable;
 };
 
-/// What a text says of a set of the owned model.
+/// What a text says of a set. One of another class than the library's has no definition.
 TSetContent ContentOf(const TFuzzySet& set);
+TSetContent ContentOf(IFuzzySet& set);
 
 }  // namespace fzy::detail

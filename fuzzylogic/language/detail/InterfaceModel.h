@@ -1,0 +1,103 @@
+#pragma once
+
+#include "fuzzylogic/interfaces/IFuzzyLogic.h"
+#include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include "fuzzylogic/vocabulary/FuzzyKeywords.h"
+
+namespace fzy::detail {
+
+/// How reader and evaluator work on the counted model. What they work on is held by reference, so
+/// nothing goes meanwhile.
+struct TInterfaceModel {
+  using TVariable = Ref<IFuzzyVariable>;
+  using TSet = Ref<IFuzzySet>;
+
+  template <class I>
+  class THeld {
+   public:
+    explicit THeld(const Ref<I>& object) noexcept : FObject(object) {}
+    const Ref<I>& Get() const noexcept { return FObject; }
+
+   private:
+    Ref<I> FObject;
+  };
+  using THeldSet = THeld<IFuzzySet>;
+  using THeldVariable = THeld<IFuzzyVariable>;
+
+  /// A new set under a name of its own, that no set of the variable has. Unlike the owned model's
+  /// it counts as a term from the start.
+  static TSet AddSet(TKelFuzzyLogicParser& parser, const TVariable& variable) {
+    TString name = parser.GetUniqueName();
+    while (variable->ContainsFuzzySet(name)) name = parser.GetUniqueName();
+    return variable->Add(name);
+  }
+  /// A new set that is no term. It never takes the place of a term that has its name.
+  static TSet AddSetNamed(TKelFuzzyLogicParser& parser, const TVariable& variable,
+                          const TString& name) {
+    const TSet present = variable->ContainsFuzzySet(name);
+    if (present && present->GetDefined()) {
+      const TSet set = AddSet(parser, variable);
+      set->SetDefined(false);
+      set->SetName(name);
+      return set;
+    }
+    const TSet set = variable->Add(name);
+    set->SetDefined(false);
+    return set;
+  }
+  static TSet FindSet(const TVariable& variable, const TString& name) {
+    return variable->ContainsFuzzySet(name);
+  }
+  /// A new set with the content and the name of another, so that what is made of it is called after
+  /// that one. It is no term.
+  static TSet CopySet(TKelFuzzyLogicParser& parser, const TVariable& variable, const TSet& source) {
+    const TSet original = source;
+    const TSet copy = AddSet(parser, variable);
+    copy->SetDefined(false);
+    copy->Assign(original);
+    copy->SetName(original->GetName());
+    return copy;
+  }
+  static void AddPoint(const TSet& set, TFzyFloat x, TFzyFloat y) { set->Add(x, y); }
+  /// The set keeps its expression, unlike in the owned model.
+  static void NameSet(const TSet& set, const TString& name, const TString& comment) {
+    set->SetName(name);
+    set->SetComment(comment);
+  }
+  /// A set that came of an expression is in no table until it is entered as a term.
+  static void MakeTerm(const TSet& set, const TVariable& variable) {
+    set->SetDefined(true);
+    if (variable->ContainsFuzzySet(set->GetName()) != set) variable->Add(set);
+  }
+  /// Sets that earlier expressions left may be taken over: that costs no more than a copy.
+  static int CountSets(const TVariable& /*variable*/) { return 0; }
+  static bool IsOlder(const TSet& /*set*/, const TVariable& /*variable*/, int /*count*/) {
+    return false;
+  }
+  /// The order of terms is that in which they were entered.
+  static void PlaceLast(const TSet& /*set*/, const TVariable& /*variable*/) {}
+  static void NoteNumber(const TSet& /*set*/, const TString& /*text*/) {}
+  static void NoteDefinition(const TSet& set, const TString& definition) {
+    if (auto* own = dynamic_cast<TIFuzzySet*>(set.Get())) own->SetDefinition(definition);
+  }
+  static std::size_t CountCharacters(const TSet& set) {
+    const auto* own = dynamic_cast<const TFuzzySet*>(set.Get());
+    return own ? own->GetName().size() + own->GetExpression().size()
+               : set->GetName().size() + set->GetExpression().size();
+  }
+  static TSet PayloadOf(const IFuzzyStreamToken& token) {
+    return token.GetDataType() == KindOf(fstIFuzzySet) ? token.GetFuzzySetIntf() : nullptr;
+  }
+
+  static void FireParseFuzzySet(TKelFuzzyLogicParser& parser, const TVariable& variable,
+                                const TSet& set) {
+    FireEvent(parser.GetOnParseFuzzySetIntf(), variable, set);
+  }
+  static void FireEvalExpression(TKelFuzzyLogicParser& parser, const TVariable& variable,
+                                 const IFuzzyStreamTokenList& expression, TSet& result) {
+    if (!parser.GetOnEvalExpressionIntf()) return;  // a long expression makes a long text
+    FireEvent(parser.GetOnEvalExpressionIntf(), variable, expression.ToString(), result);
+  }
+};
+
+}  // namespace fzy::detail
