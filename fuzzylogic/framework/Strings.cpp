@@ -5,29 +5,50 @@
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/framework/Messages.h"
+#include "fuzzylogic/framework/UpdateBlock.h"
 
 namespace fzy {
 
-const TStrings::TLine& TStrings::Line(int index) const {
-  if (index < 0 || index >= GetCount())
+void TStrings::RequireIndex(int index, int end) {
+  if (index < 0 || index >= end)
     throw EListError(FormatText(SListIndexError, {std::int64_t{index}}));
+}
+
+const TStrings::TLine& TStrings::Line(int index) const {
+  RequireIndex(index, GetCount());
   return FLines[static_cast<std::size_t>(index)];
 }
 
-bool TStrings::Same(std::u16string_view left, std::u16string_view right) const noexcept {
+bool TStrings::Same(std::u16string_view left, std::u16string_view right) const {
   return FCaseSensitive ? left == right : SameText(left, right);
 }
 
-void TStrings::AddObject(TString text, TObject* object) {
-  FLines.push_back({std::move(text), object, u"\n"});
+void TStrings::AddStrings(const TStrings& source) {
+  TUpdateBlock block(*this);
+  const bool data = TakesDataOf(source), objects = !GetOwnsObjects() || !source.GetOwnsObjects();
+  const int count = source.GetCount();  // it may be this list, or change while it is copied
+  Reserve(std::int64_t{GetCount()} + count);
+  for (int i = 0; i < count && i < source.GetCount(); ++i) {
+    TLine line = source.Line(i);
+    if (!data) line.Data = nullptr;
+    if (!objects) line.Object = nullptr;
+    AddLine(std::move(line));
+  }
+  block.Close();
+}
+
+void TStrings::InsertLine(int index, TLine line) {
+  RequireIndex(index, GetCount() + 1);
+  Reserve(std::int64_t{GetCount()} + 1);
+  FLines.insert(FLines.begin() + index, std::move(line));
 }
 
 void TStrings::Delete(int index) {
-  Line(index);
+  const TLine taken = std::move(Line(index));  // its end may come back to the list
   FLines.erase(FLines.begin() + index);
 }
 
-void TStrings::Clear() { FLines.clear(); }
+void TStrings::Clear() { const std::vector<TLine> taken = std::exchange(FLines, {}); }
 
 TString TStrings::GetText() const {
   std::size_t length = 0;
@@ -41,17 +62,18 @@ TString TStrings::GetText() const {
   return text;
 }
 
-void TStrings::SetText(const TString& text) {
-  FLines.clear();
+void TStrings::SetText(TString text) {
+  TUpdateBlock block(*this);
+  Clear();
   const std::u16string_view all = text;
   for (std::size_t start = 0; start < all.size();) {
     const std::size_t end = std::min(all.find_first_of(u"\r\n", start), all.size());
-    Add(all.substr(start, end - start));
     const bool pair = all.substr(end, 2) == u"\r\n";
-    if (pair) FLines.back().End = u"\r\n";
-    if (!pair && all.substr(end, 1) == u"\r") FLines.back().End = u"\r";
+    const char16_t* sign = pair ? u"\r\n" : all.substr(end, 1) == u"\r" ? u"\r" : u"\n";
+    AddLine({all.substr(start, end - start), nullptr, sign});
     start = end + (pair ? 2 : 1);
   }
+  block.Close();
 }
 
 int TStrings::IndexOf(const TString& text) const {
@@ -82,13 +104,28 @@ void TStrings::SetValue(const TString& name, const TString& value) {
   if (index < 0)
     Add(std::move(line));
   else
-    FLines[static_cast<std::size_t>(index)].Text = std::move(line);
+    SetString(index, std::move(line));
 }
 
 void TStrings::Assign(TPersistent* source) {
   const auto* list = dynamic_cast<const TStrings*>(source);
   if (!list) return TPersistent::Assign(source);
-  FLines = list->FLines;
+  if (list == this) return;
+  const TPin pinned(list);
+  TUpdateBlock block(*this);
+  Clear();
+  AddStrings(*list);
+  block.Close();
+}
+
+void TStrings::BeginUpdate() {
+  const TPin self(this);
+  if (FUpdateCount == 0) SetUpdating(true);
+  ++FUpdateCount;
+}
+
+void TStrings::EndUpdate() {
+  if (FUpdateCount > 0 && --FUpdateCount == 0) SetUpdating(false);
 }
 
 }  // namespace fzy

@@ -1,6 +1,7 @@
 #include "fuzzylogic/framework/Text.h"
 
 #include <algorithm>
+#include <locale>
 #include <ostream>
 
 #include "fuzzylogic/framework/Encoding.h"
@@ -23,6 +24,22 @@ char16_t Fold(char16_t unit) noexcept {
   if (in(0x400, 0x40F)) return up(80);                   // Cyrillic
   if (in(0x410, 0x42F)) return up(32);
   return unit;
+}
+
+/// The text for the wide functions of the standard library; a pair of surrogates becomes one
+/// character where those are wide enough.
+std::wstring Widen(std::u16string_view text, bool fold) {
+  std::wstring wide;
+  wide.reserve(text.size());
+  for (const char16_t unit : text) {
+    const bool pair = sizeof(wchar_t) > 2 && unit >> 10 == 0x37 && !wide.empty() &&
+                      wide.back() >= 0xD800 && wide.back() < 0xDC00;
+    if (pair)
+      wide.back() = static_cast<wchar_t>(0x10000 + ((wide.back() & 0x3FF) << 10) + (unit & 0x3FF));
+    else
+      wide.push_back(static_cast<wchar_t>(fold ? Fold(unit) : unit));
+  }
+  return wide;
 }
 
 }  // namespace
@@ -51,6 +68,13 @@ std::ostream& operator<<(std::ostream& out, const TString& text) { return out <<
 bool SameText(std::u16string_view left, std::u16string_view right) noexcept {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                     [](char16_t a, char16_t b) { return Fold(a) == Fold(b); });
+}
+
+int CompareText(std::u16string_view left, std::u16string_view right, bool caseSensitive) {
+  const std::locale locale;
+  const std::wstring a = Widen(left, !caseSensitive), b = Widen(right, !caseSensitive);
+  return std::use_facet<std::collate<wchar_t>>(locale).compare(a.data(), a.data() + a.size(),
+                                                               b.data(), b.data() + b.size());
 }
 
 }  // namespace fzy

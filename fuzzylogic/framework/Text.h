@@ -84,6 +84,11 @@ std::ostream& operator<<(std::ostream& out, const TString& text);
 /// equal to themselves only. Independent of the process's locale.
 bool SameText(std::u16string_view left, std::u16string_view right) noexcept;
 
+/// The order of two texts by the rules of the process's global locale (`std::locale()`): below, at
+/// or above 0. Without regard to case, both are folded first as `SameText` folds. A strict weak
+/// order, in which different texts may be equal; it changes with the global locale.
+int CompareText(std::u16string_view left, std::u16string_view right, bool caseSensitive);
+
 }  // namespace fzy
 
 template <>

@@ -1,6 +1,7 @@
 #include <bit>
 #include <cstdlib>
 #include <limits>
+#include <locale>
 #include <tuple>
 
 #include <gtest/gtest.h>
@@ -166,6 +167,22 @@ TEST(Message, ReplacementCountsOnTheNextUse) {
     message.Set(text);
     EXPECT_EQ(message.Get(), *text ? text : "old");
   }
+}
+
+TEST(Text, IsOrderedByTheGlobalLocale) {
+  struct TBackwards : std::collate<wchar_t> {
+    using T = const wchar_t*;
+    int do_compare(T a, T b, T c, T d) const override {
+      return std::collate<wchar_t>::do_compare(c, d, a, b);
+    }
+  };
+  const TString upper = "\xC3\x84pfel", lower = "\xC3\xA4pfel", face = u"\U0001F600",
+                last = u"\uFFFD";
+  EXPECT_TRUE(CompareText(upper, lower, true) < 0 && CompareText(upper, lower, false) == 0);
+  EXPECT_EQ(CompareText(last, face, true) < 0, sizeof(wchar_t) > 2);
+  const std::locale before = std::locale::global({std::locale(), new TBackwards});
+  EXPECT_TRUE(CompareText(upper, lower, true) > 0 && CompareText(upper, lower, false) == 0);
+  std::locale::global(before);
 }
 
 TEST(StringList, SplitsTextAtEveryKindOfLineEndAndKeepsIt) {
