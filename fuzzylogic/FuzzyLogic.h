@@ -9,6 +9,8 @@
 #include "fuzzylogic/framework/Strings.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/interfaces/FuzzyInterfaces.h"
+#include "fuzzylogic/interfaces/FuzzyVariableStrings.h"
+#include "fuzzylogic/interfaces/IFuzzyLogic.h"
 #include "fuzzylogic/interfaces/UniqueID.h"
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
 #include "fuzzylogic/model/FuzzyLogic.h"

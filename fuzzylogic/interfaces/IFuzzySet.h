@@ -139,7 +139,7 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
     return GetValues()->Insert(index, x, y);
   }
   void BeginUpdate() override { GetValues()->BeginUpdate(); }
-  void EndUpdate() override;
+  void EndUpdate() override { GetValues()->EndUpdate(); }
   void Clear() override { GetValues()->Clear(); }
   void Delete(int index) override { GetValues()->Delete(index); }
   void Expand(int newCount) override { GetValues()->Expand(newCount); }
