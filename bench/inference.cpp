@@ -5,7 +5,7 @@
 // A whole inference, from numbers to a number, through the objects, beside one written by hand on
 // flat arrays: the least degree of a rule's premises, triangles of that height merged under max,
 // the centroid. The plain one asks each premise for its degree as the objects do, the other one
-// looks it up in a table that it fills first.
+// looks it up in a table that it fills first. And the counted objects beside the owned ones.
 
 namespace fzy::bench {
 namespace {
@@ -129,6 +129,64 @@ class TObjects {
   std::vector<TFuzzySet*> FConclusions;
 };
 
+/// The rule base in counted objects.
+class TCounted {
+ public:
+  explicit TCounted(const TRuleBase& base) : FOutput(AddVariable()) {
+    std::vector<std::vector<Ref<IFuzzySet>>> terms;
+    for (std::size_t i = 0; i < base.Inputs; ++i) {
+      const Ref<IFuzzyVariable> input = AddVariable();
+      terms.emplace_back();
+      for (std::size_t k = 0; k < base.Terms; ++k)
+        terms.back().push_back(AddTerm(*input, k, InputTerm(k, base.Terms)));
+      FFacts.push_back(input->Add("reading"));
+    }
+    std::vector<Ref<IFuzzySet>> conclusions;
+    for (std::size_t k = 0; k < OutputTerms; ++k)
+      conclusions.push_back(AddTerm(*FOutput, k, OutputTerm(k)));
+    for (const TRule& rule : base.Rules) {
+      FPremises.emplace_back();
+      for (std::size_t i = 0; i < base.Inputs; ++i)
+        FPremises.back().push_back(terms[i][rule.Premises[i]]);
+      FConclusions.push_back(conclusions[rule.Conclusion]);
+    }
+    FFuzzy.SetThreshold(Threshold);
+  }
+
+  double Infer(const std::vector<double>& readings) {
+    for (std::size_t i = 0; i < readings.size(); ++i) FFacts[i]->CreateCrispValue(readings[i]);
+    Ref<IFuzzySet> evidence;
+    for (std::size_t i = 0; i < FPremises.size(); ++i) {
+      if (Ref<IFuzzySet> merged =
+              FOutput->AssertRule(FPremises[i], FFacts, FConclusions[i], evidence))
+        evidence = std::move(merged);
+    }
+    return evidence->Defuzzify();
+  }
+
+ private:
+  Ref<IFuzzyVariable> AddVariable() {
+    FFuzzy.SetAutoTerms(false);
+    const std::string name = "variable" + std::to_string(FFuzzy.GetItems()->GetCount());
+    Ref<IFuzzyVariable> variable = FFuzzy.NewVariable(name);
+    variable->SetMaximum(Width);
+    FFuzzy.GetItems()->Add(variable);
+    return variable;
+  }
+  static Ref<IFuzzySet> AddTerm(IFuzzyVariable& variable, std::size_t k,
+                                const TTriangle& triangle) {
+    Ref<IFuzzySet> set = variable.Add("term" + std::to_string(k));
+    set->CreateTriangleFunctionValues(triangle.Left, triangle.Middle, triangle.Right);
+    return set;
+  }
+
+  TIFuzzyLogic FFuzzy;
+  Ref<IFuzzyVariable> FOutput;
+  std::vector<Ref<IFuzzySet>> FFacts;
+  std::vector<std::vector<Ref<IFuzzySet>>> FPremises;
+  std::vector<Ref<IFuzzySet>> FConclusions;
+};
+
 /// The rule base in arrays.
 class TArrays {
  public:
@@ -199,14 +257,19 @@ class TArrays {
   std::array<std::array<TFuzzyPoint, 1024>, 2> FEvidence{};
 };
 
-template <bool ByTable>
-void CompareInference(benchmark::State& state, const TRuleBase& base) {
+std::vector<std::vector<double>> RandomReadings(const TRuleBase& base) {
   TRandom random;
   std::vector<std::vector<double>> readings(8192 / base.Rules.size());
   for (auto& reading : readings) {
     for (std::size_t i = 0; i < base.Inputs; ++i)
       reading.push_back(random.Between(base.Low, base.High));
   }
+  return readings;
+}
+
+template <bool ByTable>
+void CompareInference(benchmark::State& state, const TRuleBase& base) {
+  const std::vector<std::vector<double>> readings = RandomReadings(base);
   TObjects objects(base);
   TArrays arrays(base);
   double fired = 0;
@@ -227,6 +290,21 @@ void CompareInference(benchmark::State& state, const TRuleBase& base) {
   state.counters["fired"] = fired / count;
 }
 
+/// The counted objects beside the owned ones.
+void CompareModels(benchmark::State& state, const TRuleBase& base) {
+  const std::vector<std::vector<double>> readings = RandomReadings(base);
+  TCounted counted(base);
+  TObjects objects(base);
+  for (const auto& reading : readings)
+    Require(counted.Infer(reading) == objects.Infer(reading), "inference in counted objects");
+  const auto run = [&](auto& model) {
+    return [&] {
+      for (const auto& reading : readings) benchmark::DoNotOptimize(model.Infer(reading));
+    };
+  };
+  Compare(state, static_cast<double>(readings.size()), run(counted), run(objects));
+}
+
 template <bool ByTable>
 void InferBy3Rules(benchmark::State& state) {
   CompareInference<ByTable>(state, MakeRuleBase(1, 3, 3, 0, Width));
@@ -243,6 +321,21 @@ void InferBy125Rules(benchmark::State& state) {
   CompareInference<ByTable>(state, MakeRuleBase(5, 5, 125, 30, 70));
 }
 
+void CountedBy3Rules(benchmark::State& state) {
+  CompareModels(state, MakeRuleBase(1, 3, 3, 0, Width));
+}
+
+void CountedBy49Rules(benchmark::State& state) {
+  CompareModels(state, MakeRuleBase(2, 7, 49, 0, Width));
+}
+
+void CountedBy125Rules(benchmark::State& state) {
+  CompareModels(state, MakeRuleBase(5, 5, 125, 30, 70));
+}
+
+BENCHMARK(CountedBy3Rules)->Name("CountedBy3Rules/beside_owned")->UseManualTime();
+BENCHMARK(CountedBy49Rules)->Name("CountedBy49Rules/beside_owned")->UseManualTime();
+BENCHMARK(CountedBy125Rules)->Name("CountedBy125Rules/beside_owned")->UseManualTime();
 BENCHMARK(InferBy3Rules<false>)->Name("InferBy3Rules/beside_plain")->UseManualTime();
 BENCHMARK(InferBy49Rules<false>)->Name("InferBy49Rules/beside_plain")->UseManualTime();
 BENCHMARK(InferBy125Rules<false>)->Name("InferBy125Rules/beside_plain")->UseManualTime();

@@ -288,13 +288,16 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   template <class Change>
   void ChangePoints(Change change);
   template <class Fill>
-  Ref<IFuzzySet> Combine(const detail::TOperand& other, const TString& keyword, Fill fill);
-  Ref<IFuzzySet> CombineBy(const detail::TOperand& other, const detail::TCombination& combination);
+  Ref<IFuzzySet> Combine(const Ref<IFuzzySet>& set, const detail::TOperand& other,
+                         const TString& keyword, Fill fill);
+  Ref<IFuzzySet> CombineBy(const Ref<IFuzzySet>& fuzzySet, const detail::TOperand& other,
+                           const detail::TCombination& combination);
 
   std::atomic<std::int32_t> FRefCount{0};
   Ref<IFuzzyVariable> FVariable;
   Ref<IFuzzyParser> FParser;
   std::int32_t FIndex = 0;
+  std::int32_t FEntries = 0;  // how many tables' entries hold the set
   TCloneableFace FCloneable{*this};
 };
 

@@ -22,8 +22,10 @@ bool TIFuzzySet::Iterate(const Ref<IFuzzySet>& fuzzySet, const TIFuzzyComparison
 /// Makes a set of this one's class for the same variable, fills its points by `fill(result)` inside
 /// one update block, and names it.
 template <class Fill>
-Ref<IFuzzySet> TIFuzzySet::Combine(const TOperand& other, const TString& keyword, Fill fill) {
+Ref<IFuzzySet> TIFuzzySet::Combine(const Ref<IFuzzySet>& set, const TOperand& other,
+                                   const TString& keyword, Fill fill) {
   const TPin self(this);
+  const Ref<IFuzzySet> held = set;
   Ref<TIFuzzySet> result =
       Create(FVariable, CreateFuzzyName(TFuzzySet::GetName(), other.Name(), keyword), GetClass());
   TUpdateBlock block(*result->GetValues());
@@ -40,7 +42,7 @@ Ref<IFuzzySet> TIFuzzySet::Combine(const TOperand& other, const TString& keyword
 Ref<IFuzzySet> TIFuzzySet::Operator(const Ref<IFuzzySet>& fuzzySet, const TString& operatorKeyword,
                                     const TIFuzzyOperator& fuzzyOperator) {
   const TOperand other(fuzzySet, "Operator");
-  return Combine(other, operatorKeyword, [&](TIFuzzySet& result) {
+  return Combine(fuzzySet, other, operatorKeyword, [&](TIFuzzySet& result) {
     result.Assign(Ref<IFuzzySet>(this));
     result.Clear();
     const detail::TCurveCopy a(ViewOf(*GetValues()));
@@ -50,9 +52,9 @@ Ref<IFuzzySet> TIFuzzySet::Operator(const Ref<IFuzzySet>& fuzzySet, const TStrin
   });
 }
 
-Ref<IFuzzySet> TIFuzzySet::CombineBy(const TOperand& other,
+Ref<IFuzzySet> TIFuzzySet::CombineBy(const Ref<IFuzzySet>& fuzzySet, const TOperand& other,
                                      const detail::TCombination& combination) {
-  return Combine(other, combination.Keyword, [&](TIFuzzySet& result) {
+  return Combine(fuzzySet, other, combination.Keyword, [&](TIFuzzySet& result) {
     result.StoreInflectionPoint(TFuzzySet::GetInflectionPoint());
     result.FParser = FParser;
     detail::AppendCombination(*result.GetValues(), ViewOf(*GetValues()), other.Curve(),
@@ -62,11 +64,11 @@ Ref<IFuzzySet> TIFuzzySet::CombineBy(const TOperand& other,
 
 Ref<IFuzzySet> TIFuzzySet::Intersection(const Ref<IFuzzySet>& fuzzySet,
                                         TFuzzyOperation intersectionType) {
-  return CombineBy({fuzzySet, "Intersection"}, detail::IntersectionBy(intersectionType));
+  return CombineBy(fuzzySet, {fuzzySet, "Intersection"}, detail::IntersectionBy(intersectionType));
 }
 
 Ref<IFuzzySet> TIFuzzySet::Union(const Ref<IFuzzySet>& fuzzySet, TFuzzyOperation unionType) {
-  return CombineBy({fuzzySet, "Union"}, detail::UnionBy(unionType));
+  return CombineBy(fuzzySet, {fuzzySet, "Union"}, detail::UnionBy(unionType));
 }
 
 bool TIFuzzySet::Intersects(const Ref<IFuzzySet>& fuzzySet) {

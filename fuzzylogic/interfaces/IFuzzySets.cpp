@@ -26,10 +26,12 @@ bool TIFuzzySets::IsOfVariable(IFuzzySet& set) const {
 
 void TIFuzzySets::Add(const Ref<IFuzzySet>& fuzzySet) {
   RequireSet(fuzzySet, "Add");
+  const bool isOfVariable = IsOfVariable(*fuzzySet);
+  if (isOfVariable && !fuzzySet->GetDefined()) return;
   const TPin self(this);
   const Ref<IFuzzySet> set = fuzzySet;
-  if (IsOfVariable(*set)) {
-    if (set->GetDefined()) Put(set->GetName(), set);
+  if (isOfVariable) {
+    Put(set->GetName(), set);
     return;
   }
   TFirstException first;
@@ -51,6 +53,8 @@ Ref<IFuzzySet> TIFuzzySets::Add(const TString& name) {
 
 void TIFuzzySets::Remove(const Ref<IFuzzySet>& fuzzySet) {
   if (!fuzzySet) return;
+  const TIFuzzySet* own = detail::OwnSet(fuzzySet.Get());
+  if (own && own->FEntries == 0) return;  // most results of operations come here, and in no table
   const Ref<IFuzzySet> set = fuzzySet;
   const TString name = set->GetName();
   if (ContainsFuzzySet(name) == set) TTable::Remove(name);
@@ -131,6 +135,11 @@ void TIFuzzySets::DoAdd(std::int32_t hashCode, int index, const TString& key,
 
 void TIFuzzySets::DoSetValue(int index, const Ref<IFuzzySet>& value) {
   Enter(value, [&](const Ref<IFuzzySet>& set) { TTable::DoSetValue(index, set); });
+}
+
+void TIFuzzySets::ValueNotify(const Ref<IFuzzySet>& value, TKeyedNotification action) {
+  if (TIFuzzySet* own = detail::OwnSet(value.Get())) own->FEntries += action == knAdded ? 1 : -1;
+  TTable::ValueNotify(value, action);
 }
 
 Ref<IFuzzySet> TIFuzzySets::DoRemove(const TString& key, std::int32_t hashCode,

@@ -61,6 +61,7 @@ class TIFuzzySets final : public TKelStringHashTable<IFuzzySet> {
   void DoSetValue(int index, const Ref<IFuzzySet>& value) override;
   Ref<IFuzzySet> DoRemove(const TString& key, std::int32_t hashCode,
                           TKeyedNotification notification) override;
+  void ValueNotify(const Ref<IFuzzySet>& value, TKeyedNotification action) override;
 
  private:
   friend class TIFuzzyVariable;

@@ -5,7 +5,7 @@
 namespace fzy::detail {
 
 TOperand::TOperand(const Ref<IFuzzySet>& set, const char* operation)
-    : FSet(set), FOwn(OwnSet(set.Get())) {
+    : FSet(set.Get()), FOwn(OwnSet(set.Get())) {
   if (!set) throw EFzyException(SFzySetMissing, {TString(operation)});
   if (FOwn) {
     FCurve = FOwn->GetValues()->Points();
