@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fuzzylogic/interfaces/IFuzzyVariable.h"
+#include "fuzzylogic/interfaces/MemberTable.h"
 
 namespace fzy {
 
@@ -8,11 +9,10 @@ class TIFuzzyLogic;
 
 /// The counted variables of a component, each under the name that it had when it was entered. It
 /// reports every entry and removal to the component.
-class TFuzzyVariableTable : public TKelStringHashTable<IFuzzyVariable> {
+class TFuzzyVariableTable : public TMemberTable<IFuzzyVariable> {
  public:
-  using TTable = TKelStringHashTable<IFuzzyVariable>;
+  using TTable = TMemberTable<IFuzzyVariable>;
   using TTable::Add;
-  using TTable::Remove;
 
   /// A table that belongs to `fuzzyLogic`, or a free one.
   explicit TFuzzyVariableTable(TIFuzzyLogic* fuzzyLogic = nullptr) noexcept
@@ -25,9 +25,7 @@ class TFuzzyVariableTable : public TKelStringHashTable<IFuzzyVariable> {
   /// @throws EFzyException (`SMissingFuzzyVariable`) without a variable
   virtual void Add(const Ref<IFuzzyVariable>& fuzzyVariable);
   /// The variable entered under that name, or none.
-  Ref<IFuzzyVariable> ContainsVariable(const TString& name) const;
-  /// Removes the variable when it is the one stored under its name; else nothing happens.
-  void Remove(const Ref<IFuzzyVariable>& fuzzyVariable);
+  Ref<IFuzzyVariable> ContainsVariable(const TString& name) const { return Find(name); }
   /// Empties the table: one change of the table, nothing for single variables. They lose the
   /// component's handlers first.
   void Clear() override;
@@ -36,16 +34,13 @@ class TFuzzyVariableTable : public TKelStringHashTable<IFuzzyVariable> {
   void Assign(TPersistent* source) override;
 
  protected:
-  void DoAdd(std::int32_t hashCode, int index, const TString& key,
-             const Ref<IFuzzyVariable>& value) override;
-  void DoSetValue(int index, const Ref<IFuzzyVariable>& value) override;
-  Ref<IFuzzyVariable> DoRemove(const TString& key, std::int32_t hashCode,
-                               TKeyedNotification notification) override;
+  void MemberEntered(const Ref<IFuzzyVariable>& member) override;
+  void MemberLeft(const Ref<IFuzzyVariable>& member) override;
+  void RequireMember(const Ref<IFuzzyVariable>& member) const override;
 
  private:
   friend class TIFuzzyLogic;
-  template <class Store>
-  void Enter(const Ref<IFuzzyVariable>& value, Store store);
+  void UnwireAll() const;
 
   TIFuzzyLogic* FFuzzyLogic;
 };

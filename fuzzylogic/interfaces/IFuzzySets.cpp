@@ -6,13 +6,6 @@
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
-namespace {
-
-void RequireSet(const Ref<IFuzzySet>& set, const char* operation) {
-  if (!set) throw EFzyException(SFzySetMissing, {TString(operation)});
-}
-
-}  // namespace
 
 TString TIFuzzySets::ToString() const {
   return FVariable ? std::as_const(*FVariable).ToString() : TTable::ToString();
@@ -25,7 +18,7 @@ bool TIFuzzySets::IsOfVariable(IFuzzySet& set) const {
 }
 
 void TIFuzzySets::Add(const Ref<IFuzzySet>& fuzzySet) {
-  RequireSet(fuzzySet, "Add");
+  RequireMember(fuzzySet);
   const bool isOfVariable = IsOfVariable(*fuzzySet);
   if (isOfVariable && !fuzzySet->GetDefined()) return;
   const TPin self(this);
@@ -55,15 +48,7 @@ void TIFuzzySets::Remove(const Ref<IFuzzySet>& fuzzySet) {
   if (!fuzzySet) return;
   const TIFuzzySet* own = detail::OwnSet(fuzzySet.Get());
   if (own && own->FEntries == 0) return;  // most results of operations come here, and in no table
-  const Ref<IFuzzySet> set = fuzzySet;
-  const TString name = set->GetName();
-  if (ContainsFuzzySet(name) == set) TTable::Remove(name);
-}
-
-Ref<IFuzzySet> TIFuzzySets::ContainsFuzzySet(const TString& name) const {
-  Ref<IFuzzySet> set;
-  TryGetValue(name, set);
-  return set;
+  TTable::Remove(fuzzySet);
 }
 
 void TIFuzzySets::AssignFuzzySets(const Ref<IFuzzyVariable>& source) {
@@ -91,7 +76,6 @@ void TIFuzzySets::Assign(const Ref<IInterface>& value) {
 }
 
 void TIFuzzySets::Assign(TPersistent* source) {
-  if (dynamic_cast<TStrings*>(source)) return TPersistent::Assign(source);
   auto* sets = dynamic_cast<TIFuzzySets*>(source);
   if (!sets || !sets->FVariable) return TTable::Assign(source);
   AssignFuzzySets(TBorrowed<IFuzzyVariable>(sets->FVariable));
@@ -115,42 +99,22 @@ void TIFuzzySets::Clear() {
   first.Rethrow();
 }
 
-/// Enters a set by `store(set)`, numbers it and tells the variable.
-template <class Store>
-void TIFuzzySets::Enter(const Ref<IFuzzySet>& value, Store store) {
-  RequireSet(value, "Add");
-  const TPin self(this);
-  const Ref<IFuzzySet> set = value;
-  TFirstException first;
-  first.Run([&] { store(set); });
-  set->SetIndex(NewIndex());
-  if (FVariable) first.Run([&] { FVariable->NewFuzzySet(set); });
-  first.Rethrow();
+void TIFuzzySets::MemberEntered(const Ref<IFuzzySet>& member) {
+  member->SetIndex(NewIndex());
+  if (FVariable) FVariable->NewFuzzySet(member);
 }
 
-void TIFuzzySets::DoAdd(std::int32_t hashCode, int index, const TString& key,
-                        const Ref<IFuzzySet>& value) {
-  Enter(value, [&](const Ref<IFuzzySet>& set) { TTable::DoAdd(hashCode, index, key, set); });
+void TIFuzzySets::MemberLeft(const Ref<IFuzzySet>& member) {
+  if (FVariable) FVariable->RemoveFuzzySet(member);
 }
 
-void TIFuzzySets::DoSetValue(int index, const Ref<IFuzzySet>& value) {
-  Enter(value, [&](const Ref<IFuzzySet>& set) { TTable::DoSetValue(index, set); });
+void TIFuzzySets::RequireMember(const Ref<IFuzzySet>& member) const {
+  if (!member) throw EFzyException(SFzySetMissing, {TString("Add")});
 }
 
 void TIFuzzySets::ValueNotify(const Ref<IFuzzySet>& value, TKeyedNotification action) {
   if (TIFuzzySet* own = detail::OwnSet(value.Get())) own->FEntries += action == knAdded ? 1 : -1;
   TTable::ValueNotify(value, action);
-}
-
-Ref<IFuzzySet> TIFuzzySets::DoRemove(const TString& key, std::int32_t hashCode,
-                                     TKeyedNotification notification) {
-  const TPin self(this);
-  const Ref<IFuzzySet> removed = ContainsFuzzySet(key);
-  TFirstException first;
-  first.Run([&] { TTable::DoRemove(key, hashCode, notification); });
-  if (removed && FVariable) first.Run([&] { FVariable->RemoveFuzzySet(removed); });
-  first.Rethrow();
-  return removed;
 }
 
 }  // namespace fzy

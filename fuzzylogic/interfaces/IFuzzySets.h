@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fuzzylogic/interfaces/IFuzzySet.h"
-#include "fuzzylogic/interfaces/KelStringHashTable.h"
+#include "fuzzylogic/interfaces/MemberTable.h"
 
 namespace fzy {
 
@@ -14,9 +14,9 @@ class TIFuzzyVariable;
 ///
 /// `Clear` fires the table's `OnChange` and the variable's `ClearFuzzySets`, nothing for single
 /// sets, and starts the numbers anew.
-class TIFuzzySets final : public TKelStringHashTable<IFuzzySet> {
+class TIFuzzySets final : public TMemberTable<IFuzzySet> {
  public:
-  using TTable = TKelStringHashTable<IFuzzySet>;
+  using TTable = TMemberTable<IFuzzySet>;
   using TTable::Add;
   using TTable::Assign;
   using TTable::Remove;
@@ -40,7 +40,7 @@ class TIFuzzySets final : public TKelStringHashTable<IFuzzySet> {
   /// Removes the set when it is the one stored under its name; else nothing happens.
   void Remove(const Ref<IFuzzySet>& fuzzySet);
   /// The set of that name, or none.
-  Ref<IFuzzySet> ContainsFuzzySet(const TString& name) const;
+  Ref<IFuzzySet> ContainsFuzzySet(const TString& name) const { return Find(name); }
   /// Copies of the defined sets of another variable, by name and points, in place of those here.
   void AssignFuzzySets(const Ref<IFuzzyVariable>& source);
   /// From a variable: `AssignFuzzySets`. Other objects change nothing.
@@ -56,18 +56,14 @@ class TIFuzzySets final : public TKelStringHashTable<IFuzzySet> {
   void Clear() override;
 
  protected:
-  void DoAdd(std::int32_t hashCode, int index, const TString& key,
-             const Ref<IFuzzySet>& value) override;
-  void DoSetValue(int index, const Ref<IFuzzySet>& value) override;
-  Ref<IFuzzySet> DoRemove(const TString& key, std::int32_t hashCode,
-                          TKeyedNotification notification) override;
+  void MemberEntered(const Ref<IFuzzySet>& member) override;
+  void MemberLeft(const Ref<IFuzzySet>& member) override;
+  void RequireMember(const Ref<IFuzzySet>& member) const override;
   void ValueNotify(const Ref<IFuzzySet>& value, TKeyedNotification action) override;
 
  private:
   friend class TIFuzzyVariable;
   bool IsOfVariable(IFuzzySet& set) const;
-  template <class Store>
-  void Enter(const Ref<IFuzzySet>& value, Store store);
 
   std::int32_t FNewIndex = 0;
   TIFuzzyVariable* FVariable;
