@@ -29,9 +29,6 @@ class TFuzzyVariableTable : public TMemberTable<IFuzzyVariable> {
   /// Empties the table: one change of the table, nothing for single variables. They lose the
   /// component's handlers first.
   void Clear() override;
-  /// From another table: its entries. A string list is refused, because names alone are no
-  /// variables.
-  void Assign(TPersistent* source) override;
 
  protected:
   void MemberEntered(const Ref<IFuzzyVariable>& member) override;
