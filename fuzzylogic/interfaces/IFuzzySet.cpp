@@ -170,7 +170,7 @@ void TIFuzzySet::Assign(const Ref<IInterface>& value) {
   const TPin self(this);
   TIFuzzySet* own = detail::OwnSet(set.Get());
   TFirstException first;
-  first.Run([&] { SetVariable(own ? own->FVariable : set->GetVariable()); });
+  first.Run([&] { own ? SetVariable(own->FVariable) : SetVariable(set->GetVariable()); });
   first.Run([&] { SetSetType(set->GetSetType()); });
   StoreInflectionPoint(set->GetInflectionPoint());
   first.Run([&] { GetValues()->AssignValues(set); });

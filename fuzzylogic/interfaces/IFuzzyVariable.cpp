@@ -17,6 +17,7 @@ Ref<TIFuzzyVariable> TIFuzzyVariable::Create(const TString& name,
   Ref<TIFuzzyVariable> variable(variableClass->New());
   variable->FName = name;
   variable->FItems = variable->CreateItems();
+  variable->FRefCount -= IgnoreRelease;
   return variable;
 }
 
@@ -40,19 +41,17 @@ HResult TIFuzzyVariable::QueryInterface(const TGuid& id, void** result) {
 
 std::int32_t TIFuzzyVariable::Release() noexcept {
   // Asked before the reference goes: after it another thread may end the variable.
-  const bool ignore = FIgnoreRelease || !FItems;
-  const std::int32_t sets = ignore ? 0 : FItems->GetCount();
+  const std::int32_t sets = FItems ? FItems->GetCount() : 0;
   const std::int32_t count = --FRefCount;
-  if (ignore || (count > 0 && count != sets)) return count;
-  const TPin self(this);
+  if (count >= IgnoreRelease) return count - IgnoreRelease;
   if (count > 0) {
-    FIgnoreRelease = true;
+    if (count != sets) return count;
+    FRefCount += IgnoreRelease;
     try {
       FItems->Clear();
     } catch (...) {  // NOLINT(bugprone-empty-catch): who drops a reference expects no exception
     }
-    FIgnoreRelease = false;
-    if (FRefCount > 0) return count;
+    if ((FRefCount -= IgnoreRelease) > 0) return count;
   }
   try {
     Free();
@@ -68,7 +67,7 @@ void TIFuzzyVariable::Leave() {
   FOnChange = nullptr;
   FOnVariableChange = nullptr;
   FOnFuzzySetChange = nullptr;
-  FIgnoreRelease = true;
+  FRefCount += IgnoreRelease;
   FItems->BeginUpdate();  // never ended: nobody is told of the end of the table
   first.Run([this] { FItems->Clear(); });
   FItems->FVariable = nullptr;

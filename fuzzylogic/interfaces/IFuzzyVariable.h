@@ -54,7 +54,7 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   TString ClassName() const override { return GetClass()->Name; }
 
   HResult QueryInterface(const TGuid& id, void** result) override;
-  std::int32_t AddRef() noexcept override { return ++FRefCount; }
+  std::int32_t AddRef() noexcept override { return ++FRefCount & (IgnoreRelease - 1); }
   /// See the class comment.
   std::int32_t Release() noexcept override;
 
@@ -193,7 +193,12 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   void TakeOver(IFuzzyVariable& source);
   void FireSetEvent(const TIFuzzySetEvent& event, const Ref<IFuzzySet>& fuzzySet);
 
-  std::atomic<std::int32_t> FRefCount{0};
+  // Added to the count while releases do nothing but count: until there is a table, while a release
+  // clears it, and from the end on. One number for both, so that of the threads that drop the last
+  // references just one ends the variable.
+  static constexpr std::int32_t IgnoreRelease = 1 << 30;
+
+  std::atomic<std::int32_t> FRefCount{IgnoreRelease};
   TIFuzzySets* FItems = nullptr;
   std::int32_t FNumFunctionValues = 7;
   TString FUnits;
@@ -207,7 +212,6 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   std::intptr_t FTag = 0;
   Ref<IFuzzyParser> FParser;
   TFzyFloat FThreshold = 0.0;
-  std::atomic<bool> FIgnoreRelease{false};
   TString FComment;
   TIFuzzySetEvent FOnFuzzySetDeleted;
   TIFuzzySetEvent FOnFuzzySetAdded;
