@@ -64,7 +64,7 @@ TFuzzySet* TFuzzySet::Operator(TFuzzySet* fuzzySet, const TString& operatorKeywo
 TFuzzySet* TFuzzySet::CombineBy(TFuzzySet* other, const detail::TCombination& combination) {
   return Combine(other, combination.Keyword, [&](TFuzzySetValues& values) {
     detail::AppendCombination(values, detail::ViewOf(*FValues), detail::ViewOf(*other->FValues),
-                              combination.Formula);
+                              combination.Formula, detail::TAddition::ByCoordinate);
   });
 }
 

@@ -51,11 +51,12 @@ void TIFSValues::Append(const Ref<IFuzzySet>& source, int index, int count) {
   const std::vector<TFuzzyPoint> points = PointsOf(source, "Append");
   const int size = static_cast<int>(points.size());
   const int first = std::clamp(index, 0, std::max(0, size - 1));
-  const int last = first + std::min(count, size - first);
-  for (int i = first; i < last; ++i) {
-    const TFuzzyPoint& point = points[static_cast<std::size_t>(i)];
-    Add(point.X, point.Y);
-  }
+  const std::span added = std::span(points).subspan(
+      static_cast<std::size_t>(first),
+      static_cast<std::size_t>(std::max(0, std::min(count, size - first))));
+  detail::TPointWriter writer(*this);
+  for (const TFuzzyPoint& point : added) writer.Check(point);
+  for (const TFuzzyPoint& point : added) Add(point.X, point.Y);
 }
 
 void TIFSValues::Append(const Ref<IFuzzySet>& source) {

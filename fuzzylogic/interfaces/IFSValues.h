@@ -10,7 +10,8 @@ class TIFuzzySet;
 /// The point list of a counted fuzzy set. It reads points from any `IFuzzySet`.
 ///
 /// Unlike in the owned model, a point is added or inserted with both its coordinates at once: the
-/// set is told once for it, and the point never stands at degree 0 on the way.
+/// set is told once for it (once more when the list has to be put in order), the point never stands
+/// at degree 0 on the way, and one that equals its neighbour is removed whatever its degree.
 class TIFSValues : public TFuzzySetValues {
  public:
   /// A list owned by `fuzzySet`, or a free one.

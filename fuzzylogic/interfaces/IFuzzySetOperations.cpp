@@ -28,6 +28,8 @@ Ref<IFuzzySet> TIFuzzySet::Combine(const Ref<IFuzzySet>& set, const TOperand& ot
   const Ref<IFuzzySet> held = set;
   Ref<TIFuzzySet> result =
       Create(FVariable, CreateFuzzyName(TFuzzySet::GetName(), other.Name(), keyword), GetClass());
+  result->StoreInflectionPoint(TFuzzySet::GetInflectionPoint());
+  result->FParser = FParser;
   TUpdateBlock block(*result->GetValues());
   fill(*result);
   TFirstException first;
@@ -43,8 +45,6 @@ Ref<IFuzzySet> TIFuzzySet::Operator(const Ref<IFuzzySet>& fuzzySet, const TStrin
                                     const TIFuzzyOperator& fuzzyOperator) {
   const TOperand other(fuzzySet, "Operator");
   return Combine(fuzzySet, other, operatorKeyword, [&](TIFuzzySet& result) {
-    result.Assign(Ref<IFuzzySet>(this));
-    result.Clear();
     const detail::TCurveCopy a(ViewOf(*GetValues()));
     const detail::TCurveCopy b(other.Curve());
     detail::AppendWalk(*result.GetValues(), a, b,
@@ -55,10 +55,8 @@ Ref<IFuzzySet> TIFuzzySet::Operator(const Ref<IFuzzySet>& fuzzySet, const TStrin
 Ref<IFuzzySet> TIFuzzySet::CombineBy(const Ref<IFuzzySet>& fuzzySet, const TOperand& other,
                                      const detail::TCombination& combination) {
   return Combine(fuzzySet, other, combination.Keyword, [&](TIFuzzySet& result) {
-    result.StoreInflectionPoint(TFuzzySet::GetInflectionPoint());
-    result.FParser = FParser;
     detail::AppendCombination(*result.GetValues(), ViewOf(*GetValues()), other.Curve(),
-                              combination.Formula);
+                              combination.Formula, detail::TAddition::AtOnce);
   });
 }
 

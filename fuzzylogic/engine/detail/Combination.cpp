@@ -45,11 +45,13 @@ bool WalkCurves(TCurveView a, TCurveView b, const TFuzzyComparison& visit) {
   });
 }
 
-void AppendCombination(TFuzzySetValues& result, TCurveView a, TCurveView b, TFuzzyFormula formula) {
+void AppendCombination(TFuzzySetValues& result, TCurveView a, TCurveView b, TFuzzyFormula formula,
+                       TAddition addition) {
   TPointWriter points(result);
   points.Reserve(a.Points.size() + b.Points.size());
   Walk(a, b, [&](TFzyFloat x1, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {
-    points.Add(x1, formula(y1, y2));
+    const TFzyFloat y = formula(y1, y2);
+    addition == TAddition::AtOnce ? points.Assign({x1, y}) : points.Add(x1, y);
     return false;
   });
   ThinOut(result, a, b);

@@ -44,9 +44,14 @@ TCombination UnionBy(TFuzzyOperation operation);
 /// Visits both curves side by side; true when both are empty, or the callback was true somewhere.
 bool WalkCurves(TCurveView a, TCurveView b, const TFuzzyComparison& visit);
 
+/// How a point is added: one coordinate set after the other, where setting the one that a new point
+/// has is no change, or both at once.
+enum class TAddition : bool { ByCoordinate, AtOnce };
+
 /// Appends (x, formula of both degrees) for every position of the walk of two curves, and thins the
 /// list out.
-void AppendCombination(TFuzzySetValues& result, TCurveView a, TCurveView b, TFuzzyFormula formula);
+void AppendCombination(TFuzzySetValues& result, TCurveView a, TCurveView b, TFuzzyFormula formula,
+                       TAddition addition);
 
 /// The same with a callback that appends for itself, and may stop the walk: then nothing is thinned
 /// out.

@@ -28,7 +28,7 @@ void TPointWriter::Add(TFzyFloat x, TFzyFloat y) {
 }
 
 void TPointWriter::Assign(const TFuzzyPoint& point) {
-  CheckDegree(point.Y, "Assign");
+  CheckDegree(point.Y, "Add");
   const TFzyFloat x = AdmitX(point.X);
   Append();
   const int index = FValues.GetCount() - 1;
