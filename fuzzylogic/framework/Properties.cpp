@@ -25,6 +25,7 @@ class TTextPropertySetter final : public TFiler {
 }  // namespace
 
 bool SetTextProperty(TPersistent& object, const TString& name, const TString& value) {
+  const TPin pinned(&object);
   TTextPropertySetter setter(name, value);
   object.DefineProperties(setter);
   return setter.Found;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 
@@ -30,8 +31,8 @@ struct TPair {
 /// The capacity is 0 or a power of two of at least 4. Entries are visited in the order of their
 /// slots, which follows from the hashes and the capacity: it is the same in every run, but not the
 /// order of addition, and growing or removing may change it. When keys that were made to collide
-/// drive one search through a thousand slots, the table gives its hashes a random seed, once; from
-/// then on the order is another in each run.
+/// drive one search or removal through a thousand slots, the addition or removal at hand, or the
+/// next one, gives the hashes a random seed, once; from then on the order is another in each run.
 ///
 /// Handlers may change the table, or throw: the change that they were told of stays made, and what
 /// else had to be told is told. One thread at a time; only the count may be read by others.
@@ -57,21 +58,27 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
       : TKelDictionary(0, std::move(comparer)) {
     for (const TEntry& entry : collection) TKelDictionary::AddOrSetValue(entry.Key, entry.Value);
   }
+  /// Releases the entries while the table is whole; nobody is told.
+  ~TKelDictionary() override {
+    FOnKeyNotify = nullptr;
+    FOnValueNotify = nullptr;
+    Empty();
+  }
   TString ClassName() const override { return "TKelDictionary"; }
 
   /// @throws EListError (`SDuplicateItem`) when the key is there already
   void Add(const TKey& key, const TValue& value) {
-    const TPlace place = PlaceToAdd(key);
+    GrowIfFull();
+    const TPlace place = Find(key, HashCodeOf(key));
     if (place.IsFound) throw EListError(SDuplicateItem);
-    DoAdd(place.HashCode, place.Slot, key, value);
+    Enter(place, key, value);
   }
   /// Adds the value, or replaces the one under the key.
   void AddOrSetValue(const TKey& key, const TValue& value) {
-    const TPlace place = PlaceToAdd(key);
-    if (place.IsFound)
-      DoSetValue(place.Slot, value);
-    else
-      DoAdd(place.HashCode, place.Slot, key, value);
+    TPlace place = Find(key, HashCodeOf(key));
+    if (place.IsFound) return DoSetValue(place.Slot, value);
+    if (GrowIfFull()) place = Find(key, place.HashCode);
+    Enter(place, key, value);
   }
   /// @throws EListError (`SItemNotFound`) when the key is absent, as does `SetItem`
   TValue GetItem(const TKey& key) const { return FItems[Require(key)].Value; }
@@ -105,9 +112,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   /// Removes all entries and gives the memory back; then each key and value is told of, in order.
   virtual void Clear() {
     const TPin self(this);
-    const std::vector<TSlot> cleared = std::exchange(FItems, {});
-    SetCount(0);
-    FGrowThreshold = 0;
+    const std::vector<TSlot> cleared = TakeAll();
     TFirstException first;
     for (const TSlot& slot : cleared) {
       if (!slot.IsUsed()) continue;
@@ -183,7 +188,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   /// Takes the entry out, so that no later search breaks, and returns its value; an absent key
   /// changes nothing.
   virtual TValue DoRemove(const TKey& key, std::int32_t hashCode, TKeyedNotification notification) {
-    const TPlace place = Find(key, hashCode);
+    const TPlace place = Find(key, Reseed() ? HashCodeOf(key) : hashCode);
     if (!place.IsFound) return TValue();
     TEntry removed = TakeOut(Index(place.Slot));
     SetCount(GetCount() - 1);
@@ -203,6 +208,10 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   const TValue& ValueAt(int slot) const { return FItems[Index(slot)].Value; }
   const TKey& KeyAt(int slot) const { return FItems[Index(slot)].Key; }
   bool IsUsed(int slot) const { return FItems[Index(slot)].IsUsed(); }
+  /// Releases all entries, also those that come meanwhile, without a word.
+  void Empty() noexcept {
+    while (!FItems.empty()) TakeAll();
+  }
 
  private:
   static constexpr std::size_t LeastCapacity = 4;
@@ -220,7 +229,6 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
     std::int32_t HashCode;
     int Slot;
     bool IsFound;
-    int Probes;
   };
 
   /// The keys or the values as a sequence of their own.
@@ -260,41 +268,59 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   }
 
   TPlace Find(const TKey& key) const {
-    return FItems.empty() ? TPlace{0, 0, false, 0} : Find(key, HashCodeOf(key));
+    return FItems.empty() ? TPlace{0, 0, false} : Find(key, HashCodeOf(key));
   }
   TPlace Find(const TKey& key, std::int32_t hashCode) const {
-    if (FItems.empty()) return {hashCode, 0, false, 0};
+    if (FItems.empty()) return {hashCode, 0, false};
     int probes = 0;
+    bool isFound = false;
     std::size_t i = Index(hashCode) & Mask();
     for (; FItems[i].IsUsed() && probes < GetCapacity(); i = (i + 1) & Mask(), ++probes) {
-      if (FItems[i].HashCode == hashCode && FComparer->Equals(FItems[i].Key, key))
-        return {hashCode, static_cast<int>(i), true, probes};
+      isFound = FItems[i].HashCode == hashCode && FComparer->Equals(FItems[i].Key, key);
+      if (isFound) break;
     }
-    return {hashCode, static_cast<int>(i), false, probes};
+    NoteProbes(probes);
+    return {hashCode, static_cast<int>(i), isFound};
+  }
+  /// In a table that was trimmed to less room than it takes itself long ways are no attack.
+  void NoteProbes(int probes) const noexcept {
+    if (probes >= LongestProbe && GetCount() <= FGrowThreshold) FIsAttacked = true;
   }
   std::size_t Require(const TKey& key) const {
     const TPlace place = Find(key);
     if (!place.IsFound) throw EListError(SItemNotFound);
     return Index(place.Slot);
   }
-  /// Makes room for one entry more, first of all, and finds its place.
-  TPlace PlaceToAdd(const TKey& key) {
-    if (GetCount() >= FGrowThreshold) Rehash(std::max(LeastCapacity, FItems.size() * 2));
-    const TPlace place = Find(key);
-    if (place.Probes < LongestProbe || FSeed != THashSeed{}) return place;
-    FSeed = RandomHashSeed();
+  bool GrowIfFull() {
+    if (GetCount() < FGrowThreshold) return false;
+    Rehash(std::max(LeastCapacity, FItems.size() * 2));
+    return true;
+  }
+  void Enter(TPlace place, const TKey& key, const TValue& value) {
+    if (Reseed()) place = Find(key);
+    DoAdd(place.HashCode, place.Slot, key, value);
+  }
+  /// Gives the hashes a random seed when the table is attacked and they have none.
+  bool Reseed() {
+    if (!FIsAttacked || FSeed != THashSeed{}) return false;
+    const THashSeed seed = RandomHashSeed();
+    std::vector<TSlot> items(FItems.size());
+    FSeed = seed;
     for (TSlot& slot : FItems) {
       if (slot.IsUsed()) slot.HashCode = HashCodeOf(slot.Key);
     }
-    Rehash(FItems.size());
-    return Find(key);
+    MoveTo(std::move(items));
+    return true;
   }
 
-  /// Puts every entry into an array of another size, or by its new hash, in the order of the slots.
   void Rehash(std::size_t capacity) {
-    std::vector<TSlot> old = std::exchange(FItems, std::vector<TSlot>(capacity));
+    MoveTo(std::vector<TSlot>(capacity));
     FGrowThreshold = static_cast<int>(capacity / 2 + capacity / 4);
-    for (TSlot& slot : old) {
+  }
+  /// Puts every entry into another array, in the order of the slots.
+  void MoveTo(std::vector<TSlot> items) {
+    FItems.swap(items);
+    for (TSlot& slot : items) {
       if (!slot.IsUsed()) continue;
       std::size_t i = Index(slot.HashCode) & Mask();
       while (FItems[i].IsUsed()) i = (i + 1) & Mask();
@@ -303,11 +329,17 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
     SlotsMoved();
   }
 
+  std::vector<TSlot> TakeAll() noexcept {
+    SetCount(0);
+    FGrowThreshold = 0;
+    return std::exchange(FItems, {});
+  }
   /// Empties a slot, and moves back those behind it that were displaced by it.
   TEntry TakeOut(std::size_t gap) {
     TEntry taken{std::move(FItems[gap].Key), std::move(FItems[gap].Value)};
     FItems[gap].HashCode = -1;
-    for (std::size_t i = (gap + 1) & Mask(); FItems[i].IsUsed(); i = (i + 1) & Mask()) {
+    int probes = 0;
+    for (std::size_t i = (gap + 1) & Mask(); FItems[i].IsUsed(); i = (i + 1) & Mask(), ++probes) {
       const std::size_t home = Index(FItems[i].HashCode) & Mask();
       if (InCircularRange(static_cast<int>(gap), static_cast<int>(home), static_cast<int>(i)))
         continue;
@@ -316,6 +348,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
       gap = i;
     }
     FItems[gap] = TSlot();
+    NoteProbes(probes);
     return taken;
   }
 
@@ -336,6 +369,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   mutable std::unique_ptr<TKeyView> FKeyCollection;
   mutable std::unique_ptr<TValueView> FValueCollection;
   THashSeed FSeed{};
+  mutable bool FIsAttacked = false;
 };
 
 }  // namespace fzy

@@ -25,7 +25,7 @@ class TKelHashTable : public TKelDictionary<TKey, TValue> {
   /// Releases the entries; nobody is told.
   ~TKelHashTable() override {
     ++FUpdating;
-    TTable::Clear();
+    TTable::Empty();
   }
   TString ClassName() const override { return "TKelHashTable"; }
 

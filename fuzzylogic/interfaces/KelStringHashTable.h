@@ -29,14 +29,16 @@ class TKelStringHashTable : public TKelHashTable<TString, Ref<I>> {
   void Assign(TPersistent* source) override {
     const auto* list = dynamic_cast<const TStrings*>(source);
     if (!list) return TTable::Assign(source);
+    const TPin pinned(list);
     TUpdateBlock block(*this);
-    TTable::Clear();
+    this->Clear();
     for (int i = 0; i < list->GetCount(); ++i) Add(list->GetString(i), nullptr);
     block.Close();
   }
   /// To a string list: one line a key, in the table's order. To any other object with a published
   /// text property "Text": the same lines as its text.
   void AssignTo(TPersistent* dest) override {
+    const TPin self(this);
     if (auto* list = dynamic_cast<TStrings*>(dest)) {
       TUpdateBlock block(*list);
       list->Clear();
@@ -62,7 +64,7 @@ class TKelStringHashTable : public TKelHashTable<TString, Ref<I>> {
    public:
     explicit TStringIterator(const TKelStringHashTable& table) noexcept : FTable(table) {}
     TString GetCurrent() override {
-      if (FSlot < 0) Fail();
+      if (FSlot < 0 || FSlot >= FTable.GetCapacity()) Fail();
       return FTable.KeyAt(FSlot);
     }
     int GetCount() override { return FTable.GetCount(); }

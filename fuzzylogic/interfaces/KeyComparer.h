@@ -30,8 +30,10 @@ class TKeyComparer {
   virtual bool Equals(const TKey& left, const TKey& right) const { return left == right; }
   /// A comparer that passes over the seed leaves its tables open to keys that were made to collide.
   virtual std::int32_t GetHashCode(const TKey& key, const THashSeed& seed) const {
-    const std::uint64_t hash = std::hash<TKey>()(key);
-    return static_cast<std::int32_t>((hash ^ seed[0]) * 0x9E3779B97F4A7C15U >> 32);
+    // The standard hash of a number is often the number; each of its bits must reach the lowest.
+    std::uint64_t hash = (std::hash<TKey>()(key) ^ seed[0]) * 0x9E3779B97F4A7C15U;
+    hash = (hash ^ hash >> 32 ^ seed[1]) * 0x9E3779B97F4A7C15U;
+    return static_cast<std::int32_t>(hash >> 32);
   }
 };
 
