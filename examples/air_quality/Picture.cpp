@@ -4,6 +4,7 @@
 #include <array>
 
 #include "Report.h"
+#include "fuzzylogic/engine/FuzzyCurve.h"
 #include "support/Chart.h"
 
 namespace air_quality {
@@ -44,13 +45,17 @@ constexpr std::string_view StyleSheet =
 constexpr std::array<std::string_view, 6> Colours{"#2f6db3", "#2a9d8f", "#b08a1e",
                                                   "#d1602b", "#a3284a", "#6b3fa0"};
 
-void DrawTerm(Svg& svg, const Frame& frame, const TFuzzySet& term, std::string_view colour) {
+/// The degree to which a term fits at its best.
+double PeakOf(const Term& term) { return term.Points.empty() ? 0 : GreatestY(term.Points); }
+
+void DrawTerm(Svg& svg, const Frame& frame, const Term& term, std::string_view colour) {
   // Membership is flat beyond the first and the last point.
+  const bool ascending = IsAscending(term.Points);
   const double least = frame.Least.X;
   const double greatest = frame.Greatest.X;
-  std::vector<TFuzzyPoint> curve{{least, term.DegreeOfMembership(least)}};
-  for (const TFuzzyPoint& point : term.GetValues()->Points()) curve.push_back(point);
-  curve.push_back({greatest, term.DegreeOfMembership(greatest)});
+  std::vector<TFuzzyPoint> curve{{least, Membership(term.Points, ascending, least)}};
+  curve.insert(curve.end(), term.Points.begin(), term.Points.end());
+  curve.push_back({greatest, Membership(term.Points, ascending, greatest)});
 
   const std::string ink(colour);
   std::vector<Point> area{frame.At(least, 0)};
@@ -74,14 +79,13 @@ class TermLabels {
  public:
   TermLabels(Svg& svg, const Frame& frame) : FSvg(svg), FFrame(frame) {}
 
-  void Add(const TFuzzySet& term, std::string_view colour) {
-    const std::string name = term.GetName().Utf8();
-    const double half = LetterWidth * static_cast<double>(name.size()) / 2;
-    const Point peak = FFrame.At(term.MeanOfMaxima(), term.GetCompatibilityIndex());
+  void Add(const Term& term, std::string_view colour) {
+    const double half = LetterWidth * static_cast<double>(term.Name.size()) / 2;
+    const Point peak = FFrame.At(MeanOfMaxima(term.Points), PeakOf(term));
     const double x = std::clamp(peak.X, FFrame.Corner.X + half, FFrame.Opposite.X - half);
     FRaised = !FRaised && x - half < FEnd;
     FEnd = x + half;
-    FSvg.Text({x, peak.Y - (FRaised ? 22 : 7)}, name, "label middle",
+    FSvg.Text({x, peak.Y - (FRaised ? 22 : 7)}, term.Name, "label middle",
               "fill: " + std::string(colour));
   }
 
@@ -95,24 +99,21 @@ class TermLabels {
 };
 
 /// The terms of a variable over its range.
-void DrawVariable(Svg& svg, Point corner, Point opposite, const TFuzzyVariable& variable) {
+void DrawVariable(Svg& svg, Point corner, Point opposite, const Variable& variable) {
   double highest = 1;
-  for (const TFuzzySet* term : *variable.GetItems())
-    highest = std::max(highest, term->GetCompatibilityIndex());
+  for (const Term& term : variable.Terms) highest = std::max(highest, PeakOf(term));
   const Frame frame{{corner.X + 36, corner.Y + 50},
                     {opposite.X, opposite.Y - 26},
-                    {variable.GetMinimum(), 0},
-                    {variable.GetMaximum(), highest}};
-  svg.Text({corner.X, corner.Y + 12}, variable.GetName().Utf8() + ", " + variable.GetUnits().Utf8(),
-           "name");
+                    {variable.Minimum, 0},
+                    {variable.Maximum, highest}};
+  svg.Text({corner.X, corner.Y + 12}, variable.Name + ", " + variable.Units, "name");
   DrawAxes(svg, frame, 10, 2);
   std::size_t next = 0;
-  for (const TFuzzySet* term : *variable.GetItems())
-    DrawTerm(svg, frame, *term, Colours[next++ % Colours.size()]);
+  for (const Term& term : variable.Terms)
+    DrawTerm(svg, frame, term, Colours[next++ % Colours.size()]);
   next = 0;
   TermLabels labels(svg, frame);  // after all curves, to lie on top of them
-  for (const TFuzzySet* term : *variable.GetItems())
-    labels.Add(*term, Colours[next++ % Colours.size()]);
+  for (const Term& term : variable.Terms) labels.Add(term, Colours[next++ % Colours.size()]);
 }
 
 double DayNumber(std::chrono::year_month_day date, std::chrono::year_month_day first) {
@@ -164,16 +165,14 @@ void DrawLegend(Svg& svg, Point right) {
   svg.Text({right.X - 68, right.Y}, "measured", "left");
 }
 
-void DrawSeason(Svg& svg, Point corner, Point opposite, const Model& model,
+void DrawSeason(Svg& svg, Point corner, Point opposite, const Variable& ozone,
                 const std::vector<Day>& days, const std::vector<Inference>& inferences) {
-  const TFuzzyVariable& ozone = model.Ozone();
   const double last = DayNumber(days.back().Date, days.front().Date);
   const Frame frame{{corner.X + 36, corner.Y + 32},
                     {opposite.X, opposite.Y - 26},
-                    {-0.5, ozone.GetMinimum()},
-                    {last + 0.5, ozone.GetMaximum()}};
-  svg.Text({corner.X, corner.Y + 12},
-           ozone.GetName().Utf8() + " over the season, " + ozone.GetUnits().Utf8(), "name");
+                    {-0.5, ozone.Minimum},
+                    {last + 0.5, ozone.Maximum}};
+  svg.Text({corner.X, corner.Y + 12}, ozone.Name + " over the season, " + ozone.Units, "name");
   DrawLegend(svg, {opposite.X, corner.Y + 12});
   DrawMonths(svg, frame, days);
   DrawAxes(svg, frame, 0, 10);
@@ -186,7 +185,7 @@ void DrawSeason(Svg& svg, Point corner, Point opposite, const Model& model,
 
 }  // namespace
 
-std::string DrawPicture(const Model& model, const std::vector<Day>& days,
+std::string DrawPicture(const std::vector<Variable>& variables, const std::vector<Day>& days,
                         const std::vector<Inference>& inferences, const std::string& summary) {
   constexpr double gap = 56;
   constexpr double chartWidth = (Width - 2 * Margin - gap) / 2;
@@ -199,13 +198,13 @@ std::string DrawPicture(const Model& model, const std::vector<Day>& days,
   svg.Text({Margin, 82}, summary, "summary");
   svg.Text({Margin, 124}, "How well each word fits a reading, from 0 to 1", "caption");
   Point corner{Margin, top};
-  for (const TFuzzyVariable* variable : model.Variables()) {
-    DrawVariable(svg, corner, {corner.X + chartWidth, corner.Y + chartHeight}, *variable);
+  for (const Variable& variable : variables) {
+    DrawVariable(svg, corner, {corner.X + chartWidth, corner.Y + chartHeight}, variable);
     corner.X += chartWidth + gap;
     if (corner.X > Width - Margin) corner = {Margin, corner.Y + chartHeight + 28};
   }
-  DrawSeason(svg, {Margin, top + 2 * (chartHeight + 28) + 8}, {Width - Margin, Height - 32}, model,
-             days, inferences);
+  DrawSeason(svg, {Margin, top + 2 * (chartHeight + 28) + 8}, {Width - Margin, Height - 32},
+             variables.back(), days, inferences);
   return std::move(svg).Finish();
 }
 

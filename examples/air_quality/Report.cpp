@@ -5,7 +5,9 @@
 #include <sstream>
 #include <string_view>
 
+#include "Rules.h"
 #include "Statistics.h"
+#include "fuzzylogic/framework/Format.h"
 
 namespace air_quality {
 namespace {
@@ -28,11 +30,11 @@ std::string DayLine(const Day& day, const Inference& inference) {
   return line.str();
 }
 
-std::string Heading(const Model& model) {
+std::string Heading(const std::vector<Variable>& variables) {
   std::string units;
-  for (const fzy::TFuzzyVariable* variable : model.Variables()) {
+  for (const Variable& variable : variables) {
     if (!units.empty()) units += ", ";
-    units += variable->GetName().Utf8() + " in " + variable->GetUnits().Utf8();
+    units += variable.Name + " in " + variable.Units;
   }
   return units +
          "\nA dash is a missing reading. Brackets show the premise that it takes out of a rule.\n\n"
@@ -74,16 +76,15 @@ std::string MonthName(std::chrono::month month) {
   return std::string(names[static_cast<unsigned>(month) - 1]);
 }
 
-std::string ReportText(const Model& model, const std::vector<Day>& days,
+std::string ReportText(const std::vector<Variable>& variables, const std::vector<Day>& days,
                        const std::vector<Inference>& inferences, const Agreement& agreement) {
   std::ostringstream text;
-  text << Heading(model);
+  text << Heading(variables);
   for (std::size_t i = 0; i < days.size(); ++i) text << DayLine(days[i], inferences[i]) << '\n';
-  const std::string units = ' ' + model.Ozone().GetUnits().Utf8();
+  const std::string units = ' ' + variables.back().Units;
   text << '\n'
-       << agreement.Inferred << " of " << days.size() << " days inferred by "
-       << model.Rules().size() << " rules, " << agreement.Compared
-       << " of them complete. On these:\n"
+       << agreement.Inferred << " of " << days.size() << " days inferred by " << Rules().size()
+       << " rules, " << agreement.Compared << " of them complete. On these:\n"
        << "mean absolute error  " << std::setw(6) << Number(agreement.MeanError, 1) << units
        << "   (" << Number(agreement.MeanErrorOfMean, 1) << units
        << " when the mean is guessed every day)\n"
@@ -93,11 +94,10 @@ std::string ReportText(const Model& model, const std::vector<Day>& days,
   return text.str();
 }
 
-std::string ShortReport(const Model& model, const Agreement& agreement) {
-  return std::to_string(model.Rules().size()) + " rules, " + std::to_string(agreement.Compared) +
+std::string ShortReport(const std::vector<Variable>& variables, const Agreement& agreement) {
+  return std::to_string(Rules().size()) + " rules, " + std::to_string(agreement.Compared) +
          " complete days: rank correlation " + Number(agreement.Rank, 2) +
-         ", mean absolute error " + Number(agreement.MeanError, 1) + ' ' +
-         model.Ozone().GetUnits().Utf8();
+         ", mean absolute error " + Number(agreement.MeanError, 1) + ' ' + variables.back().Units;
 }
 
 }  // namespace air_quality

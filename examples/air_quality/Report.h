@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Days.h"
-#include "InferOzone.h"
+#include "Model.h"
 
 namespace air_quality {
 
@@ -22,11 +22,11 @@ struct Agreement {
 Agreement Compare(const std::vector<Day>& days, const std::vector<Inference>& inferences);
 
 /// A line a day, then the agreement.
-std::string ReportText(const Model& model, const std::vector<Day>& days,
+std::string ReportText(const std::vector<Variable>& variables, const std::vector<Day>& days,
                        const std::vector<Inference>& inferences, const Agreement& agreement);
 
 /// The agreement in one line, for the picture.
-std::string ShortReport(const Model& model, const Agreement& agreement);
+std::string ShortReport(const std::vector<Variable>& variables, const Agreement& agreement);
 
 /// "12.3", or a dash for what there is not.
 std::string Number(std::optional<double> value, int decimals);

@@ -6,8 +6,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "InferOzone.h"
 #include "InputFile.h"
+#include "Model.h"
 #include "Picture.h"
 #include "Report.h"
 
@@ -17,11 +17,18 @@ using namespace air_quality;
 
 constexpr int Faulty = 2;  // the exit status for everything that the user can put right
 
+constexpr const char* ClassModel = "class";
+constexpr const char* InterfaceModel = "interface";
+constexpr const char* Additive = "additive";
+constexpr const char* MinMax = "min-max";
+
 struct Arguments {
   std::string Definition = "air_quality.fzy";
   std::string Data = "airquality.csv";
   std::string Picture = "air_quality.svg";
   std::string Rewritten;
+  std::string Model = ClassModel;
+  std::string Methods;  ///< empty: those that the model has first
 };
 
 void Describe(CLI::App& app, Arguments& arguments) {
@@ -34,6 +41,26 @@ void Describe(CLI::App& app, Arguments& arguments) {
       ->capture_default_str();
   app.add_option("--write", arguments.Rewritten,
                  "a file to write the definition text to, made anew from the model");
+  app.add_option("--model", arguments.Model, "the object model of the library to use")
+      ->check(CLI::IsMember({ClassModel, InterfaceModel}))
+      ->capture_default_str();
+  app.add_option("--methods", arguments.Methods,
+                 "how rules conclude: additive (of the class model alone, and its default) or "
+                 "min-max (of both)")
+      ->check(CLI::IsMember({Additive, MinMax}));
+}
+
+/// @throws CLI::ValidationError for methods that the object model does not have
+void CheckMethods(const Arguments& arguments) {
+  if (arguments.Model == InterfaceModel && arguments.Methods == Additive)
+    throw CLI::ValidationError("--methods additive",
+                               "the interface model always infers by min-max");
+}
+
+std::unique_ptr<Model> ReadModel(const Arguments& arguments) {
+  if (arguments.Model == InterfaceModel) return ReadInterfaceModel(arguments.Definition);
+  return ReadClassModel(arguments.Definition,
+                        arguments.Methods == MinMax ? Methods::MinMax : Methods::Additive);
 }
 
 /// @throws InputError when an output would take the place of a file that is read
@@ -51,22 +78,24 @@ void ProtectInput(const Arguments& arguments) {
 /// leaves no output behind either.
 void Run(const Arguments& arguments) {
   ProtectInput(arguments);
-  Model model(arguments.Definition);
+  const std::unique_ptr<Model> model = ReadModel(arguments);
+  const std::vector<Variable> variables = model->Variables();
   const std::vector<Day> days = ReadDays(arguments.Data);
-  CheckRanges(model, days, arguments.Data);
+  CheckRanges(variables, days, arguments.Data);
 
-  const std::vector<fzy::TString> terms = model.Sets();
+  const std::vector<std::string> sets = model->Sets();
   std::vector<Inference> inferences;
   inferences.reserve(days.size());
-  for (const Day& day : days) inferences.push_back(InferOzone(model, day));
-  // Facts and evidence were sets of the variables too. Only the terms are left, as they were, or
-  // the program is wrong.
-  if (model.Sets() != terms) throw std::logic_error("the variables do not hold their terms alone");
+  for (const Day& day : days) inferences.push_back(model->Infer(day));
+  // Facts and evidence belonged to the variables too. Only what was there before is left, as it
+  // was, or the program is wrong.
+  if (model->Sets() != sets) throw std::logic_error("the variables do not hold their terms alone");
 
   const Agreement agreement = Compare(days, inferences);
-  const std::string report = ReportText(model, days, inferences, agreement);
-  WriteFile(arguments.Picture, DrawPicture(model, days, inferences, ShortReport(model, agreement)));
-  if (!arguments.Rewritten.empty()) WriteFile(arguments.Rewritten, model.Text());
+  const std::string report = ReportText(variables, days, inferences, agreement);
+  WriteFile(arguments.Picture,
+            DrawPicture(variables, days, inferences, ShortReport(variables, agreement)));
+  if (!arguments.Rewritten.empty()) WriteFile(arguments.Rewritten, model->Text());
   std::cout << report << std::flush;
   if (!std::cout) throw InputError("standard output", 0, "cannot be written");
 }
@@ -78,6 +107,7 @@ int Start(int argc, char** argv) {
   Describe(app, arguments);
   try {
     app.parse(argc, argv);
+    CheckMethods(arguments);
   } catch (const CLI::CallForHelp& help) {
     return app.exit(help);
   } catch (const CLI::ParseError& error) {

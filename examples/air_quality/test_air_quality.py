@@ -34,6 +34,16 @@ def correlation(a, b):
     return products / squares**0.5
 
 
+# A term by an expression, which leaves sets in its variable that are no terms; and a variable that
+# no rule names, before the others.
+EXPRESSION = changed(DEFINITION, "(s 81 92)", "very [not warm and not mild]")
+ANOTHER = "(deffuzzy rain (range 0 100) (values (term none (z 0 1)) (term some not none)))\n"
+
+# Runs that are to agree to the letter.
+MIN_MAX = [("--methods", "min-max"), ("--model", "interface"),
+           ("--model", "interface", "--methods", "min-max")]
+MODELS = [("--model", "class"), ("--model", "interface")]
+
 # What is wrong, the definition text, the data, the message.
 FAULTS = [
     ("an empty definition", "", DATA, "d.fzy:1: the text ends without the variable temperature"),
@@ -51,6 +61,10 @@ FAULTS = [
     ("a reserved word", changed(DEFINITION, "term calm", "term very"), DATA, "d.fzy:19: .*very"),
     ("an empty range", changed(DEFINITION, "range 0 25", "range 25 25"), DATA,
      "d.fzy:21: the variable wind, which ends here, has an empty range"),
+    ("a term twice", changed(DEFINITION, "term hot", "term mild (s 1 2)) (term hot"), DATA,
+     "d.fzy:15: .*the term mild is defined twice"),
+    ("a variable twice", changed(DEFINITION, "deffuzzy solar", "deffuzzy wind"), DATA,
+     "d.fzy:26: .*the variable wind is defined twice"),
     ("empty data", DEFINITION, "",
      'd.csv:1: expected the header "ozone,solar.r,wind,temp,month,day"'),
     ("no header", DEFINITION, DATA.partition("\n")[2], "d.csv:1: expected the header"),
@@ -82,10 +96,10 @@ class AirQuality(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
 
-    def run_on(self, definition, data, picture="p.svg"):
+    def run_on(self, definition, data, *options):
         (self.folder / "d.fzy").write_text(definition, encoding="utf-8")
         (self.folder / "d.csv").write_text(data, encoding="utf-8")
-        return self.run_with("d.fzy", "d.csv", picture)
+        return self.run_with("d.fzy", "d.csv", "p.svg", *options)
 
     def run_with(self, *arguments):
         return subprocess.run([PROGRAM, *arguments], cwd=self.folder, capture_output=True,
@@ -104,8 +118,8 @@ class AirQuality(unittest.TestCase):
         left = {path.name for path in self.folder.iterdir()}
         self.assertLessEqual(left, {"d.fzy", "d.csv"})
 
-    def test_figures_follow_from_the_lines(self):
-        result = self.run_on(DEFINITION, DATA)
+    def check_figures(self, result):
+        """Of the summary, by the lines above it."""
         self.assertEqual((result.returncode, result.stderr), (0, ""))
         days = self.days(result.stdout)
         self.assertEqual(len(days), 153)
@@ -124,49 +138,76 @@ class AirQuality(unittest.TestCase):
         self.assertAlmostEqual(float(alone), correlation(temperature, measured), delta=0.0005)
         self.assertGreater(float(rank), float(alone))
 
+    def test_figures_follow_from_the_lines(self):
+        for options in MODELS:
+            with self.subTest(options):
+                self.check_figures(self.run_on(DEFINITION, DATA, *options))
+
+    def test_models_agree(self):
+        additive = self.run_on(DEFINITION, DATA)
+        self.assertEqual(self.run_on(DEFINITION, DATA, "--methods", "additive", "--model",
+                                     "class").stdout, additive.stdout)
+        for definition in (DEFINITION, EXPRESSION, ANOTHER + DEFINITION):
+            results = []
+            for options in MIN_MAX:
+                result = self.run_on(definition, DATA, "--write", "e.fzy", *options)
+                self.assertEqual((result.returncode, result.stderr), (0, ""))
+                results.append((result.stdout, (self.folder / "p.svg").read_bytes(),
+                                (self.folder / "e.fzy").read_bytes()))
+            self.assertEqual(results, results[:1] * len(results))
+            self.assertNotEqual(results[0][0], additive.stdout)
+
     def test_readme_quotes_the_output(self):
-        output = self.run_on(DEFINITION, DATA).stdout
         readme = (HERE / "README.md").read_text(encoding="utf-8")
-        quoted = re.search(r"```text\n(.*?)```", readme, re.S)[1]
-        for line in quoted.splitlines():
-            if line != "...":
-                self.assertIn(line + "\n", output)
+        quotes = re.findall(r"```text\n(.*?)```", readme, re.S)
+        self.assertEqual(len(quotes), len(MODELS))
+        for quoted, options in zip(quotes, MODELS):
+            output = self.run_on(DEFINITION, DATA, *options).stdout
+            for line in quoted.splitlines():
+                if line != "...":
+                    self.assertIn(line + "\n", output)
 
     def test_picture_shows_terms_and_season(self):
-        self.run_on(DEFINITION, DATA)
-        picture = ElementTree.parse(self.folder / "p.svg").getroot()
-        texts = {element.text for element in picture.iter("{http://www.w3.org/2000/svg}text")}
-        names = set(re.findall(r"\(term (\w+)", DEFINITION))
-        names |= {"temperature, °F", "solar, Langley", "May", "September"}
-        self.assertLessEqual(names, texts)
-        dots = list(picture.iter("{http://www.w3.org/2000/svg}circle"))
-        self.assertEqual(len(dots), 153 - 37 + 1)  # the measured days, and one in the legend
+        for options in MODELS:
+            self.run_on(EXPRESSION, DATA, *options)
+            picture = ElementTree.parse(self.folder / "p.svg").getroot()
+            texts = list(picture.iter("{http://www.w3.org/2000/svg}text"))
+            terms = [element.text for element in texts if "label" in element.get("class")]
+            self.assertEqual(terms, re.findall(r"\(term (\w+)", EXPRESSION))
+            names = {"temperature, °F", "solar, Langley", "May", "September"}
+            self.assertLessEqual(names, {element.text for element in texts})
+            dots = list(picture.iter("{http://www.w3.org/2000/svg}circle"))
+            self.assertEqual(len(dots), 153 - 37 + 1)  # the measured days, and one in the legend
 
     def test_rewritten_definition_gives_the_same(self):
-        changed_term = changed(DEFINITION, "(s 81 92)", "very [not warm and not mild]")
-        for definition in (DEFINITION, changed_term):
-            output = self.run_on(definition, DATA).stdout
-            self.run_with("d.fzy", "d.csv", "p.svg", "--write", "e.fzy")
-            rewritten = (self.folder / "e.fzy").read_text(encoding="utf-8")
-            self.assertNotEqual(rewritten, definition)
-            self.assertEqual(self.run_with("e.fzy", "d.csv").stdout, output)
-            self.run_with("e.fzy", "d.csv", "p.svg", "--write", "f.fzy")
-            self.assertEqual((self.folder / "f.fzy").read_text(encoding="utf-8"), rewritten)
+        for definition in (DEFINITION, EXPRESSION):
+            for options in MODELS:
+                output = self.run_on(definition, DATA, "--write", "e.fzy", *options).stdout
+                rewritten = (self.folder / "e.fzy").read_text(encoding="utf-8")
+                self.assertNotEqual(rewritten, definition)
+                again = self.run_with("e.fzy", "d.csv", "p.svg", "--write", "f.fzy", *options)
+                self.assertEqual(again.stdout, output)
+                self.assertEqual((self.folder / "f.fzy").read_text(encoding="utf-8"), rewritten)
 
     def test_missing_readings(self):
         data = DATA.partition("\n")[0] + "\r\nNA,NA,NA,NA,5,1\r\nNA,NA,14,95,5,3\r\n"
-        output = self.run_on(DEFINITION, data).stdout
-        self.assertRegex(output, r"May  1 +- +- +- +- +- +no rule fired\n")
-        self.assertRegex(output, r"May  3 +95 +14.0 +- +\d+\.\d +- +1.00  hot, windy -> elevated\n")
-        self.assertRegex(output, r"1 of 2 days inferred by \d+ rules, 0 of them complete")
-        self.assertRegex(output, r"rank correlation +- ")
+        for options in MODELS:
+            output = self.run_on(DEFINITION, data, *options).stdout
+            self.assertRegex(output, r"May  1 +- +- +- +- +- +no rule fired\n")
+            self.assertRegex(output,
+                             r"May  3 +95 +14.0 +- +\d+\.\d +- +1.00  hot, windy -> elevated\n")
+            self.assertRegex(output, r"1 of 2 days inferred by \d+ rules, 0 of them complete")
+            self.assertRegex(output, r"rank correlation +- ")
 
     def test_faults(self):
         for what, definition, data, message in FAULTS:
             with self.subTest(what):
-                self.check_refused(self.run_on(definition, data), message)
+                first, second = (self.run_on(definition, data, *options) for options in MODELS)
+                self.check_refused(first, message)
+                self.check_refused(second, message)
+                self.assertEqual(second.stderr, first.stderr)
 
-    def test_files(self):
+    def test_arguments(self):
         self.run_on(DEFINITION, DATA)
         (self.folder / "p.svg").unlink()
         faults = [
@@ -177,6 +218,10 @@ class AirQuality(unittest.TestCase):
             (("d.fzy", "d.csv", "/dev/null"), "/dev/null: is not a regular file"),
             (("d.fzy", "d.csv", "d.csv"), "d.csv: is read"),
             (("d.fzy", "d.csv", "p.svg", "more"), "air_quality: "),
+            (("--model", "other"), "air_quality: --model: other"),
+            (("--methods", "other"), "air_quality: --methods: other"),
+            (("--model", "interface", "--methods", "additive"),
+             "air_quality: --methods additive: the interface model always infers by min-max"),
         ]
         for arguments, message in faults:
             with self.subTest(message):
@@ -185,7 +230,7 @@ class AirQuality(unittest.TestCase):
     def test_help(self):
         result = self.run_with("--help")
         self.assertEqual((result.returncode, result.stderr), (0, ""))
-        for name in ("definition", "data", "picture", "--write"):
+        for name in ("definition", "data", "picture", "--write", "--model", "--methods"):
             self.assertIn(name, result.stdout)
 
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <type_traits>
+
 #include "fuzzylogic/FuzzyLogic.h"
 
 namespace support {
@@ -9,10 +11,20 @@ namespace support {
 class LineParser final : public fzy::TKelFuzzyLogicParser {
  public:
   using TKelFuzzyLogicParser::ParseFuzzyVariable;
+  using TKelFuzzyLogicParser::ParseFuzzyVariableIntf;
 
   fzy::TFuzzyVariable* ParseFuzzyVariable() override {
+    return WithLine([this] { return TKelFuzzyLogicParser::ParseFuzzyVariable(); });
+  }
+  fzy::Ref<fzy::IFuzzyVariable> ParseFuzzyVariableIntf() override {
+    return WithLine([this] { return TKelFuzzyLogicParser::ParseFuzzyVariableIntf(); });
+  }
+
+ private:
+  template <class Parse>
+  std::invoke_result_t<Parse> WithLine(Parse parse) {
     try {
-      return TKelFuzzyLogicParser::ParseFuzzyVariable();
+      return parse();
     } catch (const fzy::EFzyParseException&) {
       throw;
     } catch (const fzy::EFzyException& error) {
