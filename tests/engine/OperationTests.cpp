@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
+#include "tests/engine/Models.h"
 #include "tests/engine/PlainList.h"
-#include "tests/engine/Sets.h"
 
 // Combinations, hedges, cuts, inference and measures, at places worked out by hand.
 
@@ -11,63 +11,70 @@ namespace {
 
 using S = TFuzzySet;
 
-TEST(Operation, EveryFamilyCombinesTwoDegrees) {
-  using TMember = bool (S::*)(TFuzzySetValues&, double, double, double, double);
+MODEL_TEST_SUITE(Operation);
+MODEL_TEST_SUITE(Hedge);
+MODEL_TEST_SUITE(Cut);
+MODEL_TEST_SUITE(Measure);
+
+TYPED_TEST(Operation, EveryFamilyCombinesTwoDegrees) {
+  using C = typename TypeParam::TClass;
   // clang-format off
   const struct {
-    TFuzzyOperation Operation; const char* Name; double Intersection, Union; TMember And, Or;
+    TFuzzyOperation Operation; const char* Name; double Intersection, Union; decltype(&C::FuzzyOperatorMin) And, Or;
   } cases[] = {
-      {foZadeh, "", 0.4, 0.8, &S::FuzzyOperatorMin, &S::FuzzyOperatorMax},
-      {foMean, "-mean", 0.6, 0.666667, &S::FuzzyOperatorMean, &S::FuzzyOperatorUnionMean},
-      {foMeanSqr, "-meansqr", 0.36, 0.36, &S::FuzzyOperatorMeanSqr, &S::FuzzyOperatorMeanSqr},
-      {foMeanSqrt, "-meansqrt", 0.774597, 0.774597, &S::FuzzyOperatorMeanSqrt, &S::FuzzyOperatorMeanSqrt},
-      {foProduct, "-product", 0.32, 0.88, &S::FuzzyOperatorIntersectionProduct, &S::FuzzyOperatorUnionProduct},
-      {foBoundedSum, "-boundedsum", 0.2, 1, &S::FuzzyOperatorIntersectionBoundedSum, &S::FuzzyOperatorUnionBoundedSum},
-      {foSum, "-sum", 0, 1.2, nullptr, &S::FuzzyOperatorUnionSum},
+      {foZadeh, "", 0.4, 0.8, &C::FuzzyOperatorMin, &C::FuzzyOperatorMax},
+      {foMean, "-mean", 0.6, 0.666667, &C::FuzzyOperatorMean, &C::FuzzyOperatorUnionMean},
+      {foMeanSqr, "-meansqr", 0.36, 0.36, &C::FuzzyOperatorMeanSqr, &C::FuzzyOperatorMeanSqr},
+      {foMeanSqrt, "-meansqrt", 0.774597, 0.774597, &C::FuzzyOperatorMeanSqrt, &C::FuzzyOperatorMeanSqrt},
+      {foProduct, "-product", 0.32, 0.88, &C::FuzzyOperatorIntersectionProduct, &C::FuzzyOperatorUnionProduct},
+      {foBoundedSum, "-boundedsum", 0.2, 1, &C::FuzzyOperatorIntersectionBoundedSum, &C::FuzzyOperatorUnionBoundedSum},
+      {foSum, "-sum", 0, 1.2, nullptr, &C::FuzzyOperatorUnionSum},
   };
   // clang-format on
-  const auto a = MakeSet("5,0.8", "a");
-  const auto b = MakeSet("5,0.4", "b");
+  const auto a = TypeParam::MakeSet("5,0.8", "a");
+  const auto b = TypeParam::MakeSet("5,0.4", "b");
   for (const auto& c : cases) {
     for (const bool all : {true, false}) {
       if (!all && !c.And) continue;
-      const TOwned<S> result(all ? a->Union(b.Get(), c.Operation)
-                                 : a->Intersection(b.Get(), c.Operation));
+      const typename TypeParam::THandle result(all ? a->Union(b.Get(), c.Operation)
+                                                   : a->Intersection(b.Get(), c.Operation));
       const std::string points = "5," + Text(all ? c.Union : c.Intersection);
       EXPECT_EQ(Text(result), points);
       EXPECT_EQ(result->GetName(), (all ? "a or" : "a and") + std::string(c.Name) + " b");
-      TFuzzySetValues list;
-      EXPECT_FALSE((a.Get()->*(all ? c.Or : c.And))(list, 5, 0.8, 7, 0.4));
-      EXPECT_EQ(Text(list.Points()), points);
+      const auto callback = std::bind_front(all ? c.Or : c.And, &TypeParam::ClassOf(a));
+      EXPECT_EQ(Text(typename TypeParam::THandle(a->Operator(b.Get(), "x", callback))), points);
     }
   }
-  const TOwned<S> nothing(MakeSet("5,0.1")->Intersection(b.Get(), foBoundedSum));
+  const typename TypeParam::THandle nothing(
+      TypeParam::MakeSet("5,0.1")->Intersection(b.Get(), foBoundedSum));
   EXPECT_EQ(Text(nothing), "5,0");
 }
 
-TEST(Operation, LeavesANameAnExpressionAndASetOfItsOwnClass) {
+TYPED_TEST(Operation, LeavesANameAnExpressionAndASetOfItsOwnClass) {
+  using TTells = TTelling<typename TypeParam::TClass>;
   const char* const cases[][6] = {
       {"a", "", "b", "", "a or b", "a or b"},
       {"very tall", "", "b", "", "[very tall] or b", "[very tall] or b"},
       {"a", "x and y", "b", "[u]", "a or b", "[x and y] or [u]"},
       {"", "", "", "", " or ", " or "}};
-  const auto variable = MakeVariable(0, 1);
+  const auto variable = TypeParam::MakeVariable(0, 1);
   for (const auto& [nameA, expressionA, nameB, expressionB, name, expression] : cases) {
-    TFuzzySet* a = AddSet(variable, "0,1", nameA, TTellingSet::Class());
-    const auto b = MakeSet("", nameB);
+    const auto a = TypeParam::AddSet(variable, "0,1", nameA, TTells::Class());
+    const auto b = TypeParam::MakeSet("", nameB);
     a->SetExpression(expressionA);
     b->SetExpression(expressionB);
-    const TFuzzySet* result = a->Union(b.Get());
+    const auto result = a->Union(b.Get());
     EXPECT_EQ(result->GetName(), name);
     EXPECT_EQ(result->GetExpression(), expression);
     EXPECT_TRUE(result->GetSetType() == fstUserDefined && result->GetVariable() == variable.Get());
-    EXPECT_EQ(dynamic_cast<const TTellingSet&>(*result).Told, "l") << "one block";
+    EXPECT_EQ(dynamic_cast<const TTells&>(*result).Told, "l") << "one block";
   }
 }
 
-TEST(Operation, RefusesWhatHasNoFormulaAndCreatesNothing) {
-  const auto variable = MakeVariable(0, 1);
-  TFuzzySet* a = AddSet(variable, "0,1");
+TYPED_TEST(Operation, RefusesWhatHasNoFormulaAndCreatesNothing) {
+  const auto variable = TypeParam::MakeVariable(0, 1);
+  const auto a = TypeParam::AddSet(variable, "0,1");
+  const int sets = TypeParam::CountOf(variable);
   const auto unknown = static_cast<TFuzzyOperation>(99);
   const std::string sum = "Invalid fuzzy operation: \"foSum:";
   EXPECT_EQ(MessageOf([&] { a->Intersection(a, foSum); }), sum);
@@ -75,24 +82,27 @@ TEST(Operation, RefusesWhatHasNoFormulaAndCreatesNothing) {
   EXPECT_THROW(a->Intersection(a, unknown), EFzyException);
   EXPECT_THROW(a->Union(a, unknown), EFzyException);
   EXPECT_EQ(MessageOf([&] { a->Union(nullptr); }), Refusal("Union", "No fuzzy set given"));
-  EXPECT_EQ(variable->GetItems()->GetCount(), 1);
+  EXPECT_EQ(TypeParam::CountOf(variable), sets);
 }
 
-TEST(Operation, ACallbackThatStopsLeavesThePartialResultOneThatThrowsNone) {
-  const auto variable = MakeVariable(0, 3);
-  TFuzzySet *a = AddSet(variable, "0,0 1,0 2,0", "a"), *b = AddSet(variable, "0,1 3,1", "b");
+TYPED_TEST(Operation, ACallbackThatStopsLeavesThePartialResultOneThatThrowsNone) {
+  const auto variable = TypeParam::MakeVariable(0, 3);
+  const auto a = TypeParam::AddSet(variable, "0,0 1,0 2,0", "a");
+  const auto b = TypeParam::AddSet(variable, "0,1 3,1", "b");
   bool throwing = false;
-  const auto callback = [&](TFuzzySetValues& list, double x, double y, double, double) {
-    list.Add(x, y);
+  int left = 3;
+  const auto callback = [&](auto& r, double x, double y, double, double) {
+    TypeParam::ClassOf(a).FuzzyOperatorMin(r, x, y, x, y);
     if (throwing) throw std::runtime_error("enough");
-    return list.GetCount() == 3;
+    return --left == 0;
   };
-  const TFuzzySet* result = a->Operator(b, "stopped", callback);
+  const auto result = a->Operator(b, "stopped", callback);
   EXPECT_EQ(Text(result), "0,0 1,0 2,0");  // not thinned
   EXPECT_EQ(result->GetExpression(), "a stopped b");
+  const int sets = TypeParam::CountOf(variable);
   throwing = true;
   EXPECT_THROW(a->Operator(b, "stopped", callback), std::runtime_error);
-  EXPECT_EQ(variable->GetItems()->GetCount(), 3);
+  EXPECT_EQ(TypeParam::CountOf(variable), sets);
 }
 
 // Where they meet, the property tests of the walk tell.
@@ -110,7 +120,7 @@ TEST(Operation, SegmentsMeet) {
   EXPECT_EQ(Text(at->GetX()) + Text(at->GetY()), "1.81.8");
 }
 
-TEST(Operation, SetsOverlap) {
+TYPED_TEST(Operation, SetsOverlap) {
   // clang-format off
   const std::tuple<const char*, const char*, bool, bool> cases[] = {
       {"0,0 1,1 2,0", "2,0.5 6,1 7,0", true, true}, {"0,0 1,1 2,0", "2,0 6,1 7,0", false, false},
@@ -120,13 +130,13 @@ TEST(Operation, SetsOverlap) {
       {"", "0,1", false, false}, {"0,1 2,1", "2.0002,1 3,1", false, false}};
   // clang-format on
   for (const auto& [first, second, forth, back] : cases) {
-    const auto a = MakeSet(first), b = MakeSet(second);
+    const auto a = TypeParam::MakeSet(first), b = TypeParam::MakeSet(second);
     EXPECT_EQ(a->Intersects(b.Get()), forth) << first << " with " << second;
     EXPECT_EQ(b->Intersects(a.Get()), back) << second << " with " << first;
   }
 }
 
-TEST(Hedge, EveryLinguisticHedgeOfATriangle) {
+TYPED_TEST(Hedge, EveryLinguisticHedgeOfATriangle) {
   const auto curve = [](const std::string& a, const std::string& b) {
     return "0,0 0.333333," + a + " 0.666667," + b + " 1,1 1.33333," + b + " 1.66667," + a + " 2,0";
   };
@@ -140,7 +150,7 @@ TEST(Hedge, EveryLinguisticHedgeOfATriangle) {
       {fhDefinitely, curve("0.222222", "0.777778")}, {fhGenerally, curve("0.288675", "0.711325")}};
   // clang-format on
   for (const auto& [hedge, points] : cases) {
-    const auto set = MakeSet("0,0 1,1 2,0", "tall");
+    const auto set = TypeParam::MakeSet("0,0 1,1 2,0", "tall");
     set->SetExpression("gone");  // with the points
     EXPECT_EQ(set->Hedge(hedge), set.Get());
     const TString word = HedgeNames[Ordinal(hedge)];
@@ -152,7 +162,7 @@ TEST(Hedge, EveryLinguisticHedgeOfATriangle) {
   }
 }
 
-TEST(Hedge, AtTheEdgesOfTheirFormulas) {
+TYPED_TEST(Hedge, AtTheEdgesOfTheirFormulas) {
   const char* seven = "0,0.25 1,0.5 2,0.9 3,1 4,0 5,1.5 6,1";  // nothing is added
   const std::tuple<TFuzzyHedge, const char*, const char*> cases[] = {
       {fhAbove, "0,0.2 1,0.8 2,0.8 3,0.3", "0,0 1,0 2,0 3,0.7"},
@@ -166,8 +176,8 @@ TEST(Hedge, AtTheEdgesOfTheirFormulas) {
       {fhPositively, seven, "0,0.125 1,0.5 2,0.98 3,1 4,0 5,0.5 6,1"},
   };
   for (const auto& [hedge, points, result] : cases)
-    EXPECT_EQ(Text(MakeSet(points)->Hedge(hedge)), result);
-  EXPECT_EQ(MessageOf([&] { MakeSet(seven)->Hedge(fhGenerally); }),
+    EXPECT_EQ(Text(TypeParam::MakeSet(points)->Hedge(hedge)), result);
+  EXPECT_EQ(MessageOf([&] { TypeParam::MakeSet(seven)->Hedge(fhGenerally); }),
             Refusal("contrast", "Not a number"));
 }
 
@@ -190,32 +200,33 @@ TPoints PlainApproximation(const TPoints& points, double minimum, double maximum
   return grid.Points();
 }
 
-TEST(Hedge, ApproximationsSpreadOverTheWholeRange) {
-  const auto variable = MakeVariable(0, 10);
+TYPED_TEST(Hedge, ApproximationsSpreadOverTheWholeRange) {
+  const auto variable = TypeParam::MakeVariable(0, 10);
   const std::pair<TFuzzyHedge, double> powers[] = {
       {fhAbout, 2}, {fhVicinity, 4}, {fhClose, 1.2}, {fhNear, 1.2}, {fhNeighboring, 1.2}};
   for (const char* points : {"5,0 5,1 5,0", "3,0.4", "0,0.2 2,0.9 2,0.3 9,0.5", "0,0 1,0",
                              "0,0.1 1,0.2 2,0.3 3,0.4 4,0.5 5,0.4 6,0.3 7,0.2"})
     for (const auto& [hedge, power] : powers)
-      EXPECT_TRUE(SameBits(AddSet(variable, points)->Hedge(hedge)->GetValues()->Points(),
+      EXPECT_TRUE(SameBits(PointsOf(*TypeParam::AddSet(variable, points)->Hedge(hedge)),
                            PlainApproximation(Parse(points), 0, 10, power)))
           << points << ' ' << power;
 }
 
-TEST(Hedge, SlightlyIsPlusAndNotVery) {
+TYPED_TEST(Hedge, SlightlyIsPlusAndNotVery) {
   const char* points = "0,0.3 1,0.9 4,0.2";
-  const auto set = MakeSet(points, "a"), plus = MakeSet(points), very = MakeSet(points);
+  const auto set = TypeParam::MakeSet(points, "a"), plus = TypeParam::MakeSet(points),
+             very = TypeParam::MakeSet(points);
   plus->Hedge(fhPlus);
   very->Hedge(fhVery)->Hedge(fhNot);
-  const TOwned<S> both(plus->Intersection(very.Get()));
+  const typename TypeParam::THandle both(plus->Intersection(very.Get()));
   both->Hedge(fhNormalize)->Hedge(fhPositively);
   EXPECT_EQ(set->Hedge(fhSlightly), set.Get());
   EXPECT_EQ(Text(set), Text(both));
   EXPECT_EQ(set->GetName(), "slightly a");
-  EXPECT_EQ(set->GetCollection(), nullptr);
+  EXPECT_EQ(set->GetVariable(), nullptr);
 }
 
-TEST(Hedge, EveryModifierOnDegreesAndOnX) {
+TYPED_TEST(Hedge, EveryModifierOnDegreesAndOnX) {
   // clang-format off
   const std::tuple<TBaseFuzzyHedge, const char*, double, const char*, const char*, double, const char*, const char*>
   cases[] = {
@@ -231,7 +242,7 @@ TEST(Hedge, EveryModifierOnDegreesAndOnX) {
   // clang-format on
   for (const auto& [hedge, word, valueY, shownY, pointsY, valueX, shownX, pointsX] : cases) {
     for (const bool y : {true, false}) {
-      const auto set = MakeSet("-1,0 1,0.8 4,0.25", "tall");
+      const auto set = TypeParam::MakeSet("-1,0 1,0.8 4,0.25", "tall");
       EXPECT_EQ(set->Hedge(hedge, y ? valueY : valueX, y), set.Get());
       const std::string expression = word + std::string(y ? " " : "X ");
       EXPECT_EQ(Text(set), y ? pointsY : pointsX) << expression;
@@ -241,32 +252,33 @@ TEST(Hedge, EveryModifierOnDegreesAndOnX) {
   }
 }
 
-TEST(Hedge, AnExpressionSurvivesAnUnchangedListAndABlockOfTheCaller) {
-  const auto set = MakeSet("0,0 1,0", "a");
+TYPED_TEST(Hedge, AnExpressionSurvivesAnUnchangedListAndABlockOfTheCaller) {
+  const auto set = TypeParam::MakeSet("0,0 1,0", "a");
   set->SetExpression("x");
   set->Hedge(fhNormalize);  // changes no point
   EXPECT_EQ(set->GetExpression(), "normalize x");
-  TUpdateBlock block(*set->GetValues());
+  TUpdateBlock block(*TypeParam::ClassOf(set).GetValues());
   set->Hedge(bfhMultiply, 2, false);
   EXPECT_EQ(set->GetExpression(), "*X [normalize x]");
 }
 
-TEST(Hedge, OnlyThreeKindsOfHedgesNeedPoints) {
-  const auto variable = MakeVariable(0, 1);
+TYPED_TEST(Hedge, OnlyThreeKindsOfHedgesNeedPoints) {
+  const auto variable = TypeParam::MakeVariable(0, 1);
   for (std::size_t i = 0; i < HedgeNames.size(); ++i) {
     const auto hedge = static_cast<TFuzzyHedge>(i);
-    TFuzzySet* set = AddSet(variable, "", "a");
+    const auto set = TypeParam::AddSet(variable, "", "a");
+    const int sets = TypeParam::CountOf(variable);
     const bool needs =
         hedge == fhSlightly || hedge == fhNormalize || (hedge >= fhAbout && hedge <= fhNeighboring);
     EXPECT_EQ(MessageOf([&] { set->Hedge(hedge); }),
               needs ? Refusal("Get Maximum Y Value", "Fuzzy set is empty") : "");
     EXPECT_EQ(set->GetName(), needs ? TString("a") : HedgeNames[i] + TString(" a"));
-    EXPECT_FALSE(set->GetValues()->IsUpdating() || variable->GetItems()->IsUpdating());
-    EXPECT_EQ(variable->GetItems()->GetCount(), static_cast<int>(i) + 1);
+    EXPECT_FALSE(TypeParam::ClassOf(set).GetValues()->IsUpdating());
+    EXPECT_EQ(TypeParam::CountOf(variable), sets);
   }
 }
 
-TEST(Cut, AlphaCutsHaveVerticalEdgesAndCutoffsAreFloorsAndCaps) {
+TYPED_TEST(Cut, AlphaCutsHaveVerticalEdgesAndCutoffsAreFloorsAndCaps) {
   const struct {
     const char* Points;
     double Level;
@@ -283,14 +295,15 @@ TEST(Cut, AlphaCutsHaveVerticalEdgesAndCutoffsAreFloorsAndCaps) {
       // clang-format on
   };
   for (const auto& c : cases) {
-    const auto set = MakeSet(c.Points, "low");
+    const auto set = TypeParam::MakeSet(c.Points, "low");
     set->SetExpression("a");
-    EXPECT_EQ(Text(TOwned<S>(set->AlphaCutoff(c.Level, false))), c.Weak);
-    const TOwned<S> cut(set->AlphaCutoff(c.Level, true));
+    EXPECT_EQ(Text(typename TypeParam::THandle(set->AlphaCutoff(c.Level, false))), c.Weak);
+    const typename TypeParam::THandle cut(set->AlphaCutoff(c.Level, true));
     EXPECT_EQ(Text(cut), c.Strong) << c.Points << " at " << c.Level;
-    EXPECT_EQ(cut->GetName() + cut->GetExpression(), "low");
+    EXPECT_EQ(cut->GetName() + cut->GetExpression(),
+              TypeParam::Counted ? "low (alpha=" + TString(c.Shown) + ")" : "low");
     for (const bool below : {true, false}) {
-      const TOwned<S> off(set->Cutoff(c.Level, below));
+      const typename TypeParam::THandle off(set->Cutoff(c.Level, below));
       const std::string word = below ? " or " : " and ";
       EXPECT_EQ(Text(off), below ? c.Floor : c.Cap) << c.Points << " at " << c.Level;
       EXPECT_EQ(off->GetName(), "low" + word + c.Shown);
@@ -298,7 +311,9 @@ TEST(Cut, AlphaCutsHaveVerticalEdgesAndCutoffsAreFloorsAndCaps) {
     }
     EXPECT_EQ(Text(set), c.Points);
   }
-  EXPECT_EQ(TOwned<S>(MakeSet("0,1")->Cutoff(0.5, true))->GetExpression(), "");
+  EXPECT_EQ(
+      typename TypeParam::THandle(TypeParam::MakeSet("0,1")->Cutoff(0.5, true))->GetExpression(),
+      "");
 }
 
 TEST(Inference, CorrelatesAndMergesByItsMethods) {
@@ -331,7 +346,7 @@ TEST(Inference, CorrelatesAndMergesByItsMethods) {
   EXPECT_EQ(b->Correlate(0.5)->ToString(), "(b > 0.5000 (0.0000 0.5000) (1.0000 0.3000) )");
 }
 
-TEST(Measure, TheCenterOfGravityIncludesTheFlanks) {
+TYPED_TEST(Measure, TheCenterOfGravityIncludesTheFlanks) {
   const std::tuple<const char*, double, double> cases[] = {
       {"3,1 5,1", 6, 3},
       {"7,0 7,1 7,0", 10, 5},
@@ -341,13 +356,13 @@ TEST(Measure, TheCenterOfGravityIncludesTheFlanks) {
       {"0,0.00005 4,0.00005 10,0.00005", 10, 0},  // next to nothing is nothing
       {"2,0 4,1 6,1 8,0.5", 10, 5.939394}};
   for (const auto& [points, maximum, center] : cases) {
-    const auto variable = MakeVariable(0, maximum);
-    EXPECT_EQ(Text(AddSet(variable, points)->CenterOfGravity()), Text(center)) << points;
+    const auto variable = TypeParam::MakeVariable(0, maximum);
+    EXPECT_EQ(Text(TypeParam::AddSet(variable, points)->CenterOfGravity()), Text(center)) << points;
   }
-  EXPECT_EQ(MakeSet("7,0 7,1 7,0")->CenterOfGravity(), 0);  // the middle of all numbers
+  EXPECT_EQ(TypeParam::MakeSet("7,0 7,1 7,0")->CenterOfGravity(), 0);  // the middle of all numbers
 }
 
-TEST(Measure, MeanOfMaximaDecisionAndHeight) {
+TYPED_TEST(Measure, MeanOfMaximaDecisionAndHeight) {
   // clang-format off
   const std::tuple<const char*, double, bool, double> cases[] = {
       {"", 0, true, 0}, {"0,1 10,1", 5, true, 1}, {"0,0 5,0", 2.5, true, 0}, {"0,0 5,1", 5, false, 1},
@@ -356,23 +371,27 @@ TEST(Measure, MeanOfMaximaDecisionAndHeight) {
       {"0,0.5 1,0.50009 2,0.50018", 2, false, 0.50018}};  // from the first of them, not the last
   // clang-format on
   for (const auto& [points, mean, undecidable, height] : cases) {
-    const auto set = MakeSet(points);
+    const auto set = TypeParam::MakeSet(points);
     EXPECT_EQ(set->MeanOfMaxima(), mean) << points;
     EXPECT_EQ(set->IsUndecidable(), undecidable) << points;
     EXPECT_EQ(set->GetCompatibilityIndex(), height) << points;
   }
 }
 
-TEST(Measure, EqualityIsOverlapFromTheThresholdOn) {
-  const auto variable = MakeVariable(0, 10);
+TYPED_TEST(Measure, EqualityIsOverlapFromTheThresholdOn) {
+  const auto variable = TypeParam::MakeVariable(0, 10);
   variable->SetThreshold(0.5);
-  TFuzzySet *a = AddSet(variable, "0,0 2,1 4,0"), *empty = AddSet(variable, "");
-  const auto meeting = MakeSet("2,0 4,1 6,0"), lower = MakeSet("2,0 4,0.9 6,0");
+  const auto a = TypeParam::AddSet(variable, "0,0 2,1 4,0"),
+             empty = TypeParam::AddSet(variable, "");
+  const auto meeting = TypeParam::MakeSet("2,0 4,1 6,0"),
+             lower = TypeParam::MakeSet("2,0 4,0.9 6,0");
   EXPECT_TRUE(a->Equals(meeting.Get()) && !a->Equals(lower.Get()));
   EXPECT_TRUE(lower->Equals(a));  // of no variable: any overlap will do
   EXPECT_TRUE(empty->Equals(empty) && empty->Equals(a));
-  EXPECT_TRUE(a->FuzzyOperatorMinThreshold(0, 0.5, 0, 1));
-  EXPECT_FALSE(a->FuzzyOperatorMinThreshold(0, 1, 0, 0.49) || a->FuzzyOperatorMaxOfMin(0, 1, 0, 1));
+  auto& callbacks = TypeParam::ClassOf(a);
+  EXPECT_TRUE(callbacks.FuzzyOperatorMinThreshold(0, 0.5, 0, 1));
+  EXPECT_FALSE(callbacks.FuzzyOperatorMinThreshold(0, 1, 0, 0.49) ||
+               callbacks.FuzzyOperatorMaxOfMin(0, 1, 0, 1));
   variable->SetThreshold(1);
   EXPECT_FALSE(empty->Equals(lower.Get()));
 }

@@ -6,7 +6,7 @@
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzyPointWalk.h"
-#include "tests/engine/Sets.h"
+#include "tests/engine/Models.h"
 
 // A set's points, shapes and properties; what it refuses; what its callbacks may throw.
 
@@ -14,21 +14,21 @@ namespace fzy::test {
 namespace {
 
 using S = TFuzzySet;
-using TAction = void (*)(TFuzzySet& s);
+template <class Set = S>
+using TAction = void (*)(Set& s);
+
+MODEL_TEST_SUITE(Shapes);
+MODEL_TEST_SUITE(FuzzySet);
+MODEL_TEST_SUITE(Refusals);
+
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double Inf = std::numeric_limits<double>::infinity();
 
 TFuzzySetValue& Point(TFuzzySet& set, int index) { return *set.GetValues()->GetItem(index); }
 
-void Check(TFuzzySets* sets, const char* points, TAction action, const char* result) {
-  const auto set = MakeSet(points, "", sets);
-  action(*set);
-  EXPECT_EQ(Text(set), result) << "from " << points;
-}
-
 // Worked out by hand, so that the list and its plain twin are not wrong together.
 TEST(Points, AreNormalizedAfterAChange) {
-  const std::tuple<const char*, TAction, const char*> cases[] = {
+  const std::tuple<const char*, TAction<>, const char*> cases[] = {
       {"1,0.2 1,0.5 1,0.8 2,0", [](S& s) { Point(s, 3).SetX(1); }, "1,0.2 1,0 1,0.8"},
       {"0,0 1,0.2 1,0.5 1,0.8", [](S& s) { Point(s, 0).SetX(1); }, "1,0.2 1,0.8 1,0"},
       {"1,0.5 1,0.7", [](S& s) { Point(s, 0).SetY(0.7); }, "1,0.7"},
@@ -43,7 +43,11 @@ TEST(Points, AreNormalizedAfterAChange) {
        "0,0 1.33333,0.666667 2,1 2.66667,0.666667 4,0"},
       {"3,0 3,1 3,0", [](S& s) { s.GetValues()->ExpandSimple(9); }, "3,0 3,1 3,0"},
   };
-  for (const auto& [points, action, result] : cases) Check(nullptr, points, action, result);
+  for (const auto& [points, action, result] : cases) {
+    const auto set = MakeSet(points);
+    action(*set);
+    EXPECT_EQ(Text(set), result) << "from " << points;
+  }
 }
 
 TEST(Points, AreLimitedByAnOwningSetOnly) {
@@ -135,39 +139,40 @@ TEST(Points, AreComparedWithATolerance) {
             Refusal("GetMinYValueOfX", "Invalid argument: 0"));
 }
 
-TEST(Shapes, HaveTheirPointsAndRecordTheirType) {
+TYPED_TEST(Shapes, HaveTheirPointsAndRecordTheirType) {
+  using C = typename TypeParam::TClass;
   struct {
-    TAction Make;
+    TAction<C> Make;
     const char* Points;
     TFuzzySetType Type;
   } const cases[] = {
       // clang-format off
-      {[](S& s) { s.CreateTriangleFunctionValues(0, 2, 3); }, "0,0 2,1 3,0", fstTriangle},
-      {[](S& s) { s.CreateTriangleFunctionValues(0, 9, 2); }, "0,0 2,1 2,0", fstTriangle},
-      {[](S& s) { s.CreateCurveValues(5, 0, 1, 0.5, true); }, "0,0 0.25,0.125 0.5,0.5 0.75,0.875 1,1", fstGrowthCurve},
-      {[](S& s) { s.CreateCurveValues(-4, 0, 1, 9, true); }, "0,0 0.5,0.5 1,1", fstGrowthCurve},
-      {[](S& s) { s.CreatePIFunctionValues(8, 0, 80, 40); }, "0,0 10,0.125 20,0.5 30,0.875 50,0.875 60,0.5 70,0.125 80,0", fstPICurve},
-      {[](S& s) { s.CreatePIFunctionValues(3, 0, 100, 50); }, "0,0 50,1 75,0.5 100,0", fstPICurve},
-      {[](S& s) { s.CreatePIFunctionValues(5, 0, 4, 9); }, "0,0 2,0.5 4,1", fstPICurve},
-      {[](S& s) { s.CreatePIFunctionValues(5, 2, 1); }, "-1,0 0,0.5 1,1 2,0.5 3,0", fstPICurve},
-      {[](S& s) { s.CreateBetaCurveFunctionValues(5, 2, 0, 1); }, "-2,0.2 -1,0.5 0,1 1,0.5 2,0.2", fstBetaCurve},
-      {[](S& s) { s.CreateBetaCurveFunctionValues(1, 2, 0, 1, 0.25); }, "-2,0.5 0,1 2,0.5", fstBetaCurve},
-      {[](S& s) { s.CreateBetaCurveFunctionValues(3, 1, 5, 0); }, "4,0 5,1 6,0", fstBetaCurve},  // 1 however narrow
-      {[](S& s) { s.CreateTriangleFunctionValues(3, 1, 2); }, "3,0 3,1 3,0", fstTriangle},
-      {[](S& s) { s.CreateCurveValues(5, 0, 1, 0.5, false); }, "0,1 0.25,0.875 0.5,0.5 0.75,0.125 1,0", fstDeclineCurve},
-      {[](S& s) { s.CreateCurveValues(3, 2, 2, 2, true); }, "2,0 2,0 2,0", fstGrowthCurve},
-      {[](S& s) { s.CreatePIFunctionValues(7, 0, 60, 30); }, "0,0 10,0.222222 20,0.777778 30,1 40,0.777778 50,0.222222 60,0", fstPICurve},
-      {[](S& s) { s.CreateTriangleFunctionValues(0, 1, 2), s.CreateTriangleFunctionValues(1, 3, 4); }, "0,0 1,1 1,0 2,0 3,1 4,0", fstTriangle},
-      {[](S& s) { s.CreateTriangleFunctionValues(0, 1, 2), s.CreateCrispValue(5); }, "5,0 5,1 5,0", fstUserDefined},
+      {[](C& s) { s.CreateTriangleFunctionValues(0, 2, 3); }, "0,0 2,1 3,0", fstTriangle},
+      {[](C& s) { s.CreateTriangleFunctionValues(0, 9, 2); }, "0,0 2,1 2,0", fstTriangle},
+      {[](C& s) { s.CreateCurveValues(5, 0, 1, 0.5, true); }, "0,0 0.25,0.125 0.5,0.5 0.75,0.875 1,1", fstGrowthCurve},
+      {[](C& s) { s.CreateCurveValues(-4, 0, 1, 9, true); }, "0,0 0.5,0.5 1,1", fstGrowthCurve},
+      {[](C& s) { s.CreatePIFunctionValues(8, 0, 80, 40); }, "0,0 10,0.125 20,0.5 30,0.875 50,0.875 60,0.5 70,0.125 80,0", fstPICurve},
+      {[](C& s) { s.CreatePIFunctionValues(3, 0, 100, 50); }, "0,0 50,1 75,0.5 100,0", fstPICurve},
+      {[](C& s) { s.CreatePIFunctionValues(5, 0, 4, 9); }, "0,0 2,0.5 4,1", fstPICurve},
+      {[](C& s) { s.CreatePIFunctionValues(5, 2, 1); }, "-1,0 0,0.5 1,1 2,0.5 3,0", fstPICurve},
+      {[](C& s) { s.CreateBetaCurveFunctionValues(5, 2, 0, 1); }, "-2,0.2 -1,0.5 0,1 1,0.5 2,0.2", fstBetaCurve},
+      {[](C& s) { s.CreateBetaCurveFunctionValues(1, 2, 0, 1, 0.25); }, "-2,0.5 0,1 2,0.5", fstBetaCurve},
+      {[](C& s) { s.CreateBetaCurveFunctionValues(3, 1, 5, 0); }, "4,0 5,1 6,0", fstBetaCurve},  // 1 however narrow
+      {[](C& s) { s.CreateTriangleFunctionValues(3, 1, 2); }, "3,0 3,1 3,0", fstTriangle},
+      {[](C& s) { s.CreateCurveValues(5, 0, 1, 0.5, false); }, "0,1 0.25,0.875 0.5,0.5 0.75,0.125 1,0", fstDeclineCurve},
+      {[](C& s) { s.CreateCurveValues(3, 2, 2, 2, true); }, "2,0 2,0 2,0", fstGrowthCurve},
+      {[](C& s) { s.CreatePIFunctionValues(7, 0, 60, 30); }, "0,0 10,0.222222 20,0.777778 30,1 40,0.777778 50,0.222222 60,0", fstPICurve},
+      {[](C& s) { s.CreateTriangleFunctionValues(0, 1, 2), s.CreateTriangleFunctionValues(1, 3, 4); }, "0,0 1,1 1,0 2,0 3,1 4,0", fstTriangle},
+      {[](C& s) { s.CreateTriangleFunctionValues(0, 1, 2), s.CreateCrispValue(5); }, "5,0 5,1 5,0", fstUserDefined},
       // clang-format on
   };
   for (const auto& c : cases) {
-    const auto set = MakeSet("");
-    c.Make(*set);
+    const auto set = TypeParam::MakeSet("");
+    c.Make(TypeParam::ClassOf(set));
     EXPECT_EQ(Text(set), c.Points);
     EXPECT_EQ(set->GetSetType(), c.Type) << c.Points;
   }
-  const auto set = MakeSet("0,1");
+  const auto set = TypeParam::MakeSet("0,1");
   const std::string refusal =
       "Invalid range arguments.  Left (2.0000) is greater than right (1.5000)";
   EXPECT_EQ(MessageOf([&] { set->CreateCurveValues(3, 2, 1.5, 0, true); }), refusal);
@@ -186,7 +191,7 @@ TEST(Shapes, HaveTheirPointsAndRecordTheirType) {
   EXPECT_EQ(set->GetExpression(), "-0.5000");
 }
 
-TEST(Shapes, AreGeneratedOverTheRangeByType) {
+TYPED_TEST(Shapes, AreGeneratedOverTheRangeByType) {
   const std::pair<TFuzzySetType, const char*> cases[] = {
       {fstTriangle, "3,0 9,1 15,0"},
       {fstGrowthCurve, "6,0 7,0.055556 8,0.222222 9,0.5 10,0.777778 11,0.944444 12,1"},
@@ -194,8 +199,8 @@ TEST(Shapes, AreGeneratedOverTheRangeByType) {
       {fstPICurve, "3,0 5,0.222222 7,0.777778 9,1 11,0.777778 13,0.222222 15,0"},
       {fstBetaCurve, "3,0.058824 5,0.123288 7,0.36 9,1 11,0.36 13,0.123288 15,0.058824"},
   };
-  const auto variable = MakeVariable(0, 18);
-  TFuzzySet* set = variable->GetItems()->Add();
+  const auto variable = TypeParam::MakeVariable(0, 18);
+  const auto set = TypeParam::AddSet(variable, "");
   for (const auto& [type, points] : cases) {
     set->SetSetType(type);
     EXPECT_EQ(set->GetSetType(), type);
@@ -204,42 +209,44 @@ TEST(Shapes, AreGeneratedOverTheRangeByType) {
   variable->SetMaximum(0);
   for (const auto& [type, points] : cases) {
     set->SetSetType(type);
-    EXPECT_EQ(set->GetValues()->Points().back().X, 0) << "no width";
+    EXPECT_EQ(PointsOf(*set).back().X, 0) << "no width";
   }
 }
 
-TEST(FuzzySet, StartsEmptyAndUndefinedAndRefusesReservedNames) {
-  const TOwned<TFuzzySet> set(TFuzzySet::Create());
+TYPED_TEST(FuzzySet, StartsEmptyAndUndefinedAndRefusesReservedNames) {
+  const auto set = TypeParam::MakeSet("");
+  auto& object = TypeParam::ClassOf(set);
   EXPECT_TRUE(set->GetSetType() == fstUserDefined && !set->GetDefined() && !set->GetVariable());
-  EXPECT_EQ(set->GetDisplayName(), "TFuzzySet");
-  EXPECT_EQ(set->GetXRange(0), 2147483647.0);
-  EXPECT_EQ(set->GetXRange(1), -2147483647.0);
-  EXPECT_EQ(MessageOf([&] { set->GetXRange(2); }),
+  EXPECT_EQ(object.GetDisplayName(), object.GetClass()->Name);
+  EXPECT_EQ(object.GetXRange(0), 2147483647.0);
+  EXPECT_EQ(object.GetXRange(1), -2147483647.0);
+  EXPECT_EQ(MessageOf([&] { object.GetXRange(2); }),
             "Invalid index argument to GetXRange.  Index = 2");
   set->SetName("Very");
   for (const std::string name : {"very", "and", "or-meansqr", "<=X", "*"})
     EXPECT_EQ(MessageOf([&] { set->SetName(name); }),
               "Invalid fuzzy set name, \"" + name + "\" is a reserved word");
-  Fill(*set->GetValues(), Parse("0,1 0.5,0"));
+  Fill(*object.GetValues(), Parse("0,1 0.5,0"));
   EXPECT_EQ(set->ToString(), "(Very (0.0000 1.0000) (0.5000 0.0000) )");
   EXPECT_EQ(set->GetValuesToString(), "((0.0000 1.0000) (0.5000 0.0000) )");
 }
 
-TEST(FuzzySet, AnyChangeOfAPointMakesItUserDefined) {
-  const auto set = MakeSet("");
-  for (const TAction change : std::initializer_list<TAction>{
-           [](S& s) { Point(s, 1).SetX(1); }, [](S& s) { Point(s, 1).SetY(0.5); },
-           [](S& s) { s.GetValues()->Add(); }, [](S& s) { s.GetValues()->Delete(0); },
-           [](S& s) { Point(s, 0).SetIndex(1); }, [](S& s) { s.GetValues()->Clear(); }}) {
+TYPED_TEST(FuzzySet, AnyChangeOfAPointMakesItUserDefined) {
+  using C = typename TypeParam::TClass;
+  const auto set = TypeParam::MakeSet("");
+  for (const TAction<C> change : std::initializer_list<TAction<C>>{
+           [](C& s) { Point(s, 1).SetX(1); }, [](C& s) { Point(s, 1).SetY(0.5); },
+           [](C& s) { s.GetValues()->Add(); }, [](C& s) { s.GetValues()->Delete(0); },
+           [](C& s) { Point(s, 0).SetIndex(1); }, [](C& s) { s.GetValues()->Clear(); }}) {
     set->SetSetType(fstUserDefined);
     set->SetSetType(fstTriangle);
     set->SetExpression("e");
-    change(*set);
+    change(TypeParam::ClassOf(set));
     EXPECT_EQ(set->GetSetType(), fstUserDefined);
     EXPECT_EQ(set->GetExpression(), "");
   }
   set->SetSetType(fstTriangle);
-  set->GetValues()->ExpandSimple(set->GetValues()->GetCount());
+  TypeParam::ClassOf(set).GetValues()->ExpandSimple(3);
   EXPECT_EQ(set->GetSetType(), fstTriangle) << "nothing was missing";
 }
 
@@ -263,68 +270,70 @@ TEST(FuzzySet, AssignAndCloneCopyWhatTheSetIsNotWhatItIsFor) {
   EXPECT_EQ(TOwned<S>(MakeSet("0,1")->Clone())->GetCollection(), nullptr);
 }
 
-TEST(Refusals, LeaveEverythingAsItWas) {
-  const auto variable = MakeVariable(0, 10);
-  TFuzzySet* set = AddSet(variable, "", "s", TTellingSet::Class());
+TYPED_TEST(Refusals, LeaveEverythingAsItWas) {
+  using C = typename TypeParam::TClass;
+  const auto variable = TypeParam::MakeVariable(0, 10);
+  const auto set = TypeParam::AddSet(variable, "", "s", TTelling<C>::Class());
+  const int sets = TypeParam::CountOf(variable);
   set->CreateTriangleFunctionValues(0, 5, 10);
   set->SetExpression("e");
-  std::string& told = static_cast<TTellingSet*>(set)->Told;
+  std::string& told = dynamic_cast<TTelling<C>&>(*set).Told;
   told.clear();
-  const auto check = [&](const std::string& message, TAction action) {
-    EXPECT_EQ(MessageOf([&] { action(*set); }), message);
+  const auto check = [&](const std::string& message, TAction<C> action) {
+    EXPECT_EQ(MessageOf([&] { action(TypeParam::ClassOf(set)); }), message);
     EXPECT_EQ(Text(set) + set->GetName().Utf8() + set->GetExpression().Utf8() + told,
               "0,0 5,1 10,0se");
     EXPECT_EQ(set->GetSetType(), fstTriangle);
-    EXPECT_FALSE(set->GetValues()->IsUpdating()) << message;
-    EXPECT_EQ(variable->GetItems()->GetCount(), 1) << message;
+    EXPECT_FALSE(TypeParam::ClassOf(set).GetValues()->IsUpdating()) << message;
+    EXPECT_EQ(TypeParam::CountOf(variable), sets) << message;
   };
   // clang-format off
-  const std::pair<const char*, std::vector<TAction>> noNumbers[] = {
-      {"SetX", {[](S& s) { Point(s, 1).SetX(NaN); }, [](S& s) { Point(s, 1).SetValue(NaN, 1); },
-          [](S& s) { s.GetValues()->Add(NaN, 0); }}},
-      {"SetY", {[](S& s) { Point(s, 1).SetY(NaN); }}},
-      {"SetValue", {[](S& s) { Point(s, 1).SetValue(2, NaN); }}},
-      {"Add", {[](S& s) { s.GetValues()->Add(0, NaN); }}},
-      {"DegreeOfMembership", {[](S& s) { s.DegreeOfMembership(NaN); }}},
-      {"CreateTriangleFunctionValues", {[](S& s) { s.CreateTriangleFunctionValues(0, NaN, 1); }}},
-      {"CreateCurveValues", {[](S& s) { s.CreateCurveValues(5, NaN, 1, 0, true); },
-          [](S& s) { s.CreateCurveValues(5, 0, NaN, 0, true); },
-          [](S& s) { s.CreateCurveValues(5, 0, 1, NaN, true); }}},
-      {"CreatePIFunctionValues", {[](S& s) { s.CreatePIFunctionValues(5, 0, 1, NaN); }}},
-      {"CreateCurveValues", {[](S& s) { s.CreatePIFunctionValues(5, NaN, 1); }}},
-      {"CreateBetaCurveFunctionValues", {[](S& s) { s.CreateBetaCurveFunctionValues(5, 1, 0, 1, NaN); },
-          [](S& s) { s.CreateBetaCurveFunctionValues(5, 1, 0, 0, 0); }}},
-      {"CreateCrispValue", {[](S& s) { s.CreateCrispValue(NaN); }}},
-      {"AlphaCutoff", {[](S& s) { s.AlphaCutoff(NaN, true); }}}, {"Cutoff", {[](S& s) { s.Cutoff(NaN, true); }}},
-      {"Hedge", {[](S& s) { s.Hedge(bfhAdd, NaN, true); }, [](S& s) { s.Hedge(bfhMultiply, Inf, false); },
-          [](S& s) { s.Correlate(NaN, fcmMinimum); }}},
+  const std::pair<const char*, std::vector<TAction<C>>> noNumbers[] = {
+      {"SetX", {[](C& s) { Point(s, 1).SetX(NaN); }, [](C& s) { Point(s, 1).SetValue(NaN, 1); },
+          [](C& s) { s.GetValues()->Add(NaN, 0); }}},
+      {"SetY", {[](C& s) { Point(s, 1).SetY(NaN); }}},
+      {"SetValue", {[](C& s) { Point(s, 1).SetValue(2, NaN); }}},
+      {"Add", {[](C& s) { s.GetValues()->Add(0, NaN); }}},
+      {"DegreeOfMembership", {[](C& s) { s.DegreeOfMembership(NaN); }}},
+      {"CreateTriangleFunctionValues", {[](C& s) { s.CreateTriangleFunctionValues(0, NaN, 1); }}},
+      {"CreateCurveValues", {[](C& s) { s.CreateCurveValues(5, NaN, 1, 0, true); },
+          [](C& s) { s.CreateCurveValues(5, 0, NaN, 0, true); },
+          [](C& s) { s.CreateCurveValues(5, 0, 1, NaN, true); }}},
+      {"CreatePIFunctionValues", {[](C& s) { s.CreatePIFunctionValues(5, 0, 1, NaN); }}},
+      {"CreateCurveValues", {[](C& s) { s.CreatePIFunctionValues(5, NaN, 1); }}},
+      {"CreateBetaCurveFunctionValues", {[](C& s) { s.CreateBetaCurveFunctionValues(5, 1, 0, 1, NaN); },
+          [](C& s) { s.CreateBetaCurveFunctionValues(5, 1, 0, 0, 0); }}},
+      {"CreateCrispValue", {[](C& s) { s.CreateCrispValue(NaN); }}},
+      {"AlphaCutoff", {[](C& s) { s.AlphaCutoff(NaN, true); }}}, {"Cutoff", {[](C& s) { s.Cutoff(NaN, true); }}},
+      {"Hedge", {[](C& s) { s.Hedge(bfhAdd, NaN, true); }, [](C& s) { s.Hedge(bfhMultiply, Inf, false); },
+          [](C& s) { s.Correlate(NaN, fcmMinimum); }}},
   };
-  const std::pair<const char*, std::vector<TAction>> infinite[] = {
-      {"SetY", {[](S& s) { Point(s, 1).SetY(Inf); }}},
-      {"SetValue", {[](S& s) { Point(s, 1).SetValue(2, Inf); }}},
-      {"Add", {[](S& s) { s.GetValues()->Add(0, Inf); }}},
-      {"CreateCurveValues", {[](S& s) { s.CreateCurveValues(5, 0, Inf, 0, true); },
-          [](S& s) { s.CreateCurveValues(5, -1e308, 1e308, 0, true); }}},
-      {"CreateBetaCurveFunctionValues", {[](S& s) { s.CreateBetaCurveFunctionValues(5, 1e308, 0, 1); },
-          [](S& s) { s.CreateBetaCurveFunctionValues(3, 1, 0, 1, -1); }}},
-      {"/", {[](S& s) { s.Hedge(bfhDivide, 0, true); }}},
-      {"Hedge", {[](S& s) { s.Hedge(bfhAdd, Inf, true); }, [](S& s) { s.Hedge(bfhCutLess, Inf, true); }}},
+  const std::pair<const char*, std::vector<TAction<C>>> infinite[] = {
+      {"SetY", {[](C& s) { Point(s, 1).SetY(Inf); }}},
+      {"SetValue", {[](C& s) { Point(s, 1).SetValue(2, Inf); }}},
+      {"Add", {[](C& s) { s.GetValues()->Add(0, Inf); }}},
+      {"CreateCurveValues", {[](C& s) { s.CreateCurveValues(5, 0, Inf, 0, true); },
+          [](C& s) { s.CreateCurveValues(5, -1e308, 1e308, 0, true); }}},
+      {"CreateBetaCurveFunctionValues", {[](C& s) { s.CreateBetaCurveFunctionValues(5, 1e308, 0, 1); },
+          [](C& s) { s.CreateBetaCurveFunctionValues(3, 1, 0, 1, -1); }}},
+      {"/", {[](C& s) { s.Hedge(bfhDivide, 0, true); }}},
+      {"Hedge", {[](C& s) { s.Hedge(bfhAdd, Inf, true); }, [](C& s) { s.Hedge(bfhCutLess, Inf, true); }}},
   };
   // clang-format on
   const char *notANumber = "Not a number", *notFinite = "Not a finite number";
   for (const auto& [name, actions] : noNumbers)
-    for (const TAction action : actions) check(Refusal(name, notANumber), action);
+    for (const TAction<C> action : actions) check(Refusal(name, notANumber), action);
   for (const auto& [name, actions] : infinite)
-    for (const TAction action : actions) check(Refusal(name, notFinite), action);
+    for (const TAction<C> action : actions) check(Refusal(name, notFinite), action);
   variable->SetMinimum(-1.5e308);
   variable->SetMaximum(1.5e308);
-  check(Refusal("SetSetType", notFinite), [](S& s) { s.SetSetType(fstPICurve); });
-  check(Refusal("SetX", notFinite), [](S& s) { s.Hedge(fhAbout); });
+  check(Refusal("SetSetType", notFinite), [](C& s) { s.SetSetType(fstPICurve); });
+  check(Refusal("SetX", notFinite), [](C& s) { s.Hedge(fhAbout); });
   variable->SetMinimum(3);
   variable->SetMaximum(3);
-  check(Refusal("approximation", notFinite), [](S& s) { s.Hedge(fhNear); });
+  check(Refusal("approximation", notFinite), [](C& s) { s.Hedge(fhNear); });
 
-  const auto huge = MakeSet("0,1.5e308 1,1e308");
+  const auto huge = TypeParam::MakeSet("0,1.5e308 1,1e308");
   EXPECT_EQ(MessageOf([&] { huge->Union(huge.Get(), foSum); }), Refusal("Add", notFinite));
   TFuzzySetValues list;
   Fill(list, {{-1.5e308, 0}, {1.5e308, 1}});
@@ -334,21 +343,27 @@ TEST(Refusals, LeaveEverythingAsItWas) {
   EXPECT_FALSE(list.IsUpdating());
 }
 
-TEST(Refusals, DoNotMeetAnInfinityThatIsClamped) {
-  const auto variable = MakeVariable(0, 10);
+TYPED_TEST(Refusals, DoNotMeetAnInfinityThatIsClamped) {
+  using C = typename TypeParam::TClass;
+  const auto variable = TypeParam::MakeVariable(0, 10);
   const char* points = "1,0.5 2,1 3,0";
-  const std::pair<TAction, const char*> cases[] = {
-      {[](S& s) { Point(s, 0).SetX(Inf); }, "2,1 3,0 10,0.5"},
-      {[](S& s) { Point(s, 2).SetValue(-Inf, -Inf); }, "0,0 1,0.5 2,1"},
-      {[](S& s) { Point(s, 1).SetY(-Inf); }, "1,0.5 2,0 3,0"},
-      {[](S& s) { s.GetValues()->Add(-Inf, 1); }, "0,1 1,0.5 2,1 3,0"},
-      {[](S& s) { s.CreateCrispValue(Inf); }, "10,0 10,1 10,0"},
-      {[](S& s) { s.Hedge(bfhSubtract, Inf, false); }, "0,0.5 0,1 0,0"},
-      {[](S& s) { s.Hedge(bfhCutGreater, Inf, true); }, points},
+  const std::pair<TAction<C>, const char*> cases[] = {
+      {[](C& s) { Point(s, 0).SetX(Inf); }, "2,1 3,0 10,0.5"},
+      {[](C& s) { Point(s, 2).SetValue(-Inf, -Inf); }, "0,0 1,0.5 2,1"},
+      {[](C& s) { Point(s, 1).SetY(-Inf); }, "1,0.5 2,0 3,0"},
+      {[](C& s) { s.GetValues()->Add(-Inf, 1); }, "0,1 1,0.5 2,1 3,0"},
+      {[](C& s) { s.CreateCrispValue(Inf); }, "10,0 10,1 10,0"},
+      {[](C& s) { s.Hedge(bfhSubtract, Inf, false); }, "0,0.5 0,1 0,0"},
+      {[](C& s) { s.Hedge(bfhCutGreater, Inf, true); }, points},
   };
-  for (const auto& [action, result] : cases) Check(variable->GetItems(), points, action, result);
-  EXPECT_EQ(MakeSet(points)->DegreeOfMembership(-Inf), 0.5);
-  EXPECT_EQ(Text(TOwned<S>(MakeSet(points)->Cutoff(Inf, false))), points);
+  for (const auto& [action, result] : cases) {
+    const auto set = TypeParam::AddSet(variable, points);
+    action(TypeParam::ClassOf(set));
+    EXPECT_EQ(Text(set), result);
+  }
+  EXPECT_EQ(TypeParam::MakeSet(points)->DegreeOfMembership(-Inf), 0.5);
+  EXPECT_EQ(Text(typename TypeParam::THandle(TypeParam::MakeSet(points)->Cutoff(Inf, false))),
+            points);
 }
 
 TEST(PointWalk, CursorsMoveOnAndTheWinnerIsCopied) {

@@ -6,6 +6,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -20,25 +21,28 @@
 namespace fzy::test {
 
 /// A set that writes down what its point list tells it: 'p' for a point, 'l' for the list.
-class TTellingSet final : public TFuzzySet {
+template <class Set>
+class TTelling final : public Set {
  public:
-  static TFuzzySetClass Class() {
-    static constexpr TFuzzySetDescriptor descriptor{"TTellingSet",
-                                                    []() -> TFuzzySet* { return new TTellingSet; }};
+  using TClass = decltype(Set::Class());
+  static TClass Class() {
+    static constexpr std::remove_cvref_t<decltype(*TClass())> descriptor{
+        "TTellingSet", []() -> TFuzzySet* { return new TTelling; }};
     return &descriptor;
   }
-  TFuzzySetClass GetClass() const override { return Class(); }
+  TClass GetClass() const override { return Class(); }
   void UpdateFuzzySetValue(TFuzzySetValue* value) override {
-    TFuzzySet::UpdateFuzzySetValue(value);
+    Set::UpdateFuzzySetValue(value);
     Told += 'p';
   }
   void UpdateFuzzySetValues() override {
-    TFuzzySet::UpdateFuzzySetValues();
+    Set::UpdateFuzzySetValues();
     Told += 'l';
   }
 
   std::string Told;
 };
+using TTellingSet = TTelling<TFuzzySet>;
 
 inline TOwned<TFuzzyVariable> MakeVariable(double minimum, double maximum) {
   TOwned<TFuzzyVariable> variable(TFuzzyVariable::Create());
@@ -80,7 +84,8 @@ inline TPoints PointsOf(const TFuzzySet& set) {
 }
 
 /// Gives a list these points, added inside one block.
-inline void Fill(TFuzzySetValues& list, const TPoints& points) {
+template <class List>
+void Fill(List& list, const TPoints& points) {
   TUpdateBlock block(list);
   list.Clear();
   for (const TFuzzyPoint& point : points) list.Add(point.X, point.Y);

@@ -124,6 +124,8 @@ struct TScene {
 /// to the component that it parses into.
 class TTestParser final : public TKelFuzzyLogicParser {
  public:
+  using TKelFuzzyLogicParser::PrettyPrint;
+
   void Parse(const TString& text, const TEncoding* encoding) override {
     const TPin self(this);
     Texts += text.Utf8() + (encoding ? " encoded;" : ";");

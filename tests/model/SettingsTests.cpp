@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
+#include "tests/engine/Models.h"
 #include "tests/model/Scene.h"
 
 // Settings, lists, automatic terms and rules.
@@ -75,19 +76,17 @@ TEST(Settings, AreClampedAndARangePushesItsOtherEnd) {
   EXPECT_TRUE(sets->Add()->GetDefined()) << "in a form designer";
 }
 
-TEST(Settings, AndRulesRefuseWhatIsWrongBeforeAnythingChanges) {
+TEST(Settings, RefuseWhatIsWrongBeforeAnythingChanges) {
   TScene s;
   s.T->SetItemIndex(0);
   s.Recorder.Take();
   const char *notANumber = "Not a number", *notFinite = "Not a finite number";
-  const std::string strength = "GetCorrelationStrength", none = "No fuzzy set given";
   const auto index = [](int i) { return "List index out of bounds (" + std::to_string(i) + ")"; };
   TFuzzyVariable* t = s.T;
   TFuzzySets* sets = t->GetItems();
   TFuzzyVariables* variables = s.Fuzzy.GetItems();
   TStrings list;
   TFuzzySet* const hot = s.Hot;
-  TFuzzySet* const missing = nullptr;
   // clang-format off
   const std::pair<std::string, std::function<void()>> faults[] = {
       {Refusal("SetMinimum", notANumber), [&] { t->SetMinimum(NaN); }},
@@ -106,13 +105,6 @@ TEST(Settings, AndRulesRefuseWhatIsWrongBeforeAnythingChanges) {
       {"Invalid fuzzy set name, \"very\" is a reserved word", [&] { hot->SetName("very"); }},
       {"Cannot assign a TStrings to a TFuzzyVariable", [&] { t->Assign(&list); }},
       {"Cannot assign a TFuzzyVariable to a TFuzzySet", [&] { hot->Assign(t); }},
-      {Refusal(strength, "2 premises but 1 matchings"), [&] { t->AssertRule({hot, s.Cold}, {hot}, hot, nullptr); }},
-      {Refusal(strength, none), [&] { t->AssertRule({hot, missing}, {hot, hot}, hot, nullptr); }},
-      {Refusal(strength, none), [&] { t->AssertRule({hot}, {missing}, hot, nullptr); }},
-      {Refusal(strength, none), [&] { t->AssertRule(hot, hot, missing, nullptr); }},
-      {Refusal("AssertRule", none), [&] { t->AssertRule(missing, hot, hot, nullptr); }},
-      {Refusal("AssertRule", none), [&] { t->AssertRule(1, nullptr, hot); }},
-      {Refusal("AssertRule", notANumber), [&] { t->AssertRule(NaN, hot, hot); }},
   };
   // clang-format on
   for (const auto& [message, fault] : faults) EXPECT_EQ(MessageOf(fault), message);
@@ -235,45 +227,72 @@ TEST(Rule, TakesMethodsFromTheEvidencesOwnComponents) {
   EXPECT_EQ(result->GetVariable(), foreign->GetVariable());
 }
 
-TEST(Rule, FiresFromTheThresholdOnAndLeavesOneNewSet) {
-  TRuleScene s;
-  const std::string before = TextOf(s.T);
-  s.T->SetThreshold(0.5);
-  EXPECT_EQ(s.T->AssertRule(std::nextafter(0.5, 0), s.Hot, s.SoFar), nullptr);
-  EXPECT_EQ(TextOf(s.T), before);
-  TFuzzySet* first = s.T->AssertRule(0.5, s.Hot, nullptr);
-  TFuzzySet* second = s.T->AssertRule(0.5, s.Hot, s.SoFar);
-  EXPECT_EQ(TextOf(s.T), before + first->ToString().Utf8() + second->ToString().Utf8());
-  EXPECT_EQ(first->GetName(), "hot > 0.5000");
-  EXPECT_EQ(second->GetName(), "[so far] or [hot > 0.5000]");
-  first->Free();
-  second->Free();
-  EXPECT_EQ(TextOf(s.T), before) << "the caller frees the result, which leaves the list";
+/// The same sets in a variable without a component, for both models.
+template <class Model>
+struct TRules {
+  decltype(Model::MakeVariable(0, 10)) T = Model::MakeVariable(0, 10);
+  using TSet = decltype(Model::AddSet(T, ""));
+  TSet Cold = Model::AddSet(T, "0,1 5,0", "cold"), Hot = Model::AddSet(T, "5,0 10,1", "hot");
+  TSet SoFar = Model::AddSet(T, "2,0 4,0.7 8,0", "so far");
+};
+MODEL_TEST_SUITE(Rule);
 
-  const TOwned<TFuzzySet> free(TFuzzySet::Create());
-  free->GetValues()->Add(0, 1);
-  const TOwned<TFuzzySet> copy(s.T->AssertRule(0.5, free.Get(), nullptr));
-  EXPECT_EQ(copy->GetCollection(), nullptr) << "as the conclusion, the copy is in no list";
-  const TOwned<TFuzzyVariable> alone(TFuzzyVariable::Create());
-  EXPECT_NE(TOwned<TFuzzySet>(alone->AssertRule(0, free.Get(), nullptr)).Get(), nullptr)
-      << "without a component every rule fires";
+TYPED_TEST(Rule, FiresFromTheThresholdOnAndLeavesOneNewSet) {
+  TRules<TypeParam> s;
+  const auto evidence = [&s] { return s.Hot->ToString() + s.SoFar->ToString(); };
+  const TString before = evidence();
+  const int sets = TypeParam::CountOf(s.T);
+  s.T->SetThreshold(0.5);
+  EXPECT_FALSE(s.T->AssertRule(std::nextafter(0.5, 0), s.Hot, s.SoFar));
+  {
+    const typename TypeParam::THandle first(s.T->AssertRule(0.5, s.Hot, nullptr));
+    const typename TypeParam::THandle second(s.T->AssertRule(0.5, s.Hot, s.SoFar));
+    EXPECT_EQ(TypeParam::CountOf(s.T), TypeParam::Counted ? sets : sets + 2);
+    EXPECT_EQ(first->GetName(), "hot > 0.5000");
+    EXPECT_EQ(second->GetName(), "[so far] or [hot > 0.5000]");
+    EXPECT_TRUE(first->GetVariable() == s.T.Get() && second->GetVariable() == s.T.Get());
+    EXPECT_EQ(evidence(), before);
+  }
+  EXPECT_EQ(TypeParam::CountOf(s.T), sets) << "the caller frees the result";
+
+  const auto free = TypeParam::MakeSet("0,1");
+  const typename TypeParam::THandle copy(s.T->AssertRule(0.5, free.Get(), nullptr));
+  EXPECT_EQ(copy->GetVariable(), nullptr) << "as the conclusion, the copy is of no variable";
+  s.T->SetThreshold(0);
+  EXPECT_TRUE(typename TypeParam::THandle(s.T->AssertRule(0, free.Get(), nullptr)));
 }
 
 // "cold" meets "so far" at X = 34/11, where both are 21/55 high; a set meets itself at its height.
 // A conjunction is as strong as its weakest part.
-TEST(Rule, OfEveryFormIsTheOneOfItsStrength) {
-  TRuleScene s;
-  TFuzzySet* premises[] = {s.Hot, s.Cold, s.Hot};
-  TFuzzySet* matchings[] = {s.Hot, s.SoFar, s.Hot, nullptr};
+TYPED_TEST(Rule, OfEveryFormIsTheOneOfItsStrength) {
+  TRules<TypeParam> s;
+  using TSet = typename TRules<TypeParam>::TSet;
+  const TSet premises[] = {s.Hot, s.Cold, s.Hot}, matchings[] = {s.Hot, s.SoFar, s.Hot, nullptr};
   EXPECT_NEAR(s.T->GetCorrelationStrength(premises, matchings), 21.0 / 55, 1e-12);
   EXPECT_EQ(s.T->GetCorrelationStrength({}, matchings), 1);
-  const auto expect = [&s](TFuzzySet* actual, TFzyFloat strength) {
+  const auto expect = [&s](const TSet& actual, TFzyFloat strength) {
     EXPECT_EQ(actual->ToString(), s.T->AssertRule(strength, s.Hot, s.SoFar)->ToString());
   };
   expect(s.T->AssertRule(s.Cold, s.Hot, s.SoFar, s.SoFar), 21.0 / 55);
   expect(s.T->AssertRule(premises, matchings, s.Hot, s.SoFar), 21.0 / 55);
   expect(s.T->AssertRule({s.Hot, s.Cold}, {s.Hot, s.SoFar}, s.Hot, s.SoFar), 21.0 / 55);
   expect(s.T->AssertRule({}, {}, s.Hot, s.SoFar), 1);
+  const int sets = TypeParam::CountOf(s.T);
+  const TSet none = nullptr, hot = s.Hot;
+  const std::string strength = "GetCorrelationStrength", missing = "No fuzzy set given";
+  const std::pair<std::string, std::function<void()>> faults[] = {
+      // clang-format off
+      {Refusal(strength, "2 premises but 1 matchings"), [&] { s.T->AssertRule({hot, s.Cold}, {hot}, hot, nullptr); }},
+      {Refusal(strength, missing), [&] { s.T->AssertRule({hot, none}, {hot, hot}, hot, nullptr); }},
+      {Refusal(strength, missing), [&] { s.T->AssertRule({hot}, {none}, hot, nullptr); }},
+      {Refusal(strength, missing), [&] { s.T->AssertRule(hot, hot, none, nullptr); }},
+      {Refusal("AssertRule", missing), [&] { s.T->AssertRule(none, hot, hot, nullptr); }},
+      {Refusal("AssertRule", missing), [&] { s.T->AssertRule(1, nullptr, hot); }},
+      {Refusal("AssertRule", "Not a number"), [&] { s.T->AssertRule(NaN, hot, hot); }},
+      // clang-format on
+  };
+  for (const auto& [message, fault] : faults) EXPECT_EQ(MessageOf(fault), message);
+  EXPECT_EQ(TypeParam::CountOf(s.T), sets);
 }
 
 }  // namespace
