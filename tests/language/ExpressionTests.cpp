@@ -12,23 +12,34 @@ using test::CheckCases;
 using test::Dump;
 using test::Failure;
 using test::ParseFailure;
+using test::Sets;
+using test::TCountedScene;
 using test::TScene;
+using test::Variables;
+
+template <class Scene>
+class Expression : public testing::Test {};
+TYPED_TEST_SUITE(Expression, test::TBothModels);
 
 constexpr const char* Step = "EvalFuzzyExpression";
 
 /// A variable with two terms that cross, and names that texts may refer to.
-struct TTerms : TScene {
-  TTerms() {
+template <class Scene>
+struct TTermsOf : Scene {
+  using Scene::Fuzzy;
+  using Scene::Parser;
+
+  TTermsOf() {
     Parser.Parse(
         "(deffuzzy t (range 0 10) (values (term cold ((0 1) (10 0))) "
         "(term hot ((0 0) (10 1)))))",
         nullptr);
-    Variable = Fuzzy.GetItems()->GetItem(0);
+    Variable = Variables(Fuzzy)[0];
     Fuzzy.GetVariables()->SetText(
         "rise=hot\nhalf=?RISE * 0.5\nten=20\nloop=not ?b\nb=?c or hot\nc=[?LOOP]\nbad=?rise "
         "and\nnot=hot");
-    Parser.SetOnEvalExpression([this](TObject*, TFuzzyVariable*, const TString& text, TFuzzySet*&) {
-      Log += '[' + text.Utf8() + ']';
+    Scene::OnEval(Parser, [this](auto&&... told) {
+      Log += '[' + std::get<sizeof...(told) - 2>(std::tie(told...)).Utf8() + ']';
     });
     Terms = Dump(Variable);
   }
@@ -40,14 +51,16 @@ struct TTerms : TScene {
 
   /// What an evaluation tells, the sets that it adds, and what it results in; then forgets them.
   std::string Run(const std::string& text) {
-    TFuzzySets& sets = *Variable->GetItems();
-    const int count = sets.GetCount();
+    const std::size_t count = Sets(Variable).size();
     Log.clear();
-    const TFuzzySet* result = Parser.EvalFuzzyExpression(Variable, text);
+    const typename Scene::TSet result = Parser.EvalFuzzyExpression(Variable, text);
     std::string all = Log;
-    for (int i = count; i < sets.GetCount(); ++i) {
+    const auto sets = Sets(Variable);
+    for (std::size_t i = count; i < sets.size(); ++i) {
       EXPECT_FALSE(sets[i]->GetDefined());
-      all += (i > count ? ", " : " ") + sets[i]->GetName().Utf8();
+      if (!Scene::Counted)
+        all += (i > count ? ", " : " {") + sets[i]->GetName().Utf8() +
+               (sets[i] == sets.back() ? "}" : "");
     }
     all += " -> " + Dump(result);
     Forget();
@@ -57,22 +70,24 @@ struct TTerms : TScene {
 
   /// Frees what evaluations left.
   void Forget() const {
-    while (Variable->GetItems()->GetCount() > 2) Variable->GetItems()->Delete(2);
+    const auto sets = Sets(Variable);
+    for (std::size_t i = 2; i < sets.size(); ++i) Scene::Drop(sets[i]);
   }
 
-  TFuzzyVariable* Variable = nullptr;
+  typename Scene::TVariable Variable{};
   std::string Log;
   std::string Terms;
 };
+using TTerms = TTermsOf<TScene>;
 
-TEST(Expression, EvaluatesOperandsAndOperators) {
-  TTerms terms;
-  CheckCases("expressions", [&](const std::string& text) { return terms.Run(text); });
+TYPED_TEST(Expression, EvaluatesOperandsAndOperators) {
+  TTermsOf<TypeParam> terms;
+  CheckCases<TypeParam>("expressions", [&](const std::string& text) { return terms.Run(text); });
 }
 
-TEST(Expression, ReportsWhatItCannotEvaluate) {
-  TTerms terms;
-  CheckCases("expression_faults", [&](const std::string& text) {
+TYPED_TEST(Expression, ReportsWhatItCannotEvaluate) {
+  TTermsOf<TypeParam> terms;
+  CheckCases<TypeParam>("expression_faults", [&](const std::string& text) {
     const std::string failure =
         Failure([&] { terms.Parser.EvalFuzzyExpression(terms.Variable, text); });
     EXPECT_EQ(terms.Parser.GetStream(), nullptr);
@@ -80,9 +95,10 @@ TEST(Expression, ReportsWhatItCannotEvaluate) {
     EXPECT_EQ(Dump(terms.Variable), terms.Terms) << text;
     return failure;
   });
-  TFuzzySet* set = nullptr;
+  const typename TypeParam::TVariable none{};
+  typename TypeParam::TSet set{};
   for (const char* text : {"hot", "", "5", "?rise"}) {
-    EXPECT_EQ(Failure([&] { terms.Parser.EvalFuzzyExpression(nullptr, text, set); }),
+    EXPECT_EQ(Failure([&] { terms.Parser.EvalFuzzyExpression(none, text, set); }),
               ParseFailure("fuzzy variable is not defined", Step, 1, " "));
   }
   EXPECT_EQ(Failure([&] { terms.Points("hot and-sum cold"); }),
@@ -92,13 +108,13 @@ TEST(Expression, ReportsWhatItCannotEvaluate) {
             ParseFailure("Fuzzy Logic component must be specified to parse", Step, 1, " "));
 }
 
-TEST(Expression, GivesNumbersByTheMethodOfTheComponent) {
-  TTerms terms;
+TYPED_TEST(Expression, GivesNumbersByTheMethodOfTheComponent) {
+  TTermsOf<TypeParam> terms;
   const auto check = [&](const std::function<TFzyFloat(TFuzzySet*)>& expected) {
-    TFuzzySet* set = nullptr;
+    typename TypeParam::TSet set{};
     const TFzyFloat number =
         terms.Parser.EvalFuzzyExpression(terms.Variable, "((0 0) (2 1) (4 0.5))", set);
-    EXPECT_EQ(number, expected(set));
+    EXPECT_EQ(number, expected(&test::Engine(set)));
   };
   check(&TFuzzySet::CenterOfGravity);
   terms.Fuzzy.SetDefuzzificationMethod(dmMeanOfMaxima);
@@ -149,41 +165,49 @@ TEST(Expression, EqualsTheCallsThatItStandsFor) {
   SCOPED_TRACE(random.Trace());
   for (int round = 0; round < 300; ++round) {
     TTerms terms;
+    TTermsOf<TCountedScene> counted;
     const TTree tree = RandomTree(random, terms.Variable, 5);
-    for (const std::string& text : {tree.Full, tree.Sparse}) {
-      const TFuzzySet* result = terms.Parser.EvalFuzzyExpression(terms.Variable, text);
-      EXPECT_TRUE(
-          std::ranges::equal(result->GetValues()->Points(), tree.Set->GetValues()->Points()))
+    const auto check = [&](auto& model, const std::string& text) {
+      const auto result = model.Parser.EvalFuzzyExpression(model.Variable, text);
+      EXPECT_TRUE(std::ranges::equal(test::Engine(result).GetValues()->Points(),
+                                     tree.Set->GetValues()->Points()))
           << text;
+      model.Forget();
+      EXPECT_EQ(Dump(model.Variable), model.Terms) << text;
+    };
+    for (const std::string& text : {tree.Full, tree.Sparse}) {
+      check(terms, text);
+      check(counted, text);
     }
-    terms.Forget();
-    EXPECT_EQ(Dump(terms.Variable), terms.Terms) << tree.Sparse;
   }
 }
 
-TEST(Expression, MakesTermsOfItsOwn) {
-  TScene scene;
+TYPED_TEST(Expression, MakesTermsOfItsOwn) {
+  TypeParam scene;
+  const auto kept = [](const std::string& text) { return TypeParam::Counted ? '=' + text : ""; };
   scene.Parser.Parse(
       "(deffuzzy t (range 0 10) (values (term hot ((0 0) (10 1))) (term hot2 hot) "
       "(term none ) (term none2 ) (term five 5) (term not-hot not hot) (term far "
       "?v)))",
       nullptr);
-  EXPECT_EQ(
-      Dump(scene.Fuzzy),
-      "t 0..10 {hot *=hot (0 0)(10 1); hot2 *=hot2 (0 0)(10 1); none *=none ; none2 *=none2 ; "
-      "five tri *=five (5 0)(5 1)(5 0); not-hot *=not-hot (0 1)(10 0); far *=far }");
+  EXPECT_EQ(Dump(scene.Fuzzy),
+            "t 0..10 {hot * (0 0)(10 1); hot2 * (0 0)(10 1); none * ; none2 * ; "
+            "five tri * (5 0)(5 1)(5 0); not-hot *" +
+                kept("[not hot]") + " (0 1)(10 0); far * }");
   // A set that an evaluation left under the name of a term does not stand in for it.
   scene.Fuzzy.GetVariables()->Add("w=not hot");
   scene.Parser.Parse(
       "(deffuzzy u (range 0 10) (values (term hot ((0 0) (10 1))) (term a ?w or hot) "
       "(term w ((0 0.5))) (term b not w) (term c not w)))",
       nullptr);
-  EXPECT_TRUE(Dump(scene.Fuzzy).ends_with("w *=w (0 0.5); b *=b (0 0.5); c *=c (0 0.5)}"))
+  EXPECT_TRUE(Dump(scene.Fuzzy)
+                  .ends_with("w * (0 0.5); b *" + kept("[not w]") + " (0 0.5); c *" +
+                             kept("[not w]") + " (0 0.5)}"))
       << Dump(scene.Fuzzy);
 }
 
-TEST(Expression, TakesTokensAndItems) {
-  TTerms terms;
+TYPED_TEST(Expression, TakesTokensAndItems) {
+  TTermsOf<TypeParam> terms;
   TKelFuzzyLogicParser& parser = terms.Parser;
   const auto token = [](TFuzzyStreamTokenType kind, const TString& text) {
     const Ref<TFuzzyStreamToken> made = TFuzzyStreamToken::Create();
@@ -192,16 +216,19 @@ TEST(Expression, TakesTokensAndItems) {
     return made;
   };
   const Ref<TFuzzyStreamToken> held = TFuzzyStreamToken::Create();
-  held->SetFuzzySet(terms.Variable->GetItems()->GetItem(1));
+  const auto hot = Sets(terms.Variable)[1];
+  if constexpr (TypeParam::Counted)
+    held->SetFuzzySetIntf(hot);
+  else
+    held->SetFuzzySet(hot);
   const Ref<TFuzzyStreamTokenList> list = TFuzzyStreamTokenList::Create();
   for (const Ref<TFuzzyStreamToken>& item :
        {held, token(fstAtom, "or"), token(fstAtom, "not"), token(fstString, "cold")})
     list->Add(item);
   EXPECT_EQ(Dump(parser.EvalFuzzyExpression(terms.Variable, list)),
-            "hot or [not cold] =hot or [not cold] (0 0)(10 1)");
+            "hot or [not cold]  (0 0)(10 1)");
   EXPECT_EQ(list->ToString(), "hot cold not or") << "the caller's list is in postfix order";
-  EXPECT_EQ(parser.EvalFuzzyExpression(terms.Variable, Ref<IFuzzyStreamToken>(held)),
-            held->GetFuzzySet());
+  EXPECT_EQ(parser.EvalFuzzyExpression(terms.Variable, Ref<IFuzzyStreamToken>(held)), hot);
   held->SetObjValue(&parser);
   EXPECT_EQ(
       Failure([&] { parser.EvalFuzzyExpression(terms.Variable, Ref<IFuzzyStreamToken>(held)); }),
@@ -234,37 +261,38 @@ TEST(Expression, TakesTokensAndItems) {
   EXPECT_THROW(parser.FillExpression(outer, list), EConvertError);
 }
 
-TEST(Expression, OutlivesItsHandlers) {
+TYPED_TEST(Expression, OutlivesItsHandlers) {
+  using TModel = TTermsOf<TypeParam>;
+  using TSet = typename TypeParam::TSet;
   const char* texts[] = {"very hot and ?half or 5", "not ?rise ^ 2",
                          "(tri 1 2 3) or slightly cold"};
   for (const char* text : texts) {
     for (int doomed = 0, added = 1; doomed < added; ++doomed) {
-      TTerms terms;
+      TModel terms;
       added = 0;
-      terms.Fuzzy.SetOnFuzzySetAdded([&](TObject*, TFuzzySet* set) {
-        if (added++ == doomed) set->Free();
+      terms.Fuzzy.SetOnFuzzySetAdded([&](const auto&, const auto& set) {
+        if (added++ == doomed) TModel::Drop(set);
       });
       terms.Parser.EvalFuzzyExpression(terms.Variable, text);
       terms.Forget();
       EXPECT_EQ(Dump(terms.Variable), terms.Terms) << text << " without set " << doomed;
     }
   }
-  TTerms terms;
-  TFuzzySet* hot = terms.Variable->GetItems()->GetItem(1);
-  const std::function<void(TFuzzySet*&)> deeds[] = {
-      [&](TFuzzySet*& result) { result = hot; },  // a term: a copy is taken
-      [&](TFuzzySet*& result) { result->Free(); }, [&](TFuzzySet*& result) { result = nullptr; },
-      [&](TFuzzySet*& result) { result = terms.Parser.EvalFuzzyExpression(terms.Variable, "hot"); },
-      [&](TFuzzySet*&) { throw EFzyException("no"); }};
-  const char* results[] = {"copy", "none", "none", "copy", "no"};
+  TModel terms;
+  const TSet hot = Sets(terms.Variable)[1];
+  const std::function<void(TSet&)> deeds[] = {
+      [&](TSet& result) { result = hot; },  // a term: a copy is taken
+      [&](TSet& result) { TModel::Drop(result); }, [&](TSet& result) { result = nullptr; },
+      [&](TSet& result) { result = terms.Parser.EvalFuzzyExpression(terms.Variable, "hot"); },
+      [&](TSet&) { throw EFzyException("no"); }};
+  const char* results[] = {"copy", TypeParam::Counted ? "copy" : "none", "none", "copy", "no"};
   for (std::size_t i = 0; i < std::size(deeds); ++i) {
-    terms.Parser.SetOnEvalExpression(
-        [&](TObject*, TFuzzyVariable*, const TString&, TFuzzySet*& set) {
-          terms.Parser.SetOnEvalExpression(nullptr);
-          deeds[i](set);
-        });
+    TModel::OnEval(terms.Parser, [&](auto&&... told) {
+      TModel::OnEval(terms.Parser, nullptr);
+      deeds[i](std::get<sizeof...(told) - 1>(std::tie(told...)));
+    });
     std::string result = Failure([&] {
-      const TFuzzySet* set = terms.Parser.EvalFuzzyExpression(terms.Variable, "not cold");
+      const TSet set = terms.Parser.EvalFuzzyExpression(terms.Variable, "not cold");
       throw EFzyException(!set ? "none" : set == hot ? "the term" : "copy");
     });
     EXPECT_EQ(result, results[i]);

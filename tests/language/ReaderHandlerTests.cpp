@@ -14,26 +14,35 @@ using test::Dump;
 using test::Failure;
 using test::TScene;
 
+template <class Scene>
+class ReaderHandlers : public testing::Test {};
+TYPED_TEST_SUITE(ReaderHandlers, test::TBothModels);
+
 constexpr const char* Text =
     "(deffuzzy a (range 0 9) (values (term x (tri 1 2 3)) (term y ((4 1)))))(deffuzzy b (values "
     "(term z (s 0 1))))";
 
-using TTell = std::function<void(TFuzzyVariable*, TFuzzySet*)>;
+template <class Scene>
+using TTell = std::function<void(const typename Scene::TVariable&, const typename Scene::TSet&)>;
 
 constexpr std::size_t Events = 12;
 
 /// The parser's events, and the component's own while the reader builds.
-void Attach(std::size_t event, TFuzzyLogic& fuzzy, TKelFuzzyLogicParser& parser, TTell tell) {
+template <class Scene>
+void Attach(std::size_t event, typename Scene::TLogic& fuzzy, TKelFuzzyLogicParser& parser,
+            TTell<Scene> tell) {
   const auto plain = [tell](TObject*) { tell(nullptr, nullptr); };
-  const auto onVariable = [tell](TObject*, TFuzzyVariable* variable) { tell(variable, nullptr); };
-  const auto onSet = [tell](TObject*, TFuzzySet* set) { tell(set->GetVariable(), set); };
-  const auto onCall = [tell](TObject*, const TString&, const auto&, TFuzzySet*& set, bool&) {
+  const auto onVariable = [tell](const auto&... told) {
+    tell(std::get<sizeof...(told) - 1>(std::tie(told...)), nullptr);
+  };
+  const auto onSet = [tell](const auto&, const auto& set) { tell(set->GetVariable(), set); };
+  const auto onCall = [tell](TObject*, const TString&, const auto&, auto& set, bool&) {
     tell(set->GetVariable(), set);
   };
   if (event == 0) parser.SetOnParsing(plain);
-  if (event == 1) parser.SetOnCalcFuzzyFunction(onCall);
-  if (event == 2) parser.SetOnParseFuzzySet(onSet);
-  if (event == 3) parser.SetOnParseFuzzyVariable(onVariable);
+  if (event == 1) Scene::OnCall(parser, onCall);
+  if (event == 2) Scene::OnSet(parser, onSet);
+  if (event == 3) Scene::OnVariable(parser, onVariable);
   if (event == 4) parser.SetOnParsed(plain);
   if (event == 5) fuzzy.SetOnChange(plain);
   if (event == 6) fuzzy.SetOnVariableAdded(onVariable);
@@ -45,49 +54,53 @@ void Attach(std::size_t event, TFuzzyLogic& fuzzy, TKelFuzzyLogicParser& parser,
 }
 
 /// What a handler sees of the moment; the deeds below work on it.
+template <class Scene>
 struct TMoment {
-  TFuzzyLogic*& Fuzzy;
+  typename Scene::TLogic*& Fuzzy;
   TKelFuzzyLogicParser*& Parser;
-  TFuzzyVariable* Variable;
-  TFuzzySet* Set;
-  std::vector<TOwned<TFuzzyVariable>>& Taken;  // out of the component: nobody else frees them
+  typename Scene::TVariable Variable;
+  typename Scene::TSet Set;
+  std::vector<typename Scene::TKept>& Taken;  // out of the component: nobody else frees them
 };
 
 // clang-format off
-const std::pair<const char*, void (*)(const TMoment&)> Deeds[] = {
-    {"throws", [](const TMoment&) { throw std::runtime_error("refused"); }},
-    {"frees the set", [](const TMoment& m) { m.Set ? m.Set->Free() : void(); }},
-    {"frees the variable", [](const TMoment& m) { m.Variable ? m.Variable->Free() : void(); }},
-    {"frees the model", [](const TMoment& m) { m.Fuzzy->GetItems()->Clear(); }},
-    {"takes the variable out", [](const TMoment& m) {
-       if (m.Variable) { m.Taken.emplace_back(m.Variable); m.Variable->SetCollection(nullptr); } }},
-    {"frees the component", [](const TMoment& m) { std::exchange(m.Fuzzy, nullptr)->Free(); }},
-    {"frees the parser", [](const TMoment& m) { std::exchange(m.Parser, nullptr)->Free(); }},
-    {"unlinks the component", [](const TMoment& m) { m.Parser->SetFuzzyLogic(nullptr); }},
-    {"parses", [](const TMoment& m) { m.Parser->Parse("(deffuzzy n (units u))", nullptr); }},
-    {"parses in vain", [](const TMoment& m) { m.Parser->Parse("(deffuzzy n \"", nullptr); }},
-    {"assigns the text", [](const TMoment& m) { m.Fuzzy->SetStrings("(deffuzzy n)"); }},
-    {"reads a term", [](const TMoment& m) {
+template <class S, class M = const TMoment<S>&>
+const std::pair<const char*, void (*)(M)> Deeds[] = {
+    {"throws", [](M) { throw std::runtime_error("refused"); }},
+    {"frees the set", [](M m) { m.Set && m.Variable ? S::Drop(m.Set) : void(); }},
+    {"frees the variable", [](M m) { m.Variable ? S::Drop(*m.Fuzzy, m.Variable) : void(); }},
+    {"frees the model", [](M m) { m.Fuzzy->GetItems()->Clear(); }},
+    {"takes the variable out", [](M m) {
+       if (m.Variable) { m.Taken.emplace_back(m.Variable); S::TakeOut(*m.Fuzzy, m.Variable); } }},
+    {"frees the component", [](M m) { std::exchange(m.Fuzzy, nullptr)->Free(); }},
+    {"frees the parser", [](M m) { std::exchange(m.Parser, nullptr)->Free(); }},
+    {"unlinks the component", [](M m) { m.Parser->SetFuzzyLogic(nullptr); }},
+    {"parses", [](M m) { m.Parser->Parse("(deffuzzy n (units u))", nullptr); }},
+    {"parses in vain", [](M m) { m.Parser->Parse("(deffuzzy n \"", nullptr); }},
+    {"assigns the text", [](M m) { m.Fuzzy->SetStrings("(deffuzzy n)"); }},
+    {"reads a term", [](M m) {
        if (m.Variable) m.Parser->ParseFuzzySet(m.Variable, "(term n (z 0 1))", nullptr); }},
-    {"switches automatic terms", [](const TMoment& m) { m.Fuzzy->SetAutoTerms(!m.Fuzzy->GetAutoTerms()); }},
-    {"replaces all handlers", [](const TMoment& m) {
-       for (std::size_t i = 0; i < Events; ++i) Attach(i, *m.Fuzzy, *m.Parser, [](auto*, auto*) {}); }}};
+    {"switches automatic terms", [](M m) { m.Fuzzy->SetAutoTerms(!m.Fuzzy->GetAutoTerms()); }},
+    {"replaces all handlers", [](M m) {
+       for (std::size_t i = 0; i < Events; ++i) Attach<S>(i, *m.Fuzzy, *m.Parser, [](auto&&...) {}); }}};
 // clang-format on
 
 /// Runs one deed at the first, or at every, occurrence of one event.
-void Try(std::size_t event, void (*deed)(const TMoment&), bool autoTerms, bool once, bool single) {
-  auto* fuzzy = new TFuzzyLogic;
+template <class Scene, class Deed>
+void Try(std::size_t event, Deed deed, bool autoTerms, bool once, bool single) {
+  auto* fuzzy = new typename Scene::TLogic;
   auto* parser = new TKelFuzzyLogicParser;
   fuzzy->SetAutoTerms(autoTerms);
   fuzzy->SetNumFunctionValues(3);
   fuzzy->SetParser(parser);
   parser->SetFuzzyLogic(fuzzy);
-  TFuzzyVariable* const old = fuzzy->GetItems()->Add("old");
-  std::vector<TOwned<TFuzzyVariable>> taken;
+  Scene::Add(*fuzzy, "old");
+  std::vector<typename Scene::TKept> taken;
   bool running = false;
   int times = 0;
-  Attach(event, *fuzzy, *parser, [&, deed](TFuzzyVariable* variable, TFuzzySet* set) {
-    if (running || !fuzzy || !parser || (once && times > 0) || variable == old) return;
+  Attach<Scene>(event, *fuzzy, *parser, [&, deed](const auto& variable, const auto& set) {
+    if (running || !fuzzy || !parser || (once && times > 0)) return;
+    if (variable && variable->GetName() == "old") return;
     running = true;
     ++times;
     TFirstException first;
@@ -97,21 +110,20 @@ void Try(std::size_t event, void (*deed)(const TMoment&), bool autoTerms, bool o
   });
   const std::string failure = Failure([&] {
     if (!single) return parser->Parse(Text, nullptr);
-    if (TFuzzyVariable* read = parser->ParseFuzzyVariable(Text, nullptr)) Dump(read);
+    if (const auto read = Scene::Read(*parser, Text)) Dump(read);
   });
   EXPECT_EQ(failure.find("std::"), std::string::npos) << failure;
   EXPECT_TRUE(!parser || !parser->GetStream());
-  EXPECT_TRUE(!fuzzy || !fuzzy->GetItems()->IsUpdating());
+  EXPECT_TRUE(!fuzzy || !Scene::IsUpdating(*fuzzy));
   if (fuzzy && parser) {
-    for (std::size_t i = 0; i < Events; ++i) Attach(i, *fuzzy, *parser, [](auto*, auto*) {});
+    for (std::size_t i = 0; i < Events; ++i) Attach<Scene>(i, *fuzzy, *parser, [](auto&&...) {});
     int changes = 0;
-    fuzzy->SetOnChange([&](TObject*) { ++changes; });
+    fuzzy->SetOnVariableAdded([&](auto&&...) { ++changes; });
     parser->SetFuzzyLogic(fuzzy);
     fuzzy->SetAutoTerms(false);
     fuzzy->SetStrings(Text);
-    EXPECT_EQ(
-        Dump(*fuzzy),
-        "a 0..9 {x tri *=x (1 0)(2 1)(3 0); y *=y (4 1)} b 0..1 {z s *=z (0 0)(0.5 0.5)(1 1)}");
+    EXPECT_EQ(Dump(*fuzzy),
+              "a 0..9 {x tri * (1 0)(2 1)(3 0); y * (4 1)} b 0..1 {z s * (0 0)(0.5 0.5)(1 1)}");
     EXPECT_GT(changes, 0);
   }
   taken.clear();
@@ -119,12 +131,12 @@ void Try(std::size_t event, void (*deed)(const TMoment&), bool autoTerms, bool o
   if (fuzzy) fuzzy->Free();
 }
 
-TEST(ReaderHandlers, MayDoAnything) {
+TYPED_TEST(ReaderHandlers, MayDoAnything) {
   for (std::size_t event = 0; event < Events; ++event) {
-    for (const auto& [name, deed] : Deeds) {
-      for (int mode = 0; mode < 6 && !HasFailure(); ++mode) {
+    for (const auto& [name, deed] : Deeds<TypeParam>) {
+      for (int mode = 0; mode < 6 && !this->HasFailure(); ++mode) {
         SCOPED_TRACE(std::to_string(event) + ' ' + name + ", mode " + std::to_string(mode));
-        Try(event, deed, mode % 2, mode / 2 == 1, mode / 2 == 2);
+        Try<TypeParam>(event, deed, mode % 2, mode / 2 == 1, mode / 2 == 2);
       }
     }
   }
@@ -149,9 +161,9 @@ TEST(ReaderHandlers, AreToldInOrderOfWhatIsRead) {
     scene.Fuzzy.SetOnChange([&](TObject*) { write("changed"); });
     const std::string text = "(deffuzzy a (range 0 2) (values (term low \"d\" (tri 0 1 2))))";
     EXPECT_NE(Failure([&] { scene.Parser.Parse(text + "(deffuzzy", nullptr); }), "nothing");
-    const std::string low = "low 'd' tri =low (0 0)(1 1)(2 0)";
-    const std::string defined = "a 0..2 {low 'd' tri *=low (0 0)(1 1)(2 0)";
-    const std::string others = "; medium tri *=medium (0 0)(1 1)(2 0); high *=high (0 0)(2 1)";
+    const std::string low = "low 'd' tri  (0 0)(1 1)(2 0)";
+    const std::string defined = "a 0..2 {low 'd' tri * (0 0)(1 1)(2 0)";
+    const std::string others = "; medium tri * (0 0)(1 1)(2 0); high * (0 0)(2 1)";
     EXPECT_EQ(log, "parsing\njoin  0..1 {}\ntri(0 1 2)>  \nread " + low + '\n' +
                        (autoTerms ? "join " + defined + "}\n" : "") + "changed\nread " + defined +
                        (autoTerms ? others : "") + "}\n");
@@ -178,17 +190,17 @@ TEST(ReaderHandlers, MayAddFunctions) {
       "(tri 1 2 3)) (term n (none)) (term z (s 1 3))))",
       nullptr);
   EXPECT_EQ(Dump(scene.Fuzzy),
-            "a 0..9 {x2 *=x2 (3 1); y tri *=y (0 0.5)(1 0)(2 1)(3 0);   ; "
-            "z s *=z (1 0)(2 0.5)(3 1)}");
+            "a 0..9 {x2 * (3 1); y tri * (0 0.5)(1 0)(2 1)(3 0);   ; "
+            "z s * (1 0)(2 0.5)(3 1)}");
 }
 
 // Each event in turn parses another text; the outer parse goes on where it was.
-TEST(ReaderHandlers, MayReadOtherTexts) {
+TYPED_TEST(ReaderHandlers, MayReadOtherTexts) {
   for (std::size_t event = 1; event < 4; ++event) {
-    TScene scene;
+    TypeParam scene;
     TKelFuzzyLogicParser& parser = scene.Parser;
     bool nested = false;
-    Attach(event, scene.Fuzzy, parser, [&](auto*, auto*) {
+    Attach<TypeParam>(event, scene.Fuzzy, parser, [&](auto&&...) {
       if (std::exchange(nested, true)) return;
       const TFuzzyLogicTokenStream* outer = parser.GetStream();
       const TString echo = parser.GetParsedText();
@@ -196,7 +208,7 @@ TEST(ReaderHandlers, MayReadOtherTexts) {
       EXPECT_TRUE(parser.GetStream() == outer && parser.GetParsedText() == echo);
     });
     parser.Parse("(deffuzzy a (values (term x (tri 0 0.5 1)) (term y ((0 1)))))", nullptr);
-    EXPECT_EQ(Dump(scene.Fuzzy), "a 0..1 {x tri *=x (0 0)(0.5 1)(1 0); y *=y (0 1)} c 0..1 {}");
+    EXPECT_EQ(Dump(scene.Fuzzy), "a 0..1 {x tri * (0 0)(0.5 1)(1 0); y * (0 1)} c 0..1 {}");
   }
 }
 

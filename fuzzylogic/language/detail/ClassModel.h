@@ -31,7 +31,8 @@ struct TClassModel {
     if (set) set->SetDefined(false);
     return set;
   }
-  /// The same under a name.
+  static void Complete(TFuzzySet* /*set*/) {}
+  /// A set like that of `AddSet`, under a name.
   static TFuzzySet* AddSetNamed(TKelFuzzyLogicParser& parser, TFuzzyVariable* variable,
                                 const TString& name) {
     const THeldSet set(AddSet(parser, variable));

@@ -58,7 +58,7 @@ class TDefinitionReader {
     if (set.Get()) Model::NameSet(set.Get(), name, comment);
     if (set.Get()) Model::PlaceLast(set.Get(), variable);
     if (!IsClose(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingCloseParens);
-    if (set.Get()) Model::FireParseFuzzySet(FParser, variable, set.Get());
+    if (set.Get()) Model::FireParseFuzzySet(FParser, held.Get(), set.Get());
     return Result(held, set);
   }
 
@@ -92,6 +92,7 @@ class TDefinitionReader {
       t = FStream.NextToken();
     }
     if (!IsClose(*t)) FParser.ParseError(method, SFzyMissingCloseParens);
+    if (set.Get()) Model::Complete(set.Get());
     return Result(held, set);
   }
 
@@ -106,6 +107,7 @@ class TDefinitionReader {
     const THeldSet made(Model::AddSet(FParser, variable));
     const THeldSet set(FParser.CalcFuzzyFunction(made.Get(), name->GetText(), arguments));
     FStream.NextToken();  // taken for the call's ")" whatever it is
+    if (set.Get() && set.Get() == made.Get()) Model::Complete(set.Get());
     return Result(held, set);
   }
 

@@ -24,20 +24,23 @@ struct TInterfaceModel {
   using THeldSet = THeld<IFuzzySet>;
   using THeldVariable = THeld<IFuzzyVariable>;
 
-  /// A new set under a name of its own, that no set of the variable has. Unlike the owned model's
-  /// it counts as a term from the start.
+  /// A new set under a name of its own, that no set of the variable has, which is no term yet.
   static TSet AddSet(TKelFuzzyLogicParser& parser, const TVariable& variable) {
     TString name = parser.GetUniqueName();
     while (variable->ContainsFuzzySet(name)) name = parser.GetUniqueName();
-    return variable->Add(name);
+    const TSet set = variable->Add(name);
+    set->SetDefined(false);
+    return set;
   }
+  /// Unlike in the owned model, a set whose body was read counts as a term before it is named, so
+  /// that the table takes it under its name.
+  static void Complete(const TSet& set) { set->SetDefined(true); }
   /// A new set that is no term. It never takes the place of a term that has its name.
   static TSet AddSetNamed(TKelFuzzyLogicParser& parser, const TVariable& variable,
                           const TString& name) {
     const TSet present = variable->ContainsFuzzySet(name);
     if (present && present->GetDefined()) {
       const TSet set = AddSet(parser, variable);
-      set->SetDefined(false);
       set->SetName(name);
       return set;
     }
@@ -53,8 +56,12 @@ struct TInterfaceModel {
   static TSet CopySet(TKelFuzzyLogicParser& parser, const TVariable& variable, const TSet& source) {
     const TSet original = source;
     const TSet copy = AddSet(parser, variable);
-    copy->SetDefined(false);
     copy->Assign(original);
+    if (copy->GetVariable() != variable) {  // that of another variable brings it along
+      copy->SetVariable(variable);
+      copy->AssignValues(original);
+      copy->SetExpression(original->GetExpression());
+    }
     copy->SetName(original->GetName());
     return copy;
   }
