@@ -15,8 +15,7 @@ class TFuzzyVariableTable : public TMemberTable<IFuzzyVariable> {
   using TTable::Add;
 
   /// A table that belongs to `fuzzyLogic`, or a free one.
-  explicit TFuzzyVariableTable(TIFuzzyLogic* fuzzyLogic = nullptr) noexcept
-      : FFuzzyLogic(fuzzyLogic) {}
+  explicit TFuzzyVariableTable(TIFuzzyLogic* fuzzyLogic = nullptr) : FFuzzyLogic(fuzzyLogic) {}
   ~TFuzzyVariableTable() override;
   TString ClassName() const override { return "TFuzzyVariableTable"; }
 

@@ -46,9 +46,9 @@ class TPointAssignment : public IFuzzySet {
 /// next added, renamed or moved; changing it moves nothing. A new set is not defined.
 ///
 /// Faces: what a query for `ICloneable` gives assigns persistent objects to the set, `IFuzzySet`
-/// assigns them to its points. Query for an interface rather than convert a reference to a base.
-/// The operations of `TFuzzySet` that have another form here remain reachable through that base; a
-/// set that they return is not counted yet.
+/// assigns them to its points. Query for an `ICloneable` rather than convert a reference to that
+/// base. The operations of `TFuzzySet` that have another form here remain reachable through that
+/// base; a set that they return is counted once, for the caller.
 class TIFuzzySet : public TFuzzySet, public TPointAssignment {
  public:
   static TIFuzzySetClass Class();

@@ -22,7 +22,7 @@ class TIFuzzySets final : public TMemberTable<IFuzzySet> {
   using TTable::Remove;
 
   /// A table that belongs to `variable`, or a free one.
-  explicit TIFuzzySets(TIFuzzyVariable* variable = nullptr) noexcept : FVariable(variable) {}
+  explicit TIFuzzySets(TIFuzzyVariable* variable = nullptr) : FVariable(variable) {}
   TString ClassName() const override { return "TIFuzzySets"; }
   /// The text of the variable.
   TString ToString() const override;
