@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks everything: the structure of the sources, then all tests, once optimized and once under the sanitizers.
+# Checks everything: the structure of the sources, then all tests, once optimized and once under the sanitizers;
+# then what several threads may do, under the thread sanitizer.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
@@ -8,7 +9,7 @@ scripts/install_packages.sh
 scripts/check_layers.py --self-test
 scripts/check_layers.py
 
-for preset in release sanitize; do
+for preset in release sanitize thread; do
     echo "== $preset"
     cmake --preset "$preset"
     cmake --build --preset "$preset"

@@ -1,11 +1,8 @@
-#include <set>
-#include <thread>
-#include <vector>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "fuzzylogic/interfaces/FuzzyInterfaces.h"
-#include "fuzzylogic/interfaces/UniqueID.h"
 
 namespace fzy {
 namespace {
@@ -21,20 +18,6 @@ TEST(Interfaces, KeepTheirIdentifiers) {
   };
   // clang-format on
   for (const auto& [actual, expected] : ids) EXPECT_TRUE(actual == expected);
-}
-
-TEST(UniqueID, StartsWithOneAndNeverRepeatsInTheProcess) {
-  EXPECT_EQ(GetUniqueID(), 1);
-  std::vector<int> numbers[4];
-  std::vector<std::thread> running;
-  for (std::vector<int>& mine : numbers)
-    running.emplace_back([&mine] {
-      for (int i = 0; i < 5000; ++i) mine.push_back(GetUniqueID());
-    });
-  for (std::thread& thread : running) thread.join();
-  std::set<int> all;
-  for (const std::vector<int>& mine : numbers) all.insert(mine.begin(), mine.end());
-  EXPECT_TRUE(all.size() == 20'000U && *all.begin() == 2 && *all.rbegin() == 20'001);
 }
 
 }  // namespace
