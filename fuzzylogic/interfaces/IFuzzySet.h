@@ -85,6 +85,9 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   int GetIndex() override { return FIndex; }
   void SetIndex(int value) override { FIndex = value; }
   Ref<IFuzzyVariable> GetVariable() override { return FVariable; }
+  /// The same uncounted, for a look: a counted reference that is dropped again makes the variable
+  /// compare its counts.
+  IFuzzyVariable* PeekVariable() const noexcept { return FVariable.Get(); }
   /// Moves the set to another variable, or to none: it leaves the table of its old variable, and
   /// joins that of the new one when it is defined. Its parser becomes the new variable's.
   void SetVariable(const Ref<IFuzzyVariable>& value) override;

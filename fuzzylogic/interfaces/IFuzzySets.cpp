@@ -11,10 +11,9 @@ TString TIFuzzySets::ToString() const {
   return FVariable ? std::as_const(*FVariable).ToString() : TTable::ToString();
 }
 
-/// A set of the library's own is not asked: that would count the variable up and down.
 bool TIFuzzySets::IsOfVariable(IFuzzySet& set) const {
   const TIFuzzySet* own = detail::OwnSet(&set);
-  return (own ? own->FVariable.Get() : set.GetVariable().Get()) == FVariable;
+  return (own ? own->PeekVariable() : set.GetVariable().Get()) == FVariable;
 }
 
 void TIFuzzySets::Add(const Ref<IFuzzySet>& fuzzySet) {

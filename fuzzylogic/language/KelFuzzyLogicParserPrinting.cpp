@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "fuzzylogic/common/CommonMessages.h"
+#include "fuzzylogic/interfaces/IFuzzySet.h"
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
 #include "fuzzylogic/language/detail/DefinitionText.h"
 #include "fuzzylogic/language/detail/TermWriter.h"
@@ -119,7 +120,9 @@ TString TKelFuzzyLogicParser::PrettyPrint(const Ref<IFuzzySet>& fuzzySet, bool a
   const bool nameless = IsEmptyFuzzyName(name);
   if (!asDefinition) return nameless ? TString() : name;
   const detail::TNumberStyle number{FFullPrecision};
-  const Ref<IFuzzyVariable> variable = fuzzySet->GetVariable();
+  const auto* own = dynamic_cast<const TIFuzzySet*>(fuzzySet.Get());
+  const Ref<IFuzzyVariable> counted = own ? nullptr : fuzzySet->GetVariable();
+  IFuzzyVariable* variable = own ? own->PeekVariable() : counted.Get();
   return variable && fuzzySet->GetDefined() && variable->ContainsFuzzySet(name) == fuzzySet
              ? TermText(*variable, fuzzySet, GetFuzzyLogic(), number)
              : detail::SetText(detail::ContentOf(*fuzzySet), number);
