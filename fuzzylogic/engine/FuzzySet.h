@@ -350,7 +350,7 @@ class TFuzzySet : public TGCollectionItem {
   void StoreInflectionPoint(TFzyFloat value) noexcept { FInflectionPoint = value; }
 
   /// A new set of this one's class in this one's collection.
-  TOwned<TFuzzySet> NewInstance() const;
+  virtual TOwned<TFuzzySet> NewInstance() const;
 
   /// Expands the points to `n`, then raises each Y strictly between 0 and 1 to the power `x`.
   void Intensify(int n, TFzyFloat x);

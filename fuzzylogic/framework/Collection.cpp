@@ -48,7 +48,7 @@ TCollection::~TCollection() {
   for (TCollectionItem* item : FItems) {
     if (!item) continue;
     const TPin last(item);
-    item->FFreed = true;
+    item->FLife = TLife::Freed;
     Disown(item);
     item->CollectionChanged();
   }

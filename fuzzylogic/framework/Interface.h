@@ -85,6 +85,8 @@ class Ref {
   explicit operator bool() const noexcept { return FObject != nullptr; }
   friend bool operator==(const Ref& left, const Ref& right) noexcept = default;
   friend bool operator==(const Ref& left, std::nullptr_t) noexcept { return !left.FObject; }
+  /// Without counting the object, unlike a comparison with a reference made for it.
+  friend bool operator==(const Ref& left, const I* right) noexcept { return left.FObject == right; }
 
  private:
   I* FObject = nullptr;

@@ -19,19 +19,38 @@ void TPersistent::AssignTo(TPersistent* dest) {
 void TPersistent::DefineProperties(TFiler& /*filer*/) {}
 
 void TPersistent::Free() {
-  if (FFreed) return;
+  if (IsFreed()) return;
   const TPin self(this);
-  FFreed = true;
+  FLife = TLife::Freed;
   Leave();
 }
 
+void TPersistent::FreeUnheld() noexcept {
+  if (IsFreed()) return;
+  if (FPins > 0) {
+    FLife = TLife::Unheld;
+    return;
+  }
+  try {
+    Free();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): see the header
+  }
+}
+
 void TPersistent::Unpin() noexcept {
+  if (FPins > 1 || FLife == TLife::Alive) {
+    --FPins;
+    return;
+  }
+  if (FLife == TLife::Unheld) {
+    FLife = TLife::Alive;
+    --FPins;
+    if (IsUnheld()) FreeUnheld();
+    return;
+  }
   // The last pin of a freed object stays on: pins that come and go while the destructor runs do not
   // end the object again.
-  if (FPins == 1 && FFreed)
-    delete this;
-  else
-    --FPins;
+  delete this;
 }
 
 }  // namespace fzy

@@ -47,7 +47,7 @@ class TPersistent : public TObject {
 
   /// Whether `Free()` was called: the object has left its container and only waits for its memory
   /// to be given back.
-  bool IsFreed() const noexcept { return FFreed; }
+  bool IsFreed() const noexcept { return FLife == TLife::Freed; }
 
  protected:
   TPersistent() = default;
@@ -60,13 +60,21 @@ class TPersistent : public TObject {
   /// Called once by `Free()`, while the object is whole: leave the container and tell.
   virtual void Leave() {}
 
+  /// For counted objects whose last reference has gone: ends the object at once, or when its last
+  /// pin goes, unless somebody has picked it up again by then (`IsUnheld`). What handlers raise is
+  /// dropped: who drops a reference expects no exception.
+  void FreeUnheld() noexcept;
+  virtual bool IsUnheld() const noexcept { return true; }
+
  private:
   friend class TPin;
   friend class TCollection;
   void Unpin() noexcept;
 
+  enum class TLife : std::uint8_t { Alive, Unheld, Freed };
+
   std::uint32_t FPins = 0;
-  bool FFreed = false;
+  TLife FLife = TLife::Alive;
 };
 
 /// Keeps an object's memory while it stands: the object may be freed meanwhile (`IsFreed()`), but

@@ -5,22 +5,33 @@
 
 namespace fzy {
 
-TFuzzyVariableTable::~TFuzzyVariableTable() { UnwireAll(); }
+TFuzzyVariableTable::~TFuzzyVariableTable() {
+  try {
+    UnwireAll();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): of a foreign variable
+  }
+}
 
 void TFuzzyVariableTable::Add(const Ref<IFuzzyVariable>& fuzzyVariable) {
-  RequireMember(fuzzyVariable);
+  RequireValue(fuzzyVariable);
   const TPin self(this);
   Put(fuzzyVariable->GetName(), fuzzyVariable);
 }
 
 void TFuzzyVariableTable::Clear() {
-  UnwireAll();
-  TTable::Clear();
+  const TPin self(this);
+  TFirstException first;
+  first.Run([this] { UnwireAll(); });
+  first.Run([this] { TTable::Clear(); });
+  first.Rethrow();
 }
 
 void TFuzzyVariableTable::UnwireAll() const {
   if (!FFuzzyLogic) return;
-  for (const Ref<IFuzzyVariable>& variable : GetValues()) FFuzzyLogic->Unwire(*variable);
+  TFirstException first;
+  for (const Ref<IFuzzyVariable>& variable : GetValues())
+    first.Run([&] { FFuzzyLogic->Unwire(*variable); });
+  first.Rethrow();
 }
 
 void TFuzzyVariableTable::MemberEntered(const Ref<IFuzzyVariable>& member) {
@@ -31,8 +42,8 @@ void TFuzzyVariableTable::MemberLeft(const Ref<IFuzzyVariable>& member) {
   if (FFuzzyLogic) FFuzzyLogic->VariableDeleted(member);
 }
 
-void TFuzzyVariableTable::RequireMember(const Ref<IFuzzyVariable>& member) const {
-  if (!member) throw EFzyException(SMissingFuzzyVariable);
+void TFuzzyVariableTable::RequireValue(const Ref<IFuzzyVariable>& value) const {
+  if (!value) throw EFzyException(SMissingFuzzyVariable);
 }
 
 }  // namespace fzy

@@ -32,7 +32,7 @@ class TFuzzyVariableTable : public TMemberTable<IFuzzyVariable> {
  protected:
   void MemberEntered(const Ref<IFuzzyVariable>& member) override;
   void MemberLeft(const Ref<IFuzzyVariable>& member) override;
-  void RequireMember(const Ref<IFuzzyVariable>& member) const override;
+  void RequireValue(const Ref<IFuzzyVariable>& value) const override;
 
  private:
   friend class TIFuzzyLogic;

@@ -1,6 +1,7 @@
 #include "fuzzylogic/interfaces/IFSValues.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
@@ -48,6 +49,7 @@ int TIFSValues::Insert(int index, TFzyFloat x, TFzyFloat y) {
 
 void TIFSValues::Append(const Ref<IFuzzySet>& source, int index, int count) {
   const TPin self(this);
+  const TPin set(GetFuzzySet());
   const std::vector<TFuzzyPoint> points = PointsOf(source, "Append");
   const int size = static_cast<int>(points.size());
   const int first = std::clamp(index, 0, std::max(0, size - 1));
@@ -60,10 +62,12 @@ void TIFSValues::Append(const Ref<IFuzzySet>& source, int index, int count) {
 }
 
 void TIFSValues::Append(const Ref<IFuzzySet>& source) {
-  Append(source, 0, source ? source->GetCount() : 0);
+  Append(source, 0, std::numeric_limits<int>::max());
 }
 
 void TIFSValues::AssignValues(const Ref<IFuzzySet>& source) {
+  const TPin self(this);
+  const TPin set(GetFuzzySet());
   const std::vector<TFuzzyPoint> added = PointsOf(source, "AssignValues");
   detail::TPointWriter points(*this);
   for (const TFuzzyPoint& point : added) points.Check(point);
@@ -75,6 +79,7 @@ void TIFSValues::AssignValues(const Ref<IFuzzySet>& source) {
 }
 
 bool TIFSValues::EqualsValues(const Ref<IFuzzySet>& fuzzySet) {
+  const TPin self(this);
   const detail::TOperand other(fuzzySet, "EqualsValues");
   const TFuzzyCurve a = Points();
   const TFuzzyCurve b = other.Curve().Points;

@@ -54,8 +54,11 @@ void TIFuzzyLogic::SetItems(TFuzzyVariableTable* value) {
 
 void TIFuzzyLogic::ThresholdChanged() {
   TCustomFuzzyLogic::ThresholdChanged();
+  const TPin self(this);
+  TFirstException first;
   for (const Ref<IFuzzyVariable>& variable : GetItems()->GetValues())
-    variable->SetThreshold(GetThreshold());
+    first.Run([&] { variable->SetThreshold(GetThreshold()); });
+  first.Rethrow();
 }
 
 void TIFuzzyLogic::Loaded() {
@@ -84,7 +87,10 @@ void TIFuzzyLogic::AddAutoTerms(const Ref<IFuzzyVariable>& fuzzyVariable) {
   TFirstException first;
   const auto add = [&](const TString& name, TShape shape) {
     if (variable->ContainsFuzzySet(name)) return;
-    const Ref<IFuzzySet> set = variable->Add(name);
+    Ref<IFuzzySet> set;
+    first.Run([&] { set = variable->Add(name); });
+    if (!set) set = variable->ContainsFuzzySet(name);  // told to a handler that threw
+    if (!set) return;
     const TFzyFloat min = variable->GetMinimum();
     const TFzyFloat max = variable->GetMaximum();
     first.Run([&] { shape(*set, min, max); });
@@ -125,7 +131,7 @@ void TIFuzzyLogic::FuzzySetDeleted(const Ref<IFuzzyVariable>& sender,
 void TIFuzzyLogic::VariableAdded(const Ref<IFuzzyVariable>& fuzzyVariable) {
   const TPin self(this);
   TFirstException first;
-  fuzzyVariable->SetThreshold(GetThreshold());
+  first.Run([&] { fuzzyVariable->SetThreshold(GetThreshold()); });
   if (GetAutoTerms()) first.Run([&] { AddAutoTerms(fuzzyVariable); });
   fuzzyVariable->SetOnFuzzySetAdded(TSetHandler{FLink, &TIFuzzyLogic::FuzzySetAdded});
   fuzzyVariable->SetOnFuzzySetDeleted(TSetHandler{FLink, &TIFuzzyLogic::FuzzySetDeleted});

@@ -6,6 +6,7 @@
 #include "fuzzylogic/engine/detail/PointWriter.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
+#include "fuzzylogic/interfaces/IFuzzyVariable.h"
 #include "fuzzylogic/interfaces/detail/Operand.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
@@ -52,24 +53,56 @@ HResult TIFuzzySet::QueryInterface(const TGuid& id, void** result) {
 
 std::int32_t TIFuzzySet::Release() noexcept {
   const std::int32_t count = --FRefCount;
-  if (count != 0) return count;
-  try {
-    Free();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): who drops a reference expects no exception
-  }
+  if (count == 0) FreeUnheld();
   return count;
+}
+
+TIFuzzySet::~TIFuzzySet() {
+  if (FBorrowed) FVariable.Detach();
+}
+
+TOwned<TFuzzySet> TIFuzzySet::NewInstance() const {
+  TOwned<TFuzzySet> set = TFuzzySet::NewInstance();
+  if (!FLends && !FBorrowed) return set;
+  auto& borrower = static_cast<TIFuzzySet&>(*set);
+  borrower.FVariable = Ref<IFuzzyVariable>::Attach(FVariable.Get());
+  borrower.FBorrowed = true;
+  return set;
+}
+
+Ref<TIFuzzySet> TIFuzzySet::Made(TFuzzySet* set) noexcept {
+  auto* made = static_cast<TIFuzzySet*>(set);
+  made->FVariable.Detach();
+  made->FBorrowed = false;
+  return Ref<TIFuzzySet>::Attach(made);
+}
+
+Ref<IFuzzyVariable> TIFuzzySet::HoldForeignVariable() const {
+  IFuzzyVariable* variable = FVariable.Get();
+  if (!variable || typeid(*variable) == typeid(TIFuzzyVariable) ||
+      dynamic_cast<TIFuzzyVariable*>(variable))
+    return nullptr;
+  return FVariable;
 }
 
 // Properties
 
-/// The set is held while it is between two tables, which may be all that hold it.
 void TIFuzzySet::SetName(const TString& value) {
   if (value == TFuzzySet::GetName()) return;
   if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
+  Refile([&] { TFuzzySet::SetName(value); });
+}
+
+/// Changes the name by `rename()`. The set is held while it is between two entries, which may be
+/// all that hold it.
+template <class Rename>
+void TIFuzzySet::Refile(Rename rename) {
+  if (FBorrowed) return rename();
   const Ref<IFuzzySet> self(this);
+  const Ref<IFuzzyVariable> held = HoldForeignVariable();
   TFirstException first;
   if (FVariable) first.Run([&] { FVariable->Remove(self); });
-  first.Run([&] { TFuzzySet::SetName(value); });
+  first.Run(rename);
   if (FVariable) first.Run([&] { FVariable->Add(self); });
   first.Rethrow();
 }
@@ -78,14 +111,17 @@ void TIFuzzySet::SetVariable(const Ref<IFuzzyVariable>& value) {
   if (value == FVariable) return;
   const Ref<IFuzzySet> self(this);
   Ref<IFuzzyVariable> next(value);
+  const Ref<IFuzzyVariable> held = HoldForeignVariable();
   TFirstException first;
   if (FVariable) {
     first.Run([&] {
-      if (FVariable->ContainsFuzzySet(TFuzzySet::GetName()) == self) FVariable->Remove(self);
+      if (FEntries > 0 || FVariable->ContainsFuzzySet(TFuzzySet::GetName()) == self)
+        FVariable->Remove(self);
     });
   }
   std::swap(FVariable, next);
   next = nullptr;  // which may be the end of the old variable
+  const Ref<IFuzzyVariable> heldNext = HoldForeignVariable();
   if (FVariable && TFuzzySet::GetDefined()) first.Run([&] { FVariable->Add(self); });
   if (FVariable) FParser = FVariable->GetParser();
   first.Rethrow();
@@ -105,6 +141,7 @@ TFzyFloat TIFuzzySet::GetXMinimum() {
 
 TFzyFloat TIFuzzySet::GetXRange(int index) const {
   if (!FVariable || (index != 0 && index != 1)) return TFuzzySet::GetXRange(index);
+  const Ref<IFuzzyVariable> held = HoldForeignVariable();
   return index == 0 ? FVariable->GetMaximum() : FVariable->GetMinimum();
 }
 
@@ -155,19 +192,22 @@ void TIFuzzySet::ChangePoints(Change change) {
   const TPin self(this);
   TFirstException first;
   first.Run(change);
-  if (FVariable) first.Run([this] { FVariable->FuzzySetChanged(TBorrowed<IFuzzySet>(this)); });
+  if (FVariable && !FBorrowed) {
+    const Ref<IFuzzyVariable> held = HoldForeignVariable();
+    first.Run([this] { FVariable->FuzzySetChanged(TBorrowed<IFuzzySet>(this)); });
+  }
   first.Rethrow();
 }
 
 // Assignment and copies
 
 void TIFuzzySet::Assign(const Ref<IInterface>& value) {
+  const TPin self(this);
   const Ref<IFuzzySet> set = Query<IFuzzySet>(value.Get());
   if (!set || set == this) return;
   const detail::TOperand source(set, "Assign");
   detail::TPointWriter points(*GetValues());
   for (const TFuzzyPoint& point : source.Curve().Points) points.Check(point);
-  const TPin self(this);
   TIFuzzySet* own = detail::OwnSet(set.Get());
   TFirstException first;
   first.Run([&] { own ? SetVariable(own->FVariable) : SetVariable(set->GetVariable()); });
@@ -185,7 +225,9 @@ void TIFuzzySet::DoAssign(TFuzzySet* source) {
     first.Run([&] { SetVariable(own->FVariable); });
     FParser = own->FParser;
   }
-  first.Run([&] { TFuzzySet::DoAssign(source); });
+  const TFuzzySet& other = *source;
+  const auto assign = [&] { TFuzzySet::DoAssign(source); };
+  first.Run([&] { other.GetName() == TFuzzySet::GetName() ? assign() : Refile(assign); });
   first.Rethrow();
 }
 

@@ -242,14 +242,17 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
 
  protected:
   TIFuzzySet() = default;
-  ~TIFuzzySet() override = default;
+  ~TIFuzzySet() override;
 
   /// Builds a bare object, with one reference to it, its maker's.
   void Build(TFuzzySetCollection* collection) override;
   TFuzzySetValues* CreateValues() override { return new TIFSValues(this); }
   TPersistent* PointList() override { return GetValues(); }
+  bool IsUnheld() const noexcept override { return FRefCount == 0; }
+  TOwned<TFuzzySet> NewInstance() const override;
+  TFuzzySet* DoHedge(TFuzzyHedge hedgeType) override;
   /// From another set, as `TFuzzySet`; from a counted one also its variable (which moves this one)
-  /// and parser. The name is stored as it is: a set in a table stays there under its old one.
+  /// and parser. The name is not checked; another one re-files the set as `SetName` does.
   void DoAssign(TFuzzySet* source) override;
   TFzyFloat EqualityThreshold() const override;
 
@@ -284,16 +287,21 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
 
   /// The set that an operation of the engine changed: this one, unless it has ended meanwhile.
   Ref<IFuzzySet> Returned(TFuzzySet* set) noexcept { return set ? this : nullptr; }
-  /// A set that an operation of the engine made.
-  static Ref<TIFuzzySet> Made(TFuzzySet* set) noexcept {
-    return Ref<TIFuzzySet>::Attach(static_cast<TIFuzzySet*>(set));
-  }
+  /// A set that an operation of the engine made with a lent variable, now without it.
+  static Ref<TIFuzzySet> Made(TFuzzySet* set) noexcept;
+  template <class Rename>
+  void Refile(Rename rename);
   template <class Change>
   void ChangePoints(Change change);
+  template <class Operation>
+  auto Lending(Operation operation);
+  /// The variable counted, for a call to it, when it is not the library's own: that one compares no
+  /// counts, and may be ended by what it calls.
+  Ref<IFuzzyVariable> HoldForeignVariable() const;
   template <class Fill>
-  Ref<IFuzzySet> Combine(const Ref<IFuzzySet>& set, const detail::TOperand& other,
-                         const TString& keyword, Fill fill);
-  Ref<IFuzzySet> CombineBy(const Ref<IFuzzySet>& fuzzySet, const detail::TOperand& other,
+  Ref<IFuzzySet> Combine(const Ref<IFuzzySet>& set, const char* operation, const TString& keyword,
+                         Fill fill);
+  Ref<IFuzzySet> CombineBy(const Ref<IFuzzySet>& fuzzySet, const char* operation,
                            const detail::TCombination& combination);
 
   std::atomic<std::int32_t> FRefCount{0};
@@ -301,6 +309,10 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   Ref<IFuzzyParser> FParser;
   std::int32_t FIndex = 0;
   std::int32_t FEntries = 0;  // how many tables' entries hold the set
+  // Sets that an operation of the engine makes on the way know the variable only for its range: it
+  // is lent to them uncounted and told of nothing.
+  bool FLends = false;     // such an operation runs on this set
+  bool FBorrowed = false;  // this is such a set
   TCloneableFace FCloneable{*this};
 };
 

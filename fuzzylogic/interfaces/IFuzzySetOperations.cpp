@@ -13,6 +13,7 @@ using detail::TOperand;
 using detail::ViewOf;
 
 bool TIFuzzySet::Iterate(const Ref<IFuzzySet>& fuzzySet, const TIFuzzyComparison& fuzzyOperator) {
+  const TPin self(this);
   const TOperand other(fuzzySet, "Iterate");
   const detail::TCurveCopy a(ViewOf(*GetValues()));
   const detail::TCurveCopy b(other.Curve());
@@ -22,16 +23,17 @@ bool TIFuzzySet::Iterate(const Ref<IFuzzySet>& fuzzySet, const TIFuzzyComparison
 /// Makes a set of this one's class for the same variable, fills its points by `fill(result)` inside
 /// one update block, and names it.
 template <class Fill>
-Ref<IFuzzySet> TIFuzzySet::Combine(const Ref<IFuzzySet>& set, const TOperand& other,
+Ref<IFuzzySet> TIFuzzySet::Combine(const Ref<IFuzzySet>& set, const char* operation,
                                    const TString& keyword, Fill fill) {
   const TPin self(this);
   const Ref<IFuzzySet> held = set;
+  const TOperand other(held, operation);
   Ref<TIFuzzySet> result =
       Create(FVariable, CreateFuzzyName(TFuzzySet::GetName(), other.Name(), keyword), GetClass());
   result->StoreInflectionPoint(TFuzzySet::GetInflectionPoint());
   result->FParser = FParser;
   TUpdateBlock block(*result->GetValues());
-  fill(*result);
+  fill(*result, other);
   TFirstException first;
   first.Run([&] { block.Close(); });
   result->SetExpression(
@@ -43,34 +45,44 @@ Ref<IFuzzySet> TIFuzzySet::Combine(const Ref<IFuzzySet>& set, const TOperand& ot
 
 Ref<IFuzzySet> TIFuzzySet::Operator(const Ref<IFuzzySet>& fuzzySet, const TString& operatorKeyword,
                                     const TIFuzzyOperator& fuzzyOperator) {
-  const TOperand other(fuzzySet, "Operator");
-  return Combine(fuzzySet, other, operatorKeyword, [&](TIFuzzySet& result) {
-    const detail::TCurveCopy a(ViewOf(*GetValues()));
-    const detail::TCurveCopy b(other.Curve());
-    detail::AppendWalk(*result.GetValues(), a, b,
-                       std::bind_front(fuzzyOperator, Ref<IFuzzySet>(&result)));
-  });
+  return Combine(fuzzySet, "Operator", operatorKeyword,
+                 [&](TIFuzzySet& result, const TOperand& other) {
+                   const detail::TCurveCopy a(ViewOf(*GetValues()));
+                   const detail::TCurveCopy b(other.Curve());
+                   detail::AppendWalk(*result.GetValues(), a, b,
+                                      std::bind_front(fuzzyOperator, Ref<IFuzzySet>(&result)));
+                 });
 }
 
-Ref<IFuzzySet> TIFuzzySet::CombineBy(const Ref<IFuzzySet>& fuzzySet, const TOperand& other,
+Ref<IFuzzySet> TIFuzzySet::CombineBy(const Ref<IFuzzySet>& fuzzySet, const char* operation,
                                      const detail::TCombination& combination) {
-  return Combine(fuzzySet, other, combination.Keyword, [&](TIFuzzySet& result) {
-    detail::AppendCombination(*result.GetValues(), ViewOf(*GetValues()), other.Curve(),
-                              combination.Formula, detail::TAddition::AtOnce);
-  });
+  return Combine(
+      fuzzySet, operation, combination.Keyword, [&](TIFuzzySet& result, const TOperand& other) {
+        const auto append = [&](detail::TCurveView a, detail::TCurveView b) {
+          detail::AppendCombination(*result.GetValues(), a, b, combination.Formula,
+                                    detail::TAddition::AtOnce);
+        };
+        // A foreign variable is asked for its range on the way, and may do anything.
+        if (HoldForeignVariable())
+          append(detail::TCurveCopy(ViewOf(*GetValues())), detail::TCurveCopy(other.Curve()));
+        else
+          append(ViewOf(*GetValues()), other.Curve());
+      });
 }
 
 Ref<IFuzzySet> TIFuzzySet::Intersection(const Ref<IFuzzySet>& fuzzySet,
                                         TFuzzyOperation intersectionType) {
-  return CombineBy(fuzzySet, {fuzzySet, "Intersection"}, detail::IntersectionBy(intersectionType));
+  return CombineBy(fuzzySet, "Intersection", detail::IntersectionBy(intersectionType));
 }
 
 Ref<IFuzzySet> TIFuzzySet::Union(const Ref<IFuzzySet>& fuzzySet, TFuzzyOperation unionType) {
-  return CombineBy(fuzzySet, {fuzzySet, "Union"}, detail::UnionBy(unionType));
+  return CombineBy(fuzzySet, "Union", detail::UnionBy(unionType));
 }
 
 bool TIFuzzySet::Intersects(const Ref<IFuzzySet>& fuzzySet) {
-  return CurvesIntersect(GetValues()->Points(), TOperand(fuzzySet, "Intersects").Curve().Points);
+  const TPin self(this);
+  const TOperand other(fuzzySet, "Intersects");
+  return CurvesIntersect(GetValues()->Points(), other.Curve().Points);
 }
 
 int TIFuzzySet::GetMaxYValueOfX(const Ref<IFuzzySet>& fuzzySet, int index, int dir) const {
@@ -87,6 +99,7 @@ bool TIFuzzySet::Equals(const Ref<IInterface>& value) {
 }
 
 TFzyFloat TIFuzzySet::GetCorrelationStrength(const Ref<IFuzzySet>& match) {
+  const TPin self(this);
   const TOperand other(match, "GetCorrelationStrength");
   const auto [points, ascending] = other.Curve();
   FMax = HeightOfIntersection(GetValues()->Points(), GetValues()->IsAscending(), points, ascending);
@@ -167,29 +180,54 @@ bool TIFuzzySet::FuzzyOperatorUnionSum(const Ref<IFuzzySet>& r, TFzyFloat x1, TF
 // Hedges, cuts, correlation and inference
 
 Ref<IFuzzySet> TIFuzzySet::Hedge(TFuzzyHedge hedgeType) {
+  const TPin self(this);
   return Returned(TFuzzySet::Hedge(hedgeType));
 }
 
 Ref<IFuzzySet> TIFuzzySet::Hedge(TBaseFuzzyHedge modifyType, TFzyFloat value, bool modifyY) {
+  const TPin self(this);
   return Returned(TFuzzySet::Hedge(modifyType, value, modifyY));
 }
 
-Ref<IFuzzySet> TIFuzzySet::Normalize() { return Returned(TFuzzySet::Normalize()); }
+Ref<IFuzzySet> TIFuzzySet::Normalize() {
+  const TPin self(this);
+  return Returned(TFuzzySet::Normalize());
+}
+
+/// Runs an operation of the engine whose intermediate sets know this one's range.
+template <class Operation>
+auto TIFuzzySet::Lending(Operation operation) {
+  const TPin self(this);
+  const bool lends = std::exchange(FLends, true);
+  struct TEnd {
+    bool& Lends;
+    bool Before;
+    ~TEnd() { Lends = Before; }
+  } const end{FLends, lends};
+  return operation();
+}
+
+TFuzzySet* TIFuzzySet::DoHedge(TFuzzyHedge hedgeType) {
+  if (hedgeType != fhSlightly) return TFuzzySet::DoHedge(hedgeType);
+  return Lending([&] { return TFuzzySet::DoHedge(hedgeType); });
+}
 
 Ref<IFuzzySet> TIFuzzySet::AlphaCutoff(TFzyFloat cutOff, bool strongCutoff) {
   const TPin self(this);
-  Ref<TIFuzzySet> result = Made(TFuzzySet::AlphaCutoff(cutOff, strongCutoff));
+  const Ref<TIFuzzySet> result =
+      Made(Lending([&] { return TFuzzySet::AlphaCutoff(cutOff, strongCutoff); }));
   result->SetName(result->GetName() + " (alpha=" + FormatFixed(cutOff, 4) + ")");
   result->SetVariable(FVariable);
   return result;
 }
 
 Ref<IFuzzySet> TIFuzzySet::Cutoff(TFzyFloat cutOff, bool cutValuesBelow) {
-  return Made(TFuzzySet::Cutoff(cutOff, cutValuesBelow));
+  return Made(Lending([&] { return TFuzzySet::Cutoff(cutOff, cutValuesBelow); }));
 }
 
 Ref<IFuzzySet> TIFuzzySet::Correlate(TFzyFloat correlationStrength,
                                      TFuzzyCorrelationMethod correlationMethod) {
+  const TPin self(this);
   return Returned(TFuzzySet::Correlate(correlationStrength, correlationMethod));
 }
 

@@ -17,19 +17,19 @@ bool TIFuzzySets::IsOfVariable(IFuzzySet& set) const {
 }
 
 void TIFuzzySets::Add(const Ref<IFuzzySet>& fuzzySet) {
-  RequireMember(fuzzySet);
+  RequireValue(fuzzySet);
   const bool isOfVariable = IsOfVariable(*fuzzySet);
   if (isOfVariable && !fuzzySet->GetDefined()) return;
   const TPin self(this);
   const Ref<IFuzzySet> set = fuzzySet;
   if (isOfVariable) {
-    Put(set->GetName(), set);
+    Enter(set);
     return;
   }
   TFirstException first;
   first.Run([&] { set->SetVariable(TBorrowed<IFuzzyVariable>(FVariable)); });
   // A handler may have sent it elsewhere.
-  if (!set->GetDefined() && IsOfVariable(*set)) first.Run([&] { Put(set->GetName(), set); });
+  if (!set->GetDefined() && IsOfVariable(*set)) first.Run([&] { Enter(set); });
   first.Rethrow();
 }
 
@@ -37,17 +37,43 @@ Ref<IFuzzySet> TIFuzzySets::Add(const TString& name) {
   const TPin self(this);
   const TBorrowed<IFuzzyVariable> variable(FVariable);
   const Ref<IFuzzySet> set = TIFuzzySet::Create(
-      variable, name, FVariable ? FVariable->FFuzzySetClass : TIFuzzySet::Class());
+      variable, name,
+      FVariable && FVariable->FFuzzySetClass ? FVariable->FFuzzySetClass : TIFuzzySet::Class());
   set->SetDefined(name != SEmptyFuzzy);
   Add(set);
   return set;
 }
 
+std::optional<TString> TIFuzzySets::KeyOf(const Ref<IFuzzySet>& set) const {
+  const TIFuzzySet* own = detail::OwnSet(set.Get());
+  if (own && own->FEntries == 0) return {};  // most results of operations come here, in no table
+  const TString name = set->GetName();
+  if (Find(name) == set) return name;
+  if (!own) return {};
+  // It was renamed behind the table's back, or stands in another one.
+  for (int slot = DoNext(-1); slot >= 0; slot = DoNext(slot)) {
+    if (ValueAt(slot) == set) return KeyAt(slot);
+  }
+  return {};
+}
+
+/// Puts a set under its name, and never under two names at once: the table would then have more
+/// entries than references to the variable go with them.
+void TIFuzzySets::Enter(const Ref<IFuzzySet>& set) {
+  TFirstException first;
+  const std::optional<TString> key = KeyOf(set);
+  const bool elsewhere = key && *key != set->GetName();
+  if (elsewhere) first.Run([&] { TTable::Remove(*key); });
+  if (!elsewhere || !KeyOf(set)) first.Run([&] { Put(set->GetName(), set); });
+  first.Rethrow();
+}
+
 void TIFuzzySets::Remove(const Ref<IFuzzySet>& fuzzySet) {
   if (!fuzzySet) return;
-  const TIFuzzySet* own = detail::OwnSet(fuzzySet.Get());
-  if (own && own->FEntries == 0) return;  // most results of operations come here, and in no table
-  TTable::Remove(fuzzySet);
+  const std::optional<TString> key = KeyOf(fuzzySet);
+  if (!key) return;
+  const Ref<IFuzzySet> set = fuzzySet;
+  TTable::Remove(*key);
 }
 
 void TIFuzzySets::AssignFuzzySets(const Ref<IFuzzyVariable>& source) {
@@ -107,8 +133,8 @@ void TIFuzzySets::MemberLeft(const Ref<IFuzzySet>& member) {
   if (FVariable) FVariable->RemoveFuzzySet(member);
 }
 
-void TIFuzzySets::RequireMember(const Ref<IFuzzySet>& member) const {
-  if (!member) throw EFzyException(SFzySetMissing, {TString("Add")});
+void TIFuzzySets::RequireValue(const Ref<IFuzzySet>& value) const {
+  if (!value) throw EFzyException(SFzySetMissing, {TString("Add")});
 }
 
 void TIFuzzySets::ValueNotify(const Ref<IFuzzySet>& value, TKeyedNotification action) {

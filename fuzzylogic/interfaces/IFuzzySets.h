@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "fuzzylogic/interfaces/IFuzzySet.h"
 #include "fuzzylogic/interfaces/MemberTable.h"
 
@@ -37,7 +39,7 @@ class TIFuzzySets final : public TMemberTable<IFuzzySet> {
   /// A new set of the variable's set class, defined and entered; under the name "__Empty" neither.
   /// @throws EFzyException (`SInvalidFuzzySetName`) for a reserved word; nothing is added
   Ref<IFuzzySet> Add(const TString& name);
-  /// Removes the set when it is the one stored under its name; else nothing happens.
+  /// Removes the set when the table holds it; else nothing happens.
   void Remove(const Ref<IFuzzySet>& fuzzySet);
   /// The set of that name, or none.
   Ref<IFuzzySet> ContainsFuzzySet(const TString& name) const { return Find(name); }
@@ -58,12 +60,15 @@ class TIFuzzySets final : public TMemberTable<IFuzzySet> {
  protected:
   void MemberEntered(const Ref<IFuzzySet>& member) override;
   void MemberLeft(const Ref<IFuzzySet>& member) override;
-  void RequireMember(const Ref<IFuzzySet>& member) const override;
+  void RequireValue(const Ref<IFuzzySet>& value) const override;
   void ValueNotify(const Ref<IFuzzySet>& value, TKeyedNotification action) override;
 
  private:
   friend class TIFuzzyVariable;
   bool IsOfVariable(IFuzzySet& set) const;
+  /// The key under which the table holds the set, if it does.
+  std::optional<TString> KeyOf(const Ref<IFuzzySet>& set) const;
+  void Enter(const Ref<IFuzzySet>& set);
 
   std::int32_t FNewIndex = 0;
   TIFuzzyVariable* FVariable;

@@ -53,10 +53,7 @@ std::int32_t TIFuzzyVariable::Release() noexcept {
     }
     if ((FRefCount -= IgnoreRelease) > 0) return count;
   }
-  try {
-    Free();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): likewise
-  }
+  FreeUnheld();
   return count;
 }
 
@@ -201,11 +198,12 @@ void TIFuzzyVariable::FuzzySetChanged(const Ref<IFuzzySet>& fuzzySet) {
 
 void TIFuzzyVariable::TakeOver(IFuzzyVariable& source) {
   const TPin self(this);
-  for (const TFzyFloat bound : {source.GetMinimum(), source.GetMaximum()})
-    RequireFinite(bound, "Assign");
+  const TFzyFloat minimum = source.GetMinimum();
+  const TFzyFloat maximum = source.GetMaximum();
+  for (const TFzyFloat bound : {minimum, maximum}) RequireFinite(bound, "Assign");
   FDefuzzificationMethod = source.GetDefuzzificationMethod();
-  FMinimum = source.GetMinimum();
-  FMaximum = std::max(FMinimum, source.GetMaximum());
+  FMinimum = minimum;
+  FMaximum = std::max(minimum, maximum);
   FName = source.GetName();
   FUnits = source.GetUnits();
   FNumFunctionValues = source.GetNumFunctionValues();
@@ -226,8 +224,9 @@ void TIFuzzyVariable::Assign(TPersistent* source) {
 }
 
 void TIFuzzyVariable::Assign(const Ref<IInterface>& value) {
+  if (value == static_cast<IInterface*>(this)) return;
   const Ref<IFuzzyVariable> variable = Query<IFuzzyVariable>(value.Get());
-  if (variable && variable != this) TakeOver(*variable);
+  if (variable && !(variable == this)) TakeOver(*variable);
 }
 
 Ref<IInterface> TIFuzzyVariable::Clone() {

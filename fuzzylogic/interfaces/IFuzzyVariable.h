@@ -185,6 +185,7 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   /// Tells that the variable changed.
   virtual void Changed();
   void Leave() override;
+  bool IsUnheld() const noexcept override { return (FRefCount & (IgnoreRelease - 1)) == 0; }
 
   TIFuzzySetClass FFuzzySetClass = TIFuzzySet::Class();
 

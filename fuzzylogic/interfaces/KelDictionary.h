@@ -84,6 +84,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   TValue GetItem(const TKey& key) const { return FItems[Require(key)].Value; }
   /// Replaces the value and tells of both values; descendants' `DoSetValue` is passed by.
   void SetItem(const TKey& key, const TValue& value) {
+    RequireValue(value);
     TKelDictionary::DoSetValue(static_cast<int>(Require(key)), value);
   }
   /// The value under the key; false, and none, when the key is absent.
@@ -152,8 +153,10 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
     if (table == this) return;
     const TPin self(this);
     const std::vector<TEntry> entries = table->ToArray();
-    Clear();
-    for (const TEntry& entry : entries) Add(entry.Key, entry.Value);
+    TFirstException first;
+    first.Run([this] { Clear(); });
+    for (const TEntry& entry : entries) first.Run([&] { Add(entry.Key, entry.Value); });
+    first.Rethrow();
   }
 
  protected:
@@ -201,6 +204,8 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   virtual void ValueNotify(const TValue& value, TKeyedNotification action) {
     FireEvent(FOnValueNotify, this, value, action);
   }
+  /// Raises an error for a value that the table does not take.
+  virtual void RequireValue(const TValue& /*value*/) const {}
   /// Called when entries have moved to other slots although none came or went.
   virtual void SlotsMoved() {}
 

@@ -30,9 +30,6 @@ class TMemberTable : public TKelStringHashTable<I> {
  protected:
   virtual void MemberEntered(const Ref<I>& member) = 0;
   virtual void MemberLeft(const Ref<I>& member) = 0;
-  /// Raises the error for nothing in place of a member.
-  virtual void RequireMember(const Ref<I>& member) const = 0;
-
   /// The member of that name, or none.
   Ref<I> Find(const TString& name) const {
     Ref<I> member;
@@ -60,7 +57,7 @@ class TMemberTable : public TKelStringHashTable<I> {
  private:
   template <class Store>
   void Enter(const Ref<I>& value, Store store) {
-    RequireMember(value);
+    this->RequireValue(value);
     const TPin self(this);
     const Ref<I> member = value;
     TFirstException first;

@@ -169,7 +169,8 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   void SetFullPrecision(bool value) noexcept { FFullPrecision = value; }
 
   // Reading steps, on the tokenizer of the innermost entry point that runs. For descendants.
-  // Between parses they raise an EFzyParseException (`SFzyNoText`).
+  // Between parses they raise an EFzyParseException (`SFzyNoText`), and without a variable
+  // (`SFzyUndefinedVariable`).
 
   virtual std::unique_ptr<TFuzzyLogicTokenStream> CreateStream(std::unique_ptr<TStream> stream,
                                                                const TEncoding* encoding);

@@ -76,8 +76,10 @@ class TCustomFuzzyLogic : public TComponent {
   /// @throws EFzyException (`SParserUnassigned`) when that needs a parser and there is none
   TStrings* GetStrings();
   /// Copies the text and parses it: the model is rebuilt at once.
-  /// @throws as `Parse`; the text is assigned nevertheless, but what was built before an error is a
-  ///   change of the model, so that the next reading of the text gives that
+  /// @throws as `Parse`; the text is assigned nevertheless. In the owned model what was built
+  /// before
+  ///   an error is a change of the model, so that the next reading of the text gives that; the
+  ///   counted one keeps the text until a set changes
   void SetStrings(TStrings* value);
   /// The same from one text.
   void SetStrings(const TString& text);

@@ -212,7 +212,7 @@ void Step(TWorld& w, TRandom& random) {
     case 16: if (s) w.Hold(v ? s->Set->Clone(Real(v)) : s->Set->Cutoff(0.5, one), v); break;
     case 17: if (s && o) { s->Set->Assign(Face(*o, 0)); w.Link(*s, o->Link); } break;
     case 18: if (s && o) { Query<ICloneable>(s->Set)->Assign(static_cast<TFuzzySet*>(o->Set));
-      w.Link(*s, o->Link); s->Name = o->Name; } break;  // in a table it stays under its old name
+      w.Link(*s, o->Link); w.Rename(*s, o->Name); } break;
     default: if (!w.Held.empty()) w.Drop(random.Bits() % w.Held.size()); break;
   }
   // clang-format on
@@ -300,6 +300,64 @@ TEST(LastRelease, StandsWhateverItsHandlerDoes) {
     kept = nullptr;
     if (Living() > 0) Ref<IFuzzyVariable>{last};
     EXPECT_TRUE(Living() == 0 && told == times);
+  }
+}
+
+// The operation that tells still runs on it, and goes on.
+TEST(LastRelease, MayBeFollowedByANewReferenceInAHandler) {
+  using TAct = void (*)(IFuzzySet & set);
+  const TAct acts[] = {[](IFuzzySet& set) { set.Add(0, 1); },
+                       [](IFuzzySet& set) { set.Hedge(fhNot); },
+                       [](IFuzzySet& set) { set.Hedge(fhVery); },
+                       [](IFuzzySet& set) { set.SetSetType(fstPICurve); },
+                       [](IFuzzySet& set) { set.Normalize(); },
+                       [](IFuzzySet& set) { set.GetVariable()->SetName("w"); }};
+  for (const TAct act : acts) {
+    for (const bool keeps : {true, false}) {
+      const Ref<IFuzzyVariable> variable = TIFuzzyVariable::Create("v", TTalliedVariable::Class());
+      Ref<IFuzzySet> set = TIFuzzySet::Create(variable, "a", TTalliedSet::Class()), kept;
+      set->Add(1, 0.5);
+      set->SetDefined(true);
+      variable->Add(set);
+      const auto drop = [&](const Ref<IFuzzyVariable>& v, const Ref<IFuzzySet>& told) {
+        v->Remove(told);
+        set = nullptr;
+        if (keeps) kept = told;
+      };
+      variable->SetOnFuzzySetChange(drop);
+      variable->SetOnVariableChange(
+          [&](const Ref<IFuzzyVariable>& v) { drop(v, Ref<IFuzzySet>(set)); });
+      act(*set);
+      EXPECT_TRUE(!kept || kept->GetVariable() == variable);
+      variable->SetOnFuzzySetChange(nullptr);
+      variable->SetOnVariableChange(nullptr);
+      variable->Clear();
+    }
+    EXPECT_EQ(Living(), 0);
+  }
+}
+
+// A table with more entries than sets would be cleared while the variable is held, or never.
+TEST(Identity, HasOneEntryInATableWhateverIsRenamedMeanwhile) {
+  using TDeed = void (*)(IFuzzyVariable & v, const Ref<IFuzzySet>& set);
+  const TDeed deeds[] = {[](auto&, auto& set) { set->SetName("c"); },
+                         [](auto& v, auto& set) { v.Add(set); },
+                         [](auto&, auto& set) { set->SetVariable(nullptr); }};
+  for (const TDeed deed : deeds) {
+    Ref<IFuzzyVariable> variable = TIFuzzyVariable::Create("v", TTalliedVariable::Class());
+    Ref<IFuzzySet> set = TIFuzzySet::Create(variable, "a", TTalliedSet::Class());
+    set->SetDefined(true);
+    variable->Add(set);
+    variable->SetOnFuzzySetDeleted([&](const Ref<IFuzzyVariable>&, const Ref<IFuzzySet>& told) {
+      variable->SetOnFuzzySetDeleted(nullptr);
+      deed(*variable, told);
+    });
+    set->SetName("b");
+    EXPECT_EQ(variable->GetCount(), set->GetVariable() ? 1 : 0);
+    EXPECT_TRUE(!set->GetVariable() || variable->ContainsFuzzySet(set->GetName()) == set);
+    set = nullptr;
+    variable = nullptr;
+    EXPECT_EQ(Living(), 0);
   }
 }
 

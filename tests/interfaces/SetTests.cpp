@@ -132,5 +132,24 @@ TEST_F(CountedSet, AnswersInItsOwnWay) {
             2);
 }
 
+// What is made on the way has the range of the variable, though the variable is told of nothing.
+TEST(CountedRange, MayBeWiderThanThatOfASetWithoutAVariable) {
+  const auto owned = MakeVariable(0, 1e12);
+  const auto counted = M::MakeVariable(0, 1e12);
+  int told = 0;
+  counted->SetOnFuzzySetChange([&](auto&, auto&) { ++told; });
+  const std::string points = "0,0.2 5e11,1 1e12,0";
+  TFuzzySet* const a = AddSet(owned, points, "a");
+  const TSet b = M::AddSet(counted, points, "a");
+  told = 0;
+  EXPECT_EQ(Text(b->Cutoff(0.5, true)), Text(a->Cutoff(0.5, true)));
+  EXPECT_EQ(b->Cutoff(0.5, true)->GetVariable(), nullptr);
+  const TSet cut = b->AlphaCutoff(0.5, false);
+  EXPECT_EQ(Text(cut), Text(a->AlphaCutoff(0.5, false)));
+  EXPECT_TRUE(cut->GetVariable() == counted && told == 0);
+  EXPECT_EQ(Text(b->Hedge(fhSlightly)), Text(a->Hedge(fhSlightly)));
+  EXPECT_EQ(told, 1);
+}
+
 }  // namespace
 }  // namespace fzy::test

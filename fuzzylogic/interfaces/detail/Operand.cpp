@@ -4,18 +4,13 @@
 
 namespace fzy::detail {
 
-TOperand::TOperand(const Ref<IFuzzySet>& set, const char* operation)
-    : FSet(set.Get()), FOwn(OwnSet(set.Get())) {
+TOperand::TOperand(const Ref<IFuzzySet>& set, const char* operation) : FOwn(OwnSet(set.Get())) {
   if (!set) throw EFzyException(SFzySetMissing, {TString(operation)});
-  if (FOwn) {
-    FCurve = FOwn->GetValues()->Points();
-    FAscending = FOwn->GetValues()->IsAscending();
-    return;
-  }
-  const int count = set->GetCount();
-  for (int i = 0; i < count; ++i) FGathered.push_back({set->GetXValues(i), set->GetYValues(i)});
-  FCurve = FGathered;
-  FAscending = IsAscending(FCurve);
+  if (FOwn) return;
+  FSet = set;
+  const int count = FSet->GetCount();
+  for (int i = 0; i < count; ++i) FGathered.push_back({FSet->GetXValues(i), FSet->GetYValues(i)});
+  FAscending = IsAscending(FGathered);
 }
 
 }  // namespace fzy::detail

@@ -16,25 +16,27 @@ inline TIFuzzySet* OwnSet(IFuzzySet* set) noexcept {
 }
 
 /// The other set of an operation, whoever implements it: a set of the library's own is read where
-/// it stands, a foreign one through its interface, once. Who calls code from outside meanwhile
-/// holds a reference to the set.
+/// it stands, at the moment of asking; a foreign one through its interface, once. Making one calls
+/// code from outside, so an operation pins its own set first; who calls such code later holds a
+/// reference to an operand of the library's own, too.
 class TOperand {
  public:
   /// @throws EFzyException (`SFzySetMissing`) without a set
   TOperand(const Ref<IFuzzySet>& set, const char* operation);
 
-  TCurveView Curve() const noexcept { return {FCurve, FAscending}; }
+  TCurveView Curve() const noexcept {
+    return FOwn ? ViewOf(*FOwn->GetValues()) : TCurveView{FGathered, FAscending};
+  }
   TString Name() const { return FOwn ? FOwn->TFuzzySet::GetName() : FSet->GetName(); }
   TString Expression() const {
     return FOwn ? FOwn->TFuzzySet::GetExpression() : FSet->GetExpression();
   }
 
  private:
-  IFuzzySet* FSet;
   TIFuzzySet* FOwn;
+  Ref<IFuzzySet> FSet;  // a foreign one
   std::vector<TFuzzyPoint> FGathered;
-  TFuzzyCurve FCurve;
-  bool FAscending;
+  bool FAscending = true;
 };
 
 }  // namespace fzy::detail

@@ -47,6 +47,7 @@ class TDefinitionReader {
 
   /// One term.
   TSet ReadSet(const TVariable& variable) {
+    RequireVariable(variable);
     static const TString method = "ParseFuzzySet";
     static const TString keyword = "term";
     TString name;
@@ -64,6 +65,7 @@ class TDefinitionReader {
 
   /// The body of a term, by what it starts with.
   TSet ReadValues(const TVariable& variable) {
+    RequireVariable(variable);
     const Ref<IFuzzyStreamToken> t1 = FStream.NextToken();
     if (!IsOpen(*t1)) {
       FStream.PutBackToken(t1);
@@ -78,6 +80,7 @@ class TDefinitionReader {
 
   /// A list of points. What stands where a point's ")" belongs is taken for it.
   TSet ReadValuePairs(const TVariable& variable) {
+    RequireVariable(variable);
     constexpr const char* method = "ParseFuzzyValuePairs";
     const THeldVariable held(variable);
     const THeldSet set(Model::AddSet(FParser, variable));
@@ -98,6 +101,7 @@ class TDefinitionReader {
 
   /// The call of a shape function.
   TSet ReadFunction(const TVariable& variable) {
+    RequireVariable(variable);
     constexpr const char* method = "ParseFuzzyFunction";
     if (!IsOpen(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingOpenParens);
     const Ref<IFuzzyStreamToken> name = FStream.NextToken();
@@ -131,6 +135,10 @@ class TDefinitionReader {
   }
 
  private:
+  static void RequireVariable(const TVariable& variable) {
+    if (!variable) throw EFzyParseException(SFzyUndefinedVariable);
+  }
+
   using THeldVariable = typename Model::THeldVariable;
   using THeldSet = typename Model::THeldSet;
 
