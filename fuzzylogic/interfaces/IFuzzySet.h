@@ -115,7 +115,10 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   using TFuzzySet::Assign;
   /// From another set: its variable (which moves this one), its points and their inflection point,
   /// its expression and parser; the set becomes user-defined. Other objects change nothing.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Woverloaded-virtual"  // `IFuzzySet`'s other form means the points
   void Assign(const Ref<IInterface>& value) override;
+#pragma GCC diagnostic pop
   /// A copy of the set's own class, of its name, points, type and texts, for the same variable.
   Ref<IInterface> Clone() override;
   /// A copy of name and points for another variable, which is told of them.

@@ -26,6 +26,8 @@ template <class Fill>
 Ref<IFuzzySet> TIFuzzySet::Combine(const Ref<IFuzzySet>& set, const char* operation,
                                    const TString& keyword, Fill fill) {
   const TPin self(this);
+  // A handler may reset the reference that was given.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
   const Ref<IFuzzySet> held = set;
   const TOperand other(held, operation);
   Ref<TIFuzzySet> result =

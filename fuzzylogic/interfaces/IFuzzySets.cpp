@@ -36,7 +36,7 @@ void TIFuzzySets::Add(const Ref<IFuzzySet>& fuzzySet) {
 Ref<IFuzzySet> TIFuzzySets::Add(const TString& name) {
   const TPin self(this);
   const TBorrowed<IFuzzyVariable> variable(FVariable);
-  const Ref<IFuzzySet> set = TIFuzzySet::Create(
+  Ref<IFuzzySet> set = TIFuzzySet::Create(
       variable, name,
       FVariable && FVariable->FFuzzySetClass ? FVariable->FFuzzySetClass : TIFuzzySet::Class());
   set->SetDefined(name != SEmptyFuzzy);
@@ -70,10 +70,7 @@ void TIFuzzySets::Enter(const Ref<IFuzzySet>& set) {
 
 void TIFuzzySets::Remove(const Ref<IFuzzySet>& fuzzySet) {
   if (!fuzzySet) return;
-  const std::optional<TString> key = KeyOf(fuzzySet);
-  if (!key) return;
-  const Ref<IFuzzySet> set = fuzzySet;
-  TTable::Remove(*key);
+  if (const std::optional<TString> key = KeyOf(fuzzySet)) TTable::Remove(*key);
 }
 
 void TIFuzzySets::AssignFuzzySets(const Ref<IFuzzyVariable>& source) {

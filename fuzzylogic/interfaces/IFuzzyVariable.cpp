@@ -272,6 +272,8 @@ Ref<IFuzzySet> TIFuzzyVariable::AssertRule(TFzyFloat correlationStrength,
   RequireNumber(correlationStrength, "AssertRule");
   if (!newEvidence) throw EFzyException(SFzySetMissing, {TString("AssertRule")});
   if (correlationStrength < FThreshold) return nullptr;
+  // A handler may reset the reference that was given.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
   const Ref<IFuzzySet> evidence = oldEvidence;
   Ref<IFuzzySet> conclusion = Query<IFuzzySet>(newEvidence->Clone().Get());
   if (conclusion) conclusion = conclusion->Correlate(correlationStrength, fcmMinimum);

@@ -23,7 +23,8 @@ class TMemberTable : public TKelStringHashTable<I> {
     if (Find(name) == held) TTable::Remove(name);
   }
   void Assign(TPersistent* source) override {
-    if (dynamic_cast<TStrings*>(source)) return TPersistent::Assign(source);
+    if (dynamic_cast<TStrings*>(source))
+      throw EConvertError(FormatText(SAssignError, {source->ClassName(), this->ClassName()}));
     TTable::Assign(source);
   }
 

@@ -121,7 +121,7 @@ class TStringList : public TStrings {
     return first >= 0;
   }
   int IndexOf(const TString& text) const override {
-    int index;
+    int index = 0;
     return Find(text, index) ? index : -1;
   }
 
@@ -170,7 +170,7 @@ class TStringList : public TStrings {
 
   int AddLine(TLine line) override {
     const TPin self(this);
-    int index;
+    int index = 0;
     bool add = FindPlace(line.Text, index);
     if (add && Fire(FOnChanging)) add = FindPlace(line.Text, index);
     if (!add) return index;

@@ -164,6 +164,8 @@ void TCustomFuzzyLogicParser::CalcFuzzyFunction(const TString& funcName,
                                                 const Ref<IFuzzyStreamTokenList>& list,
                                                 Ref<IFuzzySet>& fuzzySet) {
   const TShapeFunction& function = FindShape(*this, funcName, list);
+  // A handler may reset the reference that was given.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
   const Ref<IFuzzySet> set = fuzzySet;
   if (set) function.MakeIntf(*set, ShapePoints(), ArgumentsOf(*list));
 }

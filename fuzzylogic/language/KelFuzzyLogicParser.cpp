@@ -207,7 +207,7 @@ Ref<IFuzzyVariable> TKelFuzzyLogicParser::ParseFuzzyVariableIntf() {
   auto* fuzzy = dynamic_cast<TIFuzzyLogic*>(GetFuzzyLogic());
   if (!fuzzy) throw EFzyParseException(SFuzzyLogicNotTIFuzzyLogic);
   const TPin pinned(fuzzy);
-  const Ref<IFuzzyVariable> variable = fuzzy->NewVariable(name);
+  Ref<IFuzzyVariable> variable = fuzzy->NewVariable(name);
   variable->SetComment(comment);
   variable->SetParser(GetInterface());
   TInterfaceReader(*this, Stream()).ReadClauses(variable, t);

@@ -63,6 +63,7 @@ std::vector<Ref<IFuzzySet>> TermsOf(IFuzzyVariable& variable) {
   }
   std::ranges::stable_sort(numbered, {}, [](const auto& set) { return set.first; });
   std::vector<Ref<IFuzzySet>> terms;
+  terms.reserve(numbered.size());
   for (auto& [index, set] : numbered) terms.push_back(std::move(set));
   return terms;
 }

@@ -325,8 +325,10 @@ TEST(LastRelease, MayBeFollowedByANewReferenceInAHandler) {
         if (keeps) kept = told;
       };
       variable->SetOnFuzzySetChange(drop);
-      variable->SetOnVariableChange(
-          [&](const Ref<IFuzzyVariable>& v) { drop(v, Ref<IFuzzySet>(set)); });
+      variable->SetOnVariableChange([&](const Ref<IFuzzyVariable>& v) {
+        const Ref<IFuzzySet> told = set;
+        drop(v, told);
+      });
       act(*set);
       EXPECT_TRUE(!kept || kept->GetVariable() == variable);
       variable->SetOnFuzzySetChange(nullptr);

@@ -33,7 +33,7 @@ class TCurveCopy {
 
 /// A combination of degrees and the word for it.
 struct TCombination {
-  TFuzzyFormula Formula;
+  TFuzzyFormula Formula = nullptr;
   TString Keyword;
 };
 

@@ -28,7 +28,7 @@ struct TInterfaceModel {
   static TSet AddSet(TKelFuzzyLogicParser& parser, const TVariable& variable) {
     TString name = parser.GetUniqueName();
     while (variable->ContainsFuzzySet(name)) name = parser.GetUniqueName();
-    const TSet set = variable->Add(name);
+    TSet set = variable->Add(name);
     set->SetDefined(false);
     return set;
   }
@@ -40,11 +40,11 @@ struct TInterfaceModel {
                           const TString& name) {
     const TSet present = variable->ContainsFuzzySet(name);
     if (present && present->GetDefined()) {
-      const TSet set = AddSet(parser, variable);
+      TSet set = AddSet(parser, variable);
       set->SetName(name);
       return set;
     }
-    const TSet set = variable->Add(name);
+    TSet set = variable->Add(name);
     set->SetDefined(false);
     return set;
   }
@@ -54,8 +54,10 @@ struct TInterfaceModel {
   /// A new set with the content and the name of another, so that what is made of it is called after
   /// that one. It is no term.
   static TSet CopySet(TKelFuzzyLogicParser& parser, const TVariable& variable, const TSet& source) {
+    // A handler may reset the reference that was given.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const TSet original = source;
-    const TSet copy = AddSet(parser, variable);
+    TSet copy = AddSet(parser, variable);
     copy->Assign(original);
     if (copy->GetVariable() != variable) {  // that of another variable brings it along
       copy->SetVariable(variable);
