@@ -100,6 +100,14 @@ Ref<I> Query(IInterface* object) {
   return Ref<I>::Attach(static_cast<I*>(result));
 }
 
+/// The first of an object's interfaces that has the identifier, or nothing.
+template <class... I>
+void* FindInterface(const TGuid& id, I*... faces) noexcept {
+  void* found = nullptr;
+  ((!found && id == I::Id ? void(found = faces) : void()), ...);
+  return found;
+}
+
 /// An object's own interface, handed to others for the time of a call without being counted: an
 /// object that looks at its count whenever a reference is dropped hands itself out this way. Who
 /// keeps it copies the reference.

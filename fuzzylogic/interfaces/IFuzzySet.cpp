@@ -38,14 +38,8 @@ void TIFuzzySet::Build(TFuzzySetCollection* collection) {
 }
 
 HResult TIFuzzySet::QueryInterface(const TGuid& id, void** result) {
-  if (id == IFuzzySet::Id)
-    *result = static_cast<IFuzzySet*>(this);
-  else if (id == ICloneable::Id)
-    *result = static_cast<ICloneable*>(&FCloneable);
-  else if (id == IInterface::Id)
-    *result = static_cast<IInterface*>(this);
-  else
-    *result = nullptr;
+  *result = FindInterface(id, static_cast<IFuzzySet*>(this), static_cast<ICloneable*>(&FCloneable),
+                          static_cast<IInterface*>(this));
   if (!*result) return E_NoInterface;
   AddRef();
   return S_Ok;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "fuzzylogic/model/detail/Conjunction.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
@@ -26,14 +27,8 @@ TIFuzzyVariable::~TIFuzzyVariable() {
 }
 
 HResult TIFuzzyVariable::QueryInterface(const TGuid& id, void** result) {
-  if (id == IFuzzyVariable::Id)
-    *result = static_cast<IFuzzyVariable*>(this);
-  else if (id == ICloneable::Id)
-    *result = static_cast<ICloneable*>(this);
-  else if (id == IInterface::Id)
-    *result = static_cast<IInterface*>(this);
-  else
-    *result = nullptr;
+  *result = FindInterface(id, static_cast<IFuzzyVariable*>(this), static_cast<ICloneable*>(this),
+                          static_cast<IInterface*>(this));
   if (!*result) return E_NoInterface;
   AddRef();
   return S_Ok;
@@ -253,17 +248,7 @@ TString TIFuzzyVariable::ToString() const {
 
 TFzyFloat TIFuzzyVariable::GetCorrelationStrength(std::span<const Ref<IFuzzySet>> premises,
                                                   std::span<const Ref<IFuzzySet>> matchings) {
-  if (matchings.size() < premises.size()) {
-    throw EFzyException(SFzyMatchingsMissing, {TString("GetCorrelationStrength"),
-                                               static_cast<std::int64_t>(premises.size()),
-                                               static_cast<std::int64_t>(matchings.size())});
-  }
-  TFzyFloat strength = 1.0;
-  for (std::size_t i = 0; i < premises.size(); ++i) {
-    if (!premises[i]) throw EFzyException(SFzySetMissing, {TString("GetCorrelationStrength")});
-    strength = std::min(strength, premises[i]->GetCorrelationStrength(matchings[i]));
-  }
-  return strength;
+  return detail::ConjunctionStrength(premises, matchings);
 }
 
 Ref<IFuzzySet> TIFuzzyVariable::AssertRule(TFzyFloat correlationStrength,

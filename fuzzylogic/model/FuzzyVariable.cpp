@@ -6,6 +6,7 @@
 #include "fuzzylogic/framework/Strings.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/model/FuzzyLogic.h"
+#include "fuzzylogic/model/detail/Conjunction.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
@@ -157,17 +158,7 @@ void TFuzzyVariable::Update(TFuzzySet* fuzzySet) {
 
 TFzyFloat TFuzzyVariable::GetCorrelationStrength(std::span<TFuzzySet* const> premises,
                                                  std::span<TFuzzySet* const> matchings) const {
-  if (matchings.size() < premises.size()) {
-    throw EFzyException(SFzyMatchingsMissing, {TString("GetCorrelationStrength"),
-                                               static_cast<std::int64_t>(premises.size()),
-                                               static_cast<std::int64_t>(matchings.size())});
-  }
-  TFzyFloat strength = 1.0;
-  for (std::size_t i = 0; i < premises.size(); ++i) {
-    if (!premises[i]) throw EFzyException(SFzySetMissing, {TString("GetCorrelationStrength")});
-    strength = std::min(strength, premises[i]->GetCorrelationStrength(matchings[i]));
-  }
-  return strength;
+  return detail::ConjunctionStrength(premises, matchings);
 }
 
 TFuzzySet* TFuzzyVariable::AssertRule(TFzyFloat correlationStrength, TFuzzySet* newEvidence,
