@@ -1,8 +1,5 @@
 #include "fuzzylogic/interfaces/IFuzzySet.h"
 
-#include <algorithm>
-
-#include "fuzzylogic/engine/FuzzyOperators.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/UpdateBlock.h"

@@ -6,9 +6,6 @@
 namespace fzy {
 
 class TIFuzzySet;
-namespace detail {
-class TOperand;
-}
 
 /// A class of counted sets, as a variable is given it for the sets that it creates: what it makes
 /// is a `TIFuzzySet`.
@@ -260,7 +257,6 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   TFzyFloat EqualityThreshold() const override;
 
  private:
-  friend class detail::TOperand;
   friend class TIFuzzySets;
 
   /// The set as an `ICloneable`.
