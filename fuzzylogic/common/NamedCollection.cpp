@@ -128,6 +128,11 @@ void TGCollection::DropItem(int index) {
   TCollection::DropItem(index);
 }
 
+void TGCollection::ExchangeItems(std::vector<TCollectionItem*>& items) noexcept {
+  FNames.reset();
+  TCollection::ExchangeItems(items);
+}
+
 void TGCollection::RelocateItem(int from, int to) {
   TNames::node_type entry;
   if (FNames) entry = FNames->extract(NamedItemAt(from));

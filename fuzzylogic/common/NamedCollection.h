@@ -67,6 +67,7 @@ class TGCollection : public TCollection {
   void StoreItem(TCollectionItem* item) override;
   void DropItem(int index) override;
   void RelocateItem(int from, int to) override;
+  void ExchangeItems(std::vector<TCollectionItem*>& items) noexcept override;
 
  private:
   friend class TGCollectionItem;

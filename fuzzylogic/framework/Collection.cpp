@@ -6,6 +6,7 @@
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/framework/Messages.h"
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 
 namespace fzy {
@@ -43,6 +44,30 @@ void TCollectionItem::Leave() {
 }
 
 // TCollection
+
+/// Items that are loaded. They join the list as a whole, so that nobody is told of one that is not
+/// complete.
+class TCollection::TStaged final : public TStagedItems {
+ public:
+  explicit TStaged(TCollection& list) : FPin(&list), FList(list) {}
+  ~TStaged() override {
+    for (TCollectionItem* item : FItems) TOwned<TCollectionItem>(item).Reset();
+  }
+  TPersistent& Begin() override {
+    TCollectionItem* item = FList.NewItem();
+    if (!item) throw EConvertError(FormatText(SFormUnknownEntry, {FList.ClassName()}));
+    FItems.push_back(item);
+    return *item;
+  }
+  void Complete() override {}
+  void Exchange() noexcept override { FList.ExchangeItems(FItems); }
+  void Tell() override { FList.ItemsLoaded(FItems); }
+
+ private:
+  TPin FPin;
+  TCollection& FList;
+  std::vector<TCollectionItem*> FItems;
+};
 
 TCollection::~TCollection() {
   for (TCollectionItem* item : FItems) {
@@ -116,6 +141,30 @@ void TCollection::Assign(TPersistent* source) {
   }
   block.Close();
 }
+
+void TCollection::DefineProperties(TFiler& filer) {
+  TPersistent::DefineProperties(filer);
+  filer.DefineEntries(TItemEntries{[this] { return GetCount(); },
+                                   [this](int index) -> TPersistent& { return *ItemAt(index); },
+                                   [this] { return std::make_unique<TStaged>(*this); }});
+}
+
+TCollectionItem* TCollection::NewItem() { return nullptr; }
+
+void TCollection::ExchangeItems(std::vector<TCollectionItem*>& items) noexcept {
+  for (TCollectionItem* item : FItems) {
+    Disown(item);
+    item->CollectionChanged();
+  }
+  FItems.swap(items);
+  int index = 0;
+  for (TCollectionItem* item : FItems) {
+    Adopt(item, index++);
+    item->CollectionChanged();
+  }
+}
+
+void TCollection::ItemsLoaded(std::vector<TCollectionItem*>& /*replaced*/) {}
 
 void TCollection::Update(TCollectionItem* /*item*/) {}
 

@@ -92,12 +92,21 @@ class TCollection : public TPersistent {
   /// From another collection: clears this one and appends a copy of each of its items, inside one
   /// update block. A collection assigned to itself stays as it is.
   void Assign(TPersistent* source) override;
+  /// Its entries are the items.
+  void DefineProperties(TFiler& filer) override;
 
  protected:
   TCollection() = default;
 
   /// A new item of the collection's class, appended.
   virtual TCollectionItem* AddItem() = 0;
+  /// A new item of the collection's class that is in no collection, for those that can be loaded.
+  virtual TCollectionItem* NewItem();
+  /// The items of this list and those of `items`, which are in none, change places; nobody is told.
+  virtual void ExchangeItems(std::vector<TCollectionItem*>& items) noexcept;
+  /// Called when the list has been loaded, and those who must know are told: `replaced` were its
+  /// items before, which are freed afterwards.
+  virtual void ItemsLoaded(std::vector<TCollectionItem*>& replaced);
 
   virtual void Update(TCollectionItem* item);
   virtual void Notify(TCollectionItem* item, TCollectionNotification action);
@@ -141,6 +150,7 @@ class TCollection : public TPersistent {
 
  private:
   friend class TCollectionItem;
+  class TStaged;
   void RemoveItem(TCollectionItem* item);
   void Renumber(int first, int last) noexcept;
 

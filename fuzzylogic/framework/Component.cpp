@@ -1,6 +1,10 @@
 #include "fuzzylogic/framework/Component.h"
 
 #include <algorithm>
+#include <typeinfo>
+
+#include "fuzzylogic/framework/Properties.h"
+#include "fuzzylogic/framework/detail/ObjectCopy.h"
 
 namespace fzy {
 
@@ -25,6 +29,34 @@ TComponent::~TComponent() {
     // One on its way out may have brought its owner's end about; it goes on by itself.
     if (!component->Is(csDestroying)) component->Free();
   }
+}
+
+TComponent* TComponent::FindComponent(const TString& name) const {
+  const auto found =
+      std::find_if(FComponents.begin(), FComponents.end(),
+                   [&](const TComponent* component) { return component->FName == name; });
+  return found == FComponents.end() ? nullptr : *found;
+}
+
+HResult TComponent::QueryInterface(const TGuid& /*id*/, void** result) {
+  *result = nullptr;
+  return E_NoInterface;
+}
+
+void TComponent::Assign(TPersistent* source) {
+  auto* component = dynamic_cast<TComponent*>(source);
+  if (!component || typeid(*component) != typeid(*this)) return TPersistent::Assign(source);
+  if (component != this) detail::CopyComponent(*component, *this);
+}
+
+void TComponent::DefineProperties(TFiler& filer) {
+  TPersistent::DefineProperties(filer);
+  filer
+      .Define(
+          "Name", [this] { return FName; }, [this](const TString& value) { FName = value; })
+      .IsInHeader = true;
+  filer.Define(
+      "Tag", [this] { return FTag; }, [this](std::intptr_t value) { FTag = value; }, 0);
 }
 
 void TComponent::FreeNotification(TComponent* component) {

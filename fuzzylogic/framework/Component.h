@@ -5,9 +5,35 @@
 #include <vector>
 
 #include "fuzzylogic/framework/EnumSet.h"
+#include "fuzzylogic/framework/Interface.h"
 #include "fuzzylogic/framework/Persistent.h"
 
 namespace fzy {
+namespace detail {
+class TLoadTransaction;
+}
+class TComponent;
+
+/// A class of components, as it is given for those that a form makes.
+struct TComponentDescriptor {
+  const char* Name;
+  /// Makes a component that `owner` owns.
+  TComponent* (*New)(TComponent* owner);
+};
+using TComponentClass = const TComponentDescriptor*;
+
+/// Who stands for a component by an interface answers which one.
+class IComponentReference : public IInterface {
+ public:
+  using Base = IInterface;
+  static constexpr TGuid Id{
+      0x5D1F6A2C, 0x84B3, 0x4E07, {0x9A, 0x61, 0x2B, 0xC8, 0x0D, 0x73, 0xE5, 0x14}};
+  /// The component, or nothing when it has gone.
+  virtual TComponent* GetComponent() = 0;
+
+ protected:
+  ~IComponentReference() = default;
+};
 
 /// A plain event: the handler is told who sends it.
 using TNotifyEvent = std::function<void(TObject* sender)>;
@@ -39,6 +65,8 @@ class TComponent : public TPersistent {
   TComponent* GetComponent(int index) const {
     return FComponents.at(static_cast<std::size_t>(index));
   }
+  /// The first owned component of that name, or nothing. Linear.
+  TComponent* FindComponent(const TString& name) const;
 
   const TString& GetName() const noexcept { return FName; }
   void SetName(TString value) { FName = std::move(value); }
@@ -58,6 +86,16 @@ class TComponent : public TPersistent {
   /// nothing else to take back.
   void RemoveFreeNotification(TComponent* component) noexcept;
 
+  /// An interface that stands for the component, for classes that have one. Such interfaces do not
+  /// own it.
+  virtual HResult QueryInterface(const TGuid& id, void** result);
+
+  /// From a component of the very same class: all its published properties but the name and the
+  /// links, as if they were stored and loaded (`LoadForm`). Other sources are refused.
+  /// @throws EConvertError; what reading them and `Loaded` raise. Then nothing has changed
+  void Assign(TPersistent* source) override;
+  void DefineProperties(TFiler& filer) override;
+
   /// Told when a watched or owned component goes (`opRemove`) or an owned one comes (`opInsert`).
   virtual void Notification(TComponent* component, TOperation operation);
 
@@ -75,6 +113,7 @@ class TComponent : public TPersistent {
   void Leave() override { Destroying(); }
 
  private:
+  friend class detail::TLoadTransaction;
   void SetState(TComponentStateFlag flag, bool value) noexcept;
   void NotifyRemoval(TComponent* watcher) noexcept;
   bool Unwatch(TComponent* watcher) noexcept;

@@ -39,6 +39,12 @@ class EArgumentOutOfRangeException : public EException {
   using EException::EException;
 };
 
+/// A stream or a file that cannot be read or written.
+class EStreamError : public EException {
+ public:
+  using EException::EException;
+};
+
 /// An object does not offer the interface that it was asked for.
 class EIntfCastError : public EException {
  public:

@@ -9,4 +9,27 @@ TMessage SItemNotFound{u"Item not found"};
 TMessage SArgumentOutOfRange{u"Argument out of range"};
 TMessage SIntfCastError{u"Interface not supported"};
 
+TMessage SStreamNotWritable{u"The stream cannot be written"};
+TMessage SFileNotRead{u"Cannot read \"%s\""};
+TMessage SFileNotWritten{u"Cannot write \"%s\""};
+
+TMessage SFormFault{u"Stored form, line %d, %s: %s"};
+TMessage SFormLineFault{u"Stored form, line %d: %s"};
+TMessage SFormEnds{u"the form ends here, too early"};
+TMessage SFormExpected{u"expected %s, not \"%s\""};
+TMessage SFormUnknownProperty{u"a %s has no such property"};
+TMessage SFormUnknownEntry{u"a %s has no such entry"};
+TMessage SFormTwice{u"stands here twice"};
+TMessage SFormMissing{u"is missing"};
+TMessage SFormTooDeep{u"objects stand in objects too deep"};
+TMessage SFormUnknownTarget{u"there is no place for a %s \"%s\""};
+TMessage SFormTargetMissing{u"the form has no %s \"%s\""};
+TMessage SFormUnknownComponent{u"there is no component \"%s\""};
+TMessage SFormTextOpen{u"the text has no end"};
+TMessage SFormTextNotUtf8{u"the text is not UTF-8"};
+TMessage SFormTextControl{u"the text holds a control character"};
+TMessage SFormTextEscape{u"the text holds an unknown escape"};
+TMessage SFormNameNeeded{u"Cannot store a %s: components of one form need names of their own"};
+TMessage SFormNotStored{u"Cannot store a %s: objects stand in objects too deep"};
+
 }  // namespace fzy

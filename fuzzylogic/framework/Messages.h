@@ -18,4 +18,52 @@ extern TMessage SArgumentOutOfRange;
 /// "Interface not supported"
 extern TMessage SIntfCastError;
 
+// Streams and files.
+
+/// "The stream cannot be written"
+extern TMessage SStreamNotWritable;
+/// "Cannot read "%s""
+extern TMessage SFileNotRead;
+/// "Cannot write "%s""
+extern TMessage SFileNotWritten;
+
+// Stored forms. Those that begin in lower case are what is wrong in a fault.
+
+/// "Stored form, line %d, %s: %s"
+extern TMessage SFormFault;
+/// "Stored form, line %d: %s"
+extern TMessage SFormLineFault;
+/// "the form ends here, too early"
+extern TMessage SFormEnds;
+/// "expected %s, not "%s""
+extern TMessage SFormExpected;
+/// "a %s has no such property"
+extern TMessage SFormUnknownProperty;
+/// "a %s has no such entry"
+extern TMessage SFormUnknownEntry;
+/// "stands here twice"
+extern TMessage SFormTwice;
+/// "is missing"
+extern TMessage SFormMissing;
+/// "objects stand in objects too deep"
+extern TMessage SFormTooDeep;
+/// "there is no place for a %s "%s""
+extern TMessage SFormUnknownTarget;
+/// "the form has no %s "%s""
+extern TMessage SFormTargetMissing;
+/// "there is no component "%s""
+extern TMessage SFormUnknownComponent;
+/// "the text has no end"
+extern TMessage SFormTextOpen;
+/// "the text is not UTF-8"
+extern TMessage SFormTextNotUtf8;
+/// "the text holds a control character"
+extern TMessage SFormTextControl;
+/// "the text holds an unknown escape"
+extern TMessage SFormTextEscape;
+/// "Cannot store a %s: components of one form need names of their own"
+extern TMessage SFormNameNeeded;
+/// "Cannot store a %s: objects stand in objects too deep"
+extern TMessage SFormNotStored;
+
 }  // namespace fzy

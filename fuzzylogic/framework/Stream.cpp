@@ -2,7 +2,12 @@
 
 #include <algorithm>
 
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/framework/Messages.h"
+
 namespace fzy {
+
+void TStream::Write(std::string_view /*bytes*/) { throw EStreamError(SStreamNotWritable); }
 
 std::size_t TMemoryStream::Read(char* buffer, std::size_t count) {
   const std::size_t length = std::min(count, FBytes.size() - FPosition);

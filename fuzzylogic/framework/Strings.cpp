@@ -5,9 +5,30 @@
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/framework/Messages.h"
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 
 namespace fzy {
+namespace {
+
+constexpr const char16_t* LineEnds[] = {u"\n", u"\r\n", u"\r"};
+
+}  // namespace
+
+class TStrings::TStagedLines final : public TStagedTexts {
+ public:
+  explicit TStagedLines(TStrings& list) noexcept : FList(list) {}
+  void Add(TTextEntry entry) override {
+    const auto end = std::find(std::begin(LineEnds), std::end(LineEnds), entry.End.View());
+    if (end == std::end(LineEnds)) throw EArgumentOutOfRangeException(SArgumentOutOfRange);
+    FLines.push_back({std::move(entry.Text), nullptr, *end});
+  }
+  void Exchange() noexcept override { FList.FLines.swap(FLines); }
+
+ private:
+  TStrings& FList;
+  std::vector<TLine> FLines;
+};
 
 void TStrings::RequireIndex(int index, int end) {
   if (index < 0 || index >= end)
@@ -116,6 +137,16 @@ void TStrings::Assign(TPersistent* source) {
   Clear();
   AddStrings(*list);
   block.Close();
+}
+
+void TStrings::DefineProperties(TFiler& filer) {
+  TPersistent::DefineProperties(filer);
+  filer.DefineEntries(TTextEntries{[this] { return GetCount(); },
+                                   [this](int index) -> TTextEntry {
+                                     const TLine& line = Line(index);
+                                     return {line.Text, line.End};
+                                   },
+                                   [this] { return std::make_unique<TStagedLines>(*this); }});
 }
 
 void TStrings::BeginUpdate() {

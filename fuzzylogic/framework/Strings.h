@@ -63,6 +63,8 @@ class TStrings : public TPersistent {
   /// From another string list: `Clear` and `AddStrings` inside one update block. Other sources are
   /// asked to fill this list.
   void Assign(TPersistent* source) override;
+  /// Its entries are the lines; the objects that they name are not stored.
+  void DefineProperties(TFiler& filer) override;
 
   /// Blocks may nest. What `BeginUpdate` throws leaves no block open, nor does `EndUpdate`.
   void BeginUpdate();
@@ -100,6 +102,8 @@ class TStrings : public TPersistent {
   bool FCaseSensitive = true;
 
  private:
+  class TStagedLines;
+
   int FUpdateCount = 0;
 };
 

@@ -77,6 +77,9 @@ class TStringList : public TStrings {
     return AddLine({std::move(text), object, u"\n", std::move(data)});
   }
   using TStrings::AddObject;
+  /// Nothing is published: objects and data of the entries cannot be stored, and a list without
+  /// them would be another one.
+  void DefineProperties(TFiler& filer) override { TPersistent::DefineProperties(filer); }
   void SetString(int index, TString text) override {
     Change(true, index, 0, [&] { TStrings::SetString(index, std::move(text)); });
   }

@@ -138,7 +138,7 @@ struct TThing final : TPersistent, TInterfaced<IInterface> {
   ~TThing() override { End(); }
   TString ClassName() const override { return "TThing"; }
   void DefineProperties(TFiler& filer) override {
-    filer.DefineText("Text", [] { return ""; }, [this](const TString& value) { Text = value; });
+    filer.Define("Text", [this] { return Text; }, [this](const TString& value) { Text = value; });
   }
   TAction End;
   TString Text;

@@ -1,0 +1,366 @@
+#include "fuzzylogic/framework/detail/FormReader.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+
+#include "fuzzylogic/framework/Component.h"
+#include "fuzzylogic/framework/Format.h"
+#include "fuzzylogic/framework/Messages.h"
+#include "fuzzylogic/framework/StoredForm.h"
+#include "fuzzylogic/framework/detail/FormLimits.h"
+
+namespace fzy::detail {
+namespace {
+
+constexpr std::size_t ShownText = 40;
+
+using TKind = TProperty::TKind;
+
+/// What a value of the property looks like.
+TString ShapeOf(const TProperty& property) {
+  switch (property.Kind) {
+    case TKind::Flag:
+      return "true or false";
+    case TKind::Whole:
+      return "a whole number";
+    case TKind::Text:
+      return "a text in quotes";
+    case TKind::Link:
+      return "none or component \"...\"";
+    case TKind::Object:
+      return "{";
+    case TKind::Number:
+    case TKind::Ignored:
+      return "a number";
+    case TKind::Choice:
+      break;
+  }
+  TString shape;
+  for (const char* name : property.Names) {
+    shape += shape.empty() ? u"one of " : u", ";
+    shape += TString(name);
+  }
+  return shape;
+}
+
+/// The value that a single word stands for.
+std::optional<TPropertyValue> ReadWord(const TProperty& property, std::string_view word) {
+  const auto packed = [](auto value) {
+    return value ? std::optional<TPropertyValue>(*value) : std::nullopt;
+  };
+  if (property.Kind == TKind::Whole) return packed(ReadWhole(word));
+  if (property.Kind == TKind::Number || property.Kind == TKind::Ignored)
+    return packed(ReadNumber(word));
+  if (property.Kind == TKind::Flag) {
+    if (word != "true" && word != "false") return std::nullopt;
+    return word == "true";
+  }
+  const auto found = std::find(property.Names.begin(), property.Names.end(), word);
+  if (found == property.Names.end()) return std::nullopt;
+  return std::int64_t{found - property.Names.begin()};
+}
+
+}  // namespace
+
+struct TFormReader::TBody {
+  struct TLate {
+    const TProperty* Property;
+    TPropertyValue Value;
+    int Line;
+  };
+
+  TBody(TPersistent& object, bool isLive)
+      : Object(object), Description(object), IsLive(isLive), Seen(Properties().size()) {}
+  std::span<const TProperty> Properties() const { return Description.GetProperties(); }
+  /// What gathers the entries.
+  template <class Entries>
+  auto& Stage(const Entries& entries) {
+    using TStaged = typename decltype(entries.Stage())::element_type;
+    if (!Staged) Staged = entries.Stage();
+    return static_cast<TStaged&>(*Staged);
+  }
+
+  TPersistent& Object;
+  TFiler Description;
+  bool IsLive;  // it was there before it was loaded
+  std::vector<bool> Seen;
+  std::size_t Next = 0;  // where the next property is looked for first
+  int Items = 0;
+  std::unique_ptr<TStagedEntries> Staged;
+  std::vector<TLate> Late;
+};
+
+// Objects
+
+void TFormReader::Read(const TFormTarget& target) {
+  while (FLines.Next()) ReadObject(target);
+  FPath.clear();
+  ResolveLinks();
+}
+
+void TFormReader::ReadObject(const TFormTarget& target) {
+  std::string_view rest = FLines.GetLine();
+  const std::string_view line = rest;
+  const TString className(TakeName(rest));
+  TString name;
+  if (rest.starts_with('"')) name = ReadText(rest);
+  if (className.empty() || rest != "{") FailExpected("a class and {", line);
+  TPersistent* object = target(className, name);
+  if (!object) Fail(FormatText(SFormUnknownTarget, {className, name}));
+  FRoot = className.Utf8();
+  FPath = {{FRoot.c_str()}};
+  FRead.push_back({object, FLines.GetNumber(), className});
+  const TFiler description(*object);
+  FTransaction.Begin(*object, description);
+  for (const TProperty& property : description.GetProperties()) {
+    if (property.IsInHeader) Set(property, name, true);
+  }
+  ReadBody(*object, true);
+  if (auto* component = dynamic_cast<TComponent*>(object))
+    FNamed.insert({component->GetName(), component});
+}
+
+void TFormReader::ReadBody(TPersistent& object, bool isLive) {
+  if (++FDepth > DeepestForm) Fail(SFormTooDeep);
+  TBody body(object, isLive);
+  for (;;) {
+    if (!FLines.Next()) Fail(SFormEnds);
+    const std::string_view rest = FLines.GetLine();
+    if (rest == "}") break;
+    if (rest.front() == '"' || rest.front() == '(' || rest.front() == '{')
+      ReadEntry(body, rest);
+    else
+      ReadProperty(body, rest);
+  }
+  Complete(body);
+  --FDepth;
+}
+
+void TFormReader::Complete(TBody& body) {
+  CompleteEntries(body);
+  for (std::size_t i = 0; i < body.Seen.size(); ++i) {
+    const TProperty& property = body.Properties()[i];
+    if (body.Seen[i] || property.IsInHeader || property.Kind == TKind::Ignored) continue;
+    FPath.push_back({property.Name});
+    if (property.Default)
+      Guard(FLines.GetNumber(), GetPath(), [&] { Set(property, *property.Default, body.IsLive); });
+    else if (property.Kind != TKind::Link)
+      Fail(SFormMissing);
+    FPath.pop_back();
+  }
+  for (const TBody::TLate& late : body.Late) {
+    FPath.push_back({late.Property->Name});
+    Guard(late.Line, GetPath(), [&] { Set(*late.Property, late.Value, body.IsLive); });
+    FPath.pop_back();
+  }
+}
+
+/// A list without entries in the form loses those that it had.
+void TFormReader::CompleteEntries(TBody& body) {
+  std::visit(
+      [&](const auto& entries) {
+        if constexpr (!std::is_same_v<std::remove_cvref_t<decltype(entries)>, std::monostate>)
+          body.Stage(entries);
+      },
+      body.Description.GetEntries());
+  if (!body.Staged) return;
+  if (body.IsLive)
+    FTransaction.Exchange(std::move(body.Staged));
+  else
+    body.Staged->Exchange();
+}
+
+void TFormReader::Set(const TProperty& property, const TPropertyValue& value, bool isLive) {
+  if (isLive)
+    FTransaction.Set(property, value);
+  else
+    property.Set(value);
+}
+
+void TFormReader::EndLoading() {
+  for (const TRead& read : FRead) {
+    auto* component = dynamic_cast<TComponent*>(read.Object);
+    if (component) Guard(read.Line, read.Path, [component] { component->Loaded(); });
+  }
+}
+
+// Entries
+
+void TFormReader::ReadEntry(TBody& body, std::string_view rest) {
+  const TEntries& entries = body.Description.GetEntries();
+  const char sign = rest.front();
+  if (const auto* items = std::get_if<TItemEntries>(&entries); items && rest == "{")
+    return ReadItem(body, *items);
+  if (const auto* texts = std::get_if<TTextEntries>(&entries); texts && sign == '"') {
+    TTextEntry entry{ReadText(rest), UsualLineEnd};
+    if (rest.starts_with('"')) entry.End = ReadText(rest);
+    RequireEnd(rest);
+    Guard(FLines.GetNumber(), GetPath(), [&] { body.Stage(*texts).Add(std::move(entry)); });
+    return;
+  }
+  const auto* pairs = std::get_if<TPairEntries>(&entries);
+  if (!pairs || sign != '(') Fail(FormatText(SFormUnknownEntry, {body.Object.ClassName()}));
+  const TNumberPair pair = ReadPair(rest);
+  RequireEnd(rest);
+  Guard(FLines.GetNumber(), GetPath(), [&] { body.Stage(*pairs).Add(pair); });
+}
+
+void TFormReader::ReadItem(TBody& body, const TItemEntries& items) {
+  TStagedItems& staged = body.Stage(items);
+  FPath.push_back({nullptr, body.Items++});
+  ReadBody(staged.Begin(), false);
+  Guard(FLines.GetNumber(), GetPath(), [&] { staged.Complete(); });
+  FPath.pop_back();
+}
+
+TNumberPair TFormReader::ReadPair(std::string_view& rest) {
+  const std::string_view line = rest;
+  Take(rest, "(");
+  const auto number = [&](std::string_view end) {
+    const std::string_view word = rest.substr(0, rest.find_first_of(end));
+    Take(rest, word);
+    return ReadNumber(word);
+  };
+  const std::optional<double> first = number(" \t");
+  const std::optional<double> second = number(" \t)");
+  if (!first || !second || !Take(rest, ")")) FailExpected("(number number)", line);
+  return {*first, *second};
+}
+
+// Properties
+
+void TFormReader::ReadProperty(TBody& body, std::string_view rest) {
+  const std::string_view line = rest;
+  const std::string name(TakeName(rest));
+  if (name.empty() || !Take(rest, "=")) FailExpected("a property", line);
+  const auto properties = body.Properties();
+  // As a form is written, each property is the next of the description or one of those soon after.
+  for (std::size_t i = 0; i < properties.size(); ++i) {
+    const std::size_t index = (body.Next + i) % properties.size();
+    const TProperty& property = properties[index];
+    if (name != property.Name || property.IsInHeader) continue;
+    body.Next = index + 1;
+    FPath.push_back({property.Name});
+    if (body.Seen[index]) Fail(SFormTwice);
+    body.Seen[index] = true;
+    ReadProperty(body, property, rest);
+    FPath.pop_back();
+    return;
+  }
+  FPath.push_back({name.c_str()});
+  Fail(FormatText(SFormUnknownProperty, {body.Object.ClassName()}));
+}
+
+void TFormReader::ReadProperty(TBody& body, const TProperty& property, std::string_view rest) {
+  const int line = FLines.GetNumber();
+  if (property.IsSource) FRead.back() = {FRead.back().Object, line, GetPath()};
+  if (property.Kind == TKind::Object) {
+    if (rest != "{") FailExpected(ShapeOf(property), rest);
+    return ReadBody(*property.Object, body.IsLive);
+  }
+  if (property.Kind == TKind::Link) return ReadLink(body, property, rest);
+  TPropertyValue value = ReadValue(property, rest);
+  RequireEnd(rest);
+  if (property.Kind == TKind::Ignored) return;
+  if (property.IsLate)
+    body.Late.push_back({&property, std::move(value), line});
+  else
+    Guard(line, GetPath(), [&] { Set(property, value, body.IsLive); });
+}
+
+TPropertyValue TFormReader::ReadValue(const TProperty& property, std::string_view& rest) {
+  if (property.Kind == TKind::Text) return ReadText(rest);
+  const std::optional<TPropertyValue> value = ReadWord(property, rest);
+  if (!value) FailExpected(ShapeOf(property), rest);
+  rest = {};
+  return *value;
+}
+
+TString TFormReader::ReadText(std::string_view& rest) {
+  std::u16string text;
+  for (;;) {
+    if (!rest.starts_with('"')) FailExpected("a text in quotes", rest);
+    if (const TMessage* fault = ReadPiece(rest, text)) Fail(*fault);
+    if (!Take(rest, "+")) return text;
+    if (!rest.empty()) continue;
+    if (!FLines.Next()) Fail(SFormEnds);
+    rest = FLines.GetLine();
+  }
+}
+
+// Links
+
+void TFormReader::ReadLink(const TBody& body, const TProperty& property, std::string_view& rest) {
+  const int line = FLines.GetNumber();
+  if (rest == "none") {
+    const TPropertyValue none = static_cast<TComponent*>(nullptr);
+    return Guard(line, GetPath(), [&] { Set(property, none, body.IsLive); });
+  }
+  if (!Take(rest, "component")) FailExpected(ShapeOf(property), rest);
+  const TString name = ReadText(rest);
+  RequireEnd(rest);
+  FLinks.push_back({property, name, line, GetPath(), body.IsLive});
+}
+
+void TFormReader::ResolveLinks() {
+  for (const TLink& link : FLinks) {
+    Guard(link.Line, link.Path, [&] {
+      TComponent* component = FindComponent(link);
+      if (!component) throw EConvertError(FormatText(SFormUnknownComponent, {link.Name}));
+      Set(link.Property, component, link.IsLive);
+    });
+  }
+}
+
+/// In the form first; outside it where the link leads already, or beside the components of the
+/// form.
+TComponent* TFormReader::FindComponent(const TLink& link) const {
+  if (const auto found = FNamed.find(link.Name); found != FNamed.end()) return found->second;
+  auto* before = std::get<TComponent*>(link.Property.Get());
+  if (before && before->GetName() == link.Name) return before;
+  for (const auto& [name, component] : FNamed) {
+    TComponent* owner = component->GetOwner();
+    if (TComponent* found = owner ? owner->FindComponent(link.Name) : nullptr) return found;
+  }
+  return nullptr;
+}
+
+// Faults
+
+void TFormReader::RequireEnd(std::string_view rest) const {
+  if (!rest.empty()) FailExpected("the end of the line", rest);
+}
+
+/// Gives what `action()` raises its place in the form; the exception itself goes along, nested.
+template <class Action>
+void TFormReader::Guard(int line, const TString& path, Action action) const {
+  try {
+    action();
+  } catch (const EStoredFormError&) {
+    throw;
+  } catch (const EException& error) {
+    std::throw_with_nested(EStoredFormError(error.GetMessage(), line, path));
+  }
+}
+
+TString TFormReader::GetPath() const {
+  std::string path;
+  for (const TStep& step : FPath) {
+    if (step.Name)
+      path.append(path.empty() ? "" : ".").append(step.Name);
+    else
+      path.append("[").append(std::to_string(step.Entry)).append("]");
+  }
+  return path;
+}
+
+void TFormReader::Fail(int line, const TString& reason) const {
+  throw EStoredFormError(reason, line, GetPath());
+}
+
+void TFormReader::FailExpected(const TString& expected, std::string_view found) const {
+  Fail(FormatText(SFormExpected, {expected, TString(found.substr(0, ShownText))}));
+}
+
+}  // namespace fzy::detail

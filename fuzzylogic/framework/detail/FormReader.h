@@ -1,0 +1,87 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "fuzzylogic/framework/Message.h"
+#include "fuzzylogic/framework/Properties.h"
+#include "fuzzylogic/framework/detail/FormText.h"
+#include "fuzzylogic/framework/detail/LoadTransaction.h"
+
+namespace fzy::detail {
+
+/// The object that what stands under a class and a name in a form is loaded into, or nothing.
+using TFormTarget = std::function<TPersistent*(const TString& className, const TString& name)>;
+
+/// Reads the text of a form into objects, as their descriptions lead: the text never decides how
+/// deep the reader goes or what it makes.
+class TFormReader {
+ public:
+  TFormReader(TStream& stream, TLoadTransaction& transaction) noexcept
+      : FLines(stream), FTransaction(transaction) {}
+
+  /// Reads all objects, then resolves the links between components.
+  /// @throws EStoredFormError
+  void Read(const TFormTarget& target);
+  /// Ends the loading state of the components that were read, in the order of the form. What that
+  /// raises is a fault of the form.
+  void EndLoading();
+  [[noreturn]] void Fail(const TString& reason) const { Fail(FLines.GetNumber(), reason); }
+
+ private:
+  /// An object that is being read.
+  struct TBody;
+  /// The way to what is read: by a property, or by an entry of a list.
+  struct TStep {
+    const char* Name;  // nothing: by the entry
+    int Entry = 0;
+  };
+  struct TLink {
+    TProperty Property;
+    TString Name;
+    int Line;
+    TString Path;
+    bool IsLive;
+  };
+  struct TRead {
+    TPersistent* Object;
+    int Line;  // with the path, of what a fault is blamed on that shows at the end of loading
+    TString Path;
+  };
+
+  void ReadObject(const TFormTarget& target);
+  void ReadBody(TPersistent& object, bool isLive);
+  void ReadEntry(TBody& body, std::string_view rest);
+  void ReadItem(TBody& body, const TItemEntries& items);
+  void ReadProperty(TBody& body, std::string_view rest);
+  void ReadProperty(TBody& body, const TProperty& property, std::string_view rest);
+  void Complete(TBody& body);
+  void CompleteEntries(TBody& body);
+  TPropertyValue ReadValue(const TProperty& property, std::string_view& rest);
+  void ReadLink(const TBody& body, const TProperty& property, std::string_view& rest);
+  TString ReadText(std::string_view& rest);
+  TNumberPair ReadPair(std::string_view& rest);
+  void Set(const TProperty& property, const TPropertyValue& value, bool isLive);
+  void ResolveLinks();
+  TComponent* FindComponent(const TLink& link) const;
+
+  void RequireEnd(std::string_view rest) const;
+  template <class Action>
+  void Guard(int line, const TString& path, Action action) const;
+  TString GetPath() const;
+  [[noreturn]] void Fail(int line, const TString& reason) const;
+  [[noreturn]] void FailExpected(const TString& expected, std::string_view found) const;
+
+  TFormLines FLines;
+  TLoadTransaction& FTransaction;
+  std::vector<TRead> FRead;
+  std::vector<TStep> FPath;
+  std::vector<TLink> FLinks;
+  std::map<TString, TComponent*> FNamed;  // the components that were read; the first of a name
+  std::string FRoot;                      // the class of the object that is read
+  int FDepth = 0;
+};
+
+}  // namespace fzy::detail

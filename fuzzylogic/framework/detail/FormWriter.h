@@ -1,0 +1,40 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "fuzzylogic/framework/Properties.h"
+#include "fuzzylogic/framework/Stream.h"
+
+namespace fzy::detail {
+
+/// Writes objects as the text of a form, by their descriptions.
+class TFormWriter {
+ public:
+  /// @param form  the objects that make up the form, to which links may lead
+  TFormWriter(TStream& stream, std::span<TPersistent* const> form) noexcept
+      : FStream(stream), FForm(form) {}
+
+  void Write();
+
+ private:
+  void WriteBody(TPersistent& object, int depth);
+  void WriteProperty(const TProperty& property, int depth);
+  void WriteValue(const TProperty& property, const TPropertyValue& value, int depth);
+  void WriteLink(const TProperty& property, const TComponent* component, int depth);
+  void WriteEntries(std::monostate /*none*/, int /*depth*/) {}
+  void WriteEntries(const TItemEntries& entries, int depth);
+  void WriteEntries(const TTextEntries& entries, int depth);
+  void WriteEntries(const TPairEntries& entries, int depth);
+  bool IsInForm(const TComponent& component) const noexcept;
+  void BeginLine(int depth);
+  void BeginProperty(const TProperty& property, int depth);
+  void EndLine();
+  void Flush();
+
+  TStream& FStream;
+  std::span<TPersistent* const> FForm;
+  std::string FBuffer;
+};
+
+}  // namespace fzy::detail

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "fuzzylogic/framework/Persistent.h"
+#include "fuzzylogic/framework/Properties.h"
+
+namespace fzy {
+
+class TComponent;
+
+namespace detail {
+
+/// What is being loaded into objects: until it is kept, all of it can be taken back, and it is when
+/// the transaction ends before.
+class TLoadTransaction {
+ public:
+  TLoadTransaction() = default;
+  TLoadTransaction(const TLoadTransaction&) = delete;
+  TLoadTransaction& operator=(const TLoadTransaction&) = delete;
+  ~TLoadTransaction();
+
+  /// Begins to load an object: keeps its memory, puts a component in its loading state, and what it
+  /// makes anew from its properties aside.
+  void Begin(TPersistent& target, const TFiler& description);
+  /// Sets a property of an object that was there before.
+  void Set(const TProperty& property, const TPropertyValue& value);
+  /// Lets gathered entries take the place of those that were there before.
+  void Exchange(std::unique_ptr<TStagedEntries> entries);
+  /// All is loaded: tells those who must know. What handlers raise goes on once all are told.
+  void Keep();
+
+ private:
+  void TakeBack() noexcept;
+
+  std::vector<TPin> FPins;
+  std::vector<TComponent*> FLoading;
+  std::vector<std::unique_ptr<TStagedEntries>> FStaged;
+  std::vector<std::function<void()>> FUndo;
+  bool FIsKept = false;
+};
+
+}  // namespace detail
+}  // namespace fzy

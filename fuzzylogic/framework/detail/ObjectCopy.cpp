@@ -1,0 +1,77 @@
+#include "fuzzylogic/framework/detail/ObjectCopy.h"
+
+#include "fuzzylogic/framework/Properties.h"
+#include "fuzzylogic/framework/detail/LoadTransaction.h"
+
+namespace fzy::detail {
+namespace {
+
+using TKind = TProperty::TKind;
+
+class TObjectCopy {
+ public:
+  explicit TObjectCopy(TLoadTransaction& transaction) noexcept : FTransaction(transaction) {}
+
+  /// Both objects have the same description. Values come after all objects, on which some depend.
+  /// @param isLive  whether `dest` was there before
+  void Copy(TPersistent& source, TPersistent& dest, bool isLive) {
+    const TFiler from(source);
+    const TFiler to(dest);
+    CopyEntries(from.GetEntries(), to.GetEntries(), isLive);
+    const auto both = [&](auto copy) {
+      for (std::size_t i = 0; i < to.GetProperties().size(); ++i)
+        copy(from.GetProperties()[i], to.GetProperties()[i]);
+    };
+    both([&](const TProperty& original, const TProperty& property) {
+      if (original.Refresh) original.Refresh();
+      if (property.Kind == TKind::Object) Copy(*original.Object, *property.Object, isLive);
+    });
+    both([&](const TProperty& original, const TProperty& property) {
+      if (!property.IsPlain() || property.IsInHeader) return;
+      if (isLive)
+        FTransaction.Set(property, original.Get());
+      else
+        property.Set(original.Get());
+    });
+  }
+
+ private:
+  void CopyEntries(const TEntries& from, const TEntries& to, bool isLive) {
+    std::visit(
+        [&](const auto& source) {
+          using TList = std::remove_cvref_t<decltype(source)>;
+          if constexpr (!std::is_same_v<TList, std::monostate>) {
+            auto staged = std::get<TList>(to).Stage();
+            for (int i = 0; i < source.GetCount(); ++i) Add(*staged, source.GetItem(i));
+            if (isLive)
+              FTransaction.Exchange(std::move(staged));
+            else
+              staged->Exchange();
+          }
+        },
+        from);
+  }
+  template <class Staged, class Entry>
+  static void Add(Staged& staged, Entry entry) {
+    staged.Add(std::move(entry));
+  }
+  void Add(TStagedItems& staged, TPersistent& item) {
+    Copy(item, staged.Begin(), false);
+    staged.Complete();
+  }
+
+  TLoadTransaction& FTransaction;
+};
+
+}  // namespace
+
+void CopyComponent(TComponent& source, TComponent& dest) {
+  const TPin pinned(&source);
+  TLoadTransaction transaction;
+  transaction.Begin(dest, TFiler(dest));
+  TObjectCopy(transaction).Copy(source, dest, true);
+  dest.Loaded();
+  transaction.Keep();
+}
+
+}  // namespace fzy::detail
