@@ -2,8 +2,10 @@
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
+#include "fuzzylogic/vocabulary/FuzzyTypeNames.h"
 
 // Life, properties, notification, membership and text of a set. Its shapes, combinations, hedges,
 // cuts and inference stand in files of their own.
@@ -117,6 +119,39 @@ void TFuzzySet::DoAssign(TFuzzySet* source) {
   FDefinition.Set(source->FDefinition.Get());
   first.Run([this] { Changed(false); });
   first.Rethrow();
+}
+
+void TFuzzySet::LoadName(const TString& value) {
+  if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
+  StoreKey(FName, value);
+}
+
+void TFuzzySet::DefineProperties(TFiler& filer) {
+  TGCollectionItem::DefineProperties(filer);
+  filer.Define(
+      "Defined", [this] { return FDefined; }, [this](bool value) { SetDefined(value); });
+  filer.DefineObject("Values", *FValues);
+  filer.Define(
+      "Name", [this] { return FName; }, [this](const TString& value) { LoadName(value); });
+  filer.Define(
+      "Comment", [this] { return FComment; }, [this](const TString& value) { FComment = value; });
+  filer.Define(
+      "SetType", [this] { return FSetType; }, [this](TFuzzySetType value) { FSetType = value; });
+  filer.Define(
+      "Tag", [this] { return FTag; }, [this](std::intptr_t value) { FTag = value; });
+  filer.Define(
+      "InflectionPoint", [this] { return FInflectionPoint; },
+      [this](TFzyFloat value) {
+        RequireNumber(value, "SetInflectionPoint");
+        FInflectionPoint = value;
+      },
+      0.0);
+  filer.Define(
+      "Expression", [this] { return FExpression; },
+      [this](const TString& value) { FExpression = value; }, TString());
+  filer.Define(
+      "Definition", [this] { return FDefinition.Get(); },
+      [this](const TString& value) { FDefinition.Set(value); }, TString());
 }
 
 TFuzzySet* TFuzzySet::DoClone() {

@@ -110,6 +110,8 @@ class TFuzzySet : public TGCollectionItem {
   /// From another set: name (unchecked), points, type, inflection point, expression and definition;
   /// not comment, defined flag and tag. Other sources are refused.
   void Assign(TPersistent* source) final;
+  /// With the texts and the inflection point by which the set is printed as it was.
+  void DefineProperties(TFiler& filer) override;
   /// A copy of the set's own class in the same collection; a set in none gives a free one.
   TFuzzySet* Clone() { return DoClone(); }
 
@@ -338,6 +340,8 @@ class TFuzzySet : public TGCollectionItem {
   void CollectionChanged() override;
 
   virtual void DoAssign(TFuzzySet* source);
+  /// Stores a name that is loaded.
+  virtual void LoadName(const TString& value);
   virtual TFuzzySet* DoClone();
   virtual TFuzzySet* DoHedge(TFuzzyHedge hedgeType);
   virtual bool DoEquals(TFuzzySet* fuzzySet);

@@ -7,6 +7,7 @@
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySetValues.h"
 #include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
@@ -106,6 +107,14 @@ void TFuzzySetValue::Assign(TPersistent* source) {
   const auto* value = dynamic_cast<const TFuzzySetValue*>(source);
   if (!value) return TCollectionItem::Assign(source);
   SetValue(value->GetX(), value->GetY());
+}
+
+void TFuzzySetValue::DefineProperties(TFiler& filer) {
+  TCollectionItem::DefineProperties(filer);
+  filer.Define(
+      "X", [this] { return GetX(); }, [this](TFzyFloat value) { SetX(value); });
+  filer.Define(
+      "Y", [this] { return GetY(); }, [this](TFzyFloat value) { SetY(value); });
 }
 
 bool TFuzzySetValue::Equals(const TFuzzySetValue& source) const noexcept {

@@ -42,6 +42,7 @@ class TFuzzySetValue final : public TCollectionItem {
 
   /// From another point: `SetValue` with its coordinates; other sources are refused.
   void Assign(TPersistent* source) override;
+  void DefineProperties(TFiler& filer) override;
   /// Whether both coordinates agree within 0.0001.
   bool Equals(const TFuzzySetValue& source) const noexcept;
 

@@ -110,6 +110,8 @@ class TFuzzySetValues : public TGCollection {
   void GetStatValues(TFzyFloat& avgY, TFzyFloat& maxY, TFzyFloat& minY) const;
 
   void Assign(TPersistent* source) override;
+  /// Its entries are the points, as they stand: loading neither clamps nor normalizes them.
+  void DefineProperties(TFiler& filer) override;
 
  protected:
   /// Points have no names: the first one answers to the empty name.
@@ -159,6 +161,9 @@ class TFuzzySetValues : public TGCollection {
   void TrimSameX(TFuzzySetValue* value);
   void CleanGroup(TFuzzySetValue* value);
   void RequirePoints(const char* operation) const;
+
+  class TStagedPoints;
+  void ReleaseHandles() noexcept;
 
   // The handles (`FItems` of the base) are either none at all, or one for each point, some nothing.
   std::vector<TFuzzyPoint> FPoints;

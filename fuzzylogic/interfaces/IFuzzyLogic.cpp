@@ -1,5 +1,6 @@
 #include "fuzzylogic/interfaces/IFuzzyLogic.h"
 
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
@@ -13,6 +14,36 @@ struct TIFuzzyLogic::TSetHandler {
     if (*Link) ((*Link)->*Method)(sender, fuzzySet);
   }
 };
+
+/// Where the variables stand aside while new ones are made from a text that is loaded.
+class TIFuzzyLogic::TReplacedModel final : public TStagedEntries {
+ public:
+  explicit TReplacedModel(TIFuzzyLogic& fuzzy) : FPin(&fuzzy), FFuzzy(fuzzy) {}
+  ~TReplacedModel() override {
+    try {
+      for (const Ref<IFuzzyVariable>& variable : FVariables.GetValues()) FFuzzy.Unwire(*variable);
+    } catch (...) {  // NOLINT(bugprone-empty-catch): of a foreign variable
+    }
+  }
+  void Exchange() noexcept override {
+    FFuzzy.GetItems()->Exchange(FVariables);
+    const bool needsUpdate = FFuzzy.NeedsUpdate();
+    FFuzzy.SetNeedsUpdate(FNeedsUpdate);
+    FNeedsUpdate = needsUpdate;
+  }
+
+ private:
+  TPin FPin;
+  TIFuzzyLogic& FFuzzy;
+  TFuzzyVariableTable FVariables;
+  bool FNeedsUpdate = false;
+};
+
+TComponentClass TIFuzzyLogic::Class() {
+  static constexpr TComponentDescriptor descriptor{
+      "TIFuzzyLogic", [](TComponent* owner) -> TComponent* { return new TIFuzzyLogic(owner); }};
+  return &descriptor;
+}
 
 TIFuzzyLogic::~TIFuzzyLogic() {
   Destroying();
@@ -59,6 +90,11 @@ void TIFuzzyLogic::ThresholdChanged() {
   for (const Ref<IFuzzyVariable>& variable : GetItems()->GetValues())
     first.Run([&] { variable->SetThreshold(GetThreshold()); });
   first.Rethrow();
+}
+
+void TIFuzzyLogic::DefineProperties(TFiler& filer) {
+  TCustomFuzzyLogic::DefineProperties(filer);
+  filer.DefineReplaced([this] { return std::make_unique<TReplacedModel>(*this); });
 }
 
 void TIFuzzyLogic::Loaded() {

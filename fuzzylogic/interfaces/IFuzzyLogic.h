@@ -21,6 +21,7 @@ namespace fzy {
 /// and defuzzification of counted sets do not ask for the component's methods.
 class TIFuzzyLogic : public TCustomFuzzyLogic {
  public:
+  static TComponentClass Class();
   explicit TIFuzzyLogic(TComponent* owner = nullptr) : TCustomFuzzyLogic(owner) {}
   /// Clears the event handlers first.
   ~TIFuzzyLogic() override;
@@ -47,6 +48,11 @@ class TIFuzzyLogic : public TCustomFuzzyLogic {
   void SetOnVariableAdded(TIFuzzyVariableEvent value) { FOnVariableAdded = std::move(value); }
   const TIFuzzyVariableEvent& GetOnVariableDeleted() const noexcept { return FOnVariableDeleted; }
   void SetOnVariableDeleted(TIFuzzyVariableEvent value) { FOnVariableDeleted = std::move(value); }
+
+  /// The model is stored as its text, which is brought up to date before (that needs the parser of
+  /// the variables), and made anew from it when it is loaded (that needs a linked parser). The
+  /// variables of before come back when that fails; else they go as if the table were cleared.
+  void DefineProperties(TFiler& filer) override;
 
   /// Ends the loading state and parses the text that was read.
   /// @throws as `Parse`
@@ -84,6 +90,7 @@ class TIFuzzyLogic : public TCustomFuzzyLogic {
  private:
   friend class TFuzzyVariableTable;
   struct TSetHandler;
+  class TReplacedModel;
   void Unwire(IFuzzyVariable& variable) const;
   void Dismantle() noexcept;
 

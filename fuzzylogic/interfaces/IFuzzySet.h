@@ -254,6 +254,8 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   /// From another set, as `TFuzzySet`; from a counted one also its variable (which moves this one)
   /// and parser. The name is not checked; another one re-files the set as `SetName` does.
   void DoAssign(TFuzzySet* source) override;
+  /// A set in a table is filed anew.
+  void LoadName(const TString& value) override { SetName(value); }
   TFzyFloat EqualityThreshold() const override;
 
  private:

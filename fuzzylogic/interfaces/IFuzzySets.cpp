@@ -1,5 +1,8 @@
 #include "fuzzylogic/interfaces/IFuzzySets.h"
 
+#include <algorithm>
+
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/interfaces/IFuzzyVariable.h"
 #include "fuzzylogic/interfaces/detail/Operand.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
@@ -36,12 +39,14 @@ void TIFuzzySets::Add(const Ref<IFuzzySet>& fuzzySet) {
 Ref<IFuzzySet> TIFuzzySets::Add(const TString& name) {
   const TPin self(this);
   const TBorrowed<IFuzzyVariable> variable(FVariable);
-  Ref<IFuzzySet> set = TIFuzzySet::Create(
-      variable, name,
-      FVariable && FVariable->FFuzzySetClass ? FVariable->FFuzzySetClass : TIFuzzySet::Class());
+  Ref<IFuzzySet> set = TIFuzzySet::Create(variable, name, GetSetClass());
   set->SetDefined(name != SEmptyFuzzy);
   Add(set);
   return set;
+}
+
+TIFuzzySetClass TIFuzzySets::GetSetClass() const noexcept {
+  return FVariable && FVariable->FFuzzySetClass ? FVariable->FFuzzySetClass : TIFuzzySet::Class();
 }
 
 std::optional<TString> TIFuzzySets::KeyOf(const Ref<IFuzzySet>& set) const {
@@ -119,6 +124,71 @@ void TIFuzzySets::Clear() {
   FNewIndex = 0;
   if (FVariable) first.Run([&] { FVariable->ClearFuzzySets(); });
   first.Rethrow();
+}
+
+// Storing and loading
+
+/// Sets that are loaded: in a table of no variable until they join the variable as a whole.
+class TIFuzzySets::TStaged final : public TStagedItems {
+ public:
+  explicit TStaged(TIFuzzySets& sets) : FPin(&sets), FSets(sets) {}
+  ~TStaged() override { FTable.Clear(); }
+  TPersistent& Begin() override {
+    FSet = TIFuzzySet::Create(nullptr, TString(), FSets.GetSetClass());
+    return *FSet;
+  }
+  void Complete() override {
+    const Ref<IFuzzySet> set(FSet);
+    FTable.Add(set->GetName(), set);
+  }
+  void Exchange() noexcept override { FSets.ExchangeSets(FTable); }
+
+ private:
+  TPin FPin;
+  TIFuzzySets& FSets;
+  TIFuzzySets FTable;
+  Ref<TIFuzzySet> FSet;
+};
+
+/// A set of the library's own: the very set, or a copy of what a foreign one tells of itself.
+Ref<TIFuzzySet> TIFuzzySets::OwnOrCopy(const Ref<IFuzzySet>& set) {
+  if (TIFuzzySet* own = detail::OwnSet(set.Get())) return own;
+  Ref<TIFuzzySet> copy = TIFuzzySet::Create(nullptr, set->GetName());
+  copy->AssignValues(set);
+  copy->SetComment(set->GetComment());
+  copy->SetExpression(set->GetExpression());
+  copy->SetDefined(set->GetDefined());
+  copy->SetTag(set->GetTag());
+  copy->SetIndex(set->GetIndex());
+  return copy;
+}
+
+std::vector<Ref<TIFuzzySet>> TIFuzzySets::InOrder() const {
+  std::vector<Ref<TIFuzzySet>> sets;
+  sets.reserve(static_cast<std::size_t>(GetCount()));
+  for (const Ref<IFuzzySet>& set : GetValues()) sets.push_back(OwnOrCopy(set));
+  std::ranges::sort(sets, {}, [](const Ref<TIFuzzySet>& set) { return set->GetIndex(); });
+  return sets;
+}
+
+void TIFuzzySets::DefineProperties(TFiler& filer) {
+  TTable::DefineProperties(filer);
+  const auto sets = std::make_shared<const std::vector<Ref<TIFuzzySet>>>(InOrder());
+  filer.DefineEntries(TItemEntries{
+      [sets] { return static_cast<int>(sets->size()); },
+      [sets](int index) -> TPersistent& { return *(*sets)[static_cast<std::size_t>(index)]; },
+      [this] { return std::make_unique<TStaged>(*this); }});
+}
+
+void TIFuzzySets::ExchangeSets(TIFuzzySets& other) noexcept {
+  Exchange(other);
+  std::swap(FNewIndex, other.FNewIndex);
+  for (int slot = DoNext(-1); slot >= 0; slot = DoNext(slot)) {
+    TIFuzzySet* own = detail::OwnSet(ValueAt(slot).Get());
+    if (!FVariable || !own || own->FVariable) continue;
+    own->FVariable = FVariable;
+    own->FParser = FVariable->FParser;
+  }
 }
 
 void TIFuzzySets::MemberEntered(const Ref<IFuzzySet>& member) {

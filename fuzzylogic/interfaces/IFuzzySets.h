@@ -50,6 +50,9 @@ class TIFuzzySets final : public TMemberTable<IFuzzySet> {
   /// From the table of another variable: `AssignFuzzySets`. From another table of sets: its
   /// entries. A string list is refused, because names alone are no sets.
   void Assign(TPersistent* source) override;
+  /// Its entries are the sets, in the order of their numbers. One that is not of the library's own
+  /// class is stored as a copy of it.
+  void DefineProperties(TFiler& filer) override;
   /// Whether the variable has, for every set that is defined here, one of its name that is equal to
   /// it (`IFuzzySet::Equals`, asked of that one). Sets that only the other has are not looked at.
   bool EqualsSets(const Ref<IFuzzyVariable>& fuzzyVariable) const;
@@ -69,6 +72,11 @@ class TIFuzzySets final : public TMemberTable<IFuzzySet> {
   /// The key under which the table holds the set, if it does.
   std::optional<TString> KeyOf(const Ref<IFuzzySet>& set) const;
   void Enter(const Ref<IFuzzySet>& set);
+  TIFuzzySetClass GetSetClass() const noexcept;
+  class TStaged;
+  static Ref<TIFuzzySet> OwnOrCopy(const Ref<IFuzzySet>& set);
+  std::vector<Ref<TIFuzzySet>> InOrder() const;
+  void ExchangeSets(TIFuzzySets& other) noexcept;
 
   std::int32_t FNewIndex = 0;
   TIFuzzyVariable* FVariable;

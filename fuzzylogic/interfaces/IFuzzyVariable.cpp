@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/model/detail/Conjunction.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
+#include "fuzzylogic/vocabulary/FuzzyTypeNames.h"
 
 namespace fzy {
 
@@ -113,6 +115,56 @@ void TIFuzzyVariable::SetParser(const Ref<IFuzzyParser>& value) {
   const TPin self(this);
   FParser = value;
   for (const Ref<IFuzzySet>& set : FItems->GetValues()) set->SetParser(FParser);
+}
+
+void TIFuzzyVariable::DefineProperties(TFiler& filer) {
+  TIFuzzyVariablePersistent::DefineProperties(filer);
+  filer.Define(
+      "Comment", [this] { return FComment; }, [this](const TString& value) { FComment = value; });
+  filer.Define(
+      "DefuzzificationMethod", [this] { return FDefuzzificationMethod; },
+      [this](TDefuzzificationMethod value) { FDefuzzificationMethod = value; });
+  filer.Define(
+      "Maximum", [this] { return FMaximum; },
+      [this](TFzyFloat value) {
+        RequireFinite(value, "SetMaximum");
+        FMaximum = value;
+        FMinimum = std::min(FMinimum, value);
+      });
+  filer.Define(
+      "Minimum", [this] { return FMinimum; },
+      [this](TFzyFloat value) {
+        RequireFinite(value, "SetMinimum");
+        FMinimum = value;
+        FMaximum = std::max(FMaximum, value);
+      });
+  filer.Define(
+      "Name", [this] { return FName; }, [this](const TString& value) { FName = value; });
+  filer.Define(
+      "Units", [this] { return FUnits; }, [this](const TString& value) { FUnits = value; });
+  filer.Define(
+      "NumFunctionValues", [this] { return FNumFunctionValues; },
+      [this](std::int32_t value) { FNumFunctionValues = value; }, 7);
+  filer.DefineLink(
+      "Parser", [this] { return GetParserComponent(); },
+      [this](TComponent* value) { SetParserComponent(value); });
+  filer.DefineObject("Items", *FItems);
+  filer.Define(
+      "Tag", [this] { return FTag; }, [this](std::intptr_t value) { FTag = value; });
+  filer.Define(
+      "Threshold", [this] { return FThreshold; }, [this](TFzyFloat value) { SetThreshold(value); });
+}
+
+TComponent* TIFuzzyVariable::GetParserComponent() const {
+  const Ref<IComponentReference> reference = Query<IComponentReference>(FParser.Get());
+  return reference ? reference->GetComponent() : nullptr;
+}
+
+void TIFuzzyVariable::SetParserComponent(TComponent* component) {
+  void* parser = nullptr;
+  if (component && component->QueryInterface(IFuzzyParser::Id, &parser) != S_Ok)
+    throw EIntfCastError(SIntfCastError);
+  SetParser(Ref<IFuzzyParser>::Attach(static_cast<IFuzzyParser*>(parser)));
 }
 
 // The sets

@@ -135,6 +135,7 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   void Assign(TPersistent* source) override;
   void Assign(const Ref<IInterface>& value) override;
   void AssignTo(TPersistent* dest) override { TIFuzzyVariablePersistent::AssignTo(dest); }
+  void DefineProperties(TFiler& filer) override;
   /// A copy of the variable's own class.
   Ref<IInterface> Clone() override;
   /// Whether names, ranges and units are the same and the sets are equal
@@ -192,6 +193,8 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
  private:
   friend class TIFuzzySets;
   void TakeOver(IFuzzyVariable& source);
+  TComponent* GetParserComponent() const;
+  void SetParserComponent(TComponent* component);
   void FireSetEvent(const TIFuzzySetEvent& event, const Ref<IFuzzySet>& fuzzySet);
 
   // Added to the count while releases do nothing but count: until there is a table, while a release

@@ -213,6 +213,19 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   const TValue& ValueAt(int slot) const { return FItems[Index(slot)].Value; }
   const TKey& KeyAt(int slot) const { return FItems[Index(slot)].Key; }
   bool IsUsed(int slot) const { return FItems[Index(slot)].IsUsed(); }
+  /// The entries of two tables change places, their order included; nobody is told.
+  void Exchange(TKelDictionary& other) noexcept {
+    const int count = GetCount();
+    SetCount(other.GetCount());
+    other.SetCount(count);
+    std::swap(FComparer, other.FComparer);
+    std::swap(FGrowThreshold, other.FGrowThreshold);
+    std::swap(FItems, other.FItems);
+    std::swap(FSeed, other.FSeed);
+    std::swap(FIsAttacked, other.FIsAttacked);
+    SlotsMoved();
+    other.SlotsMoved();
+  }
   /// Releases all entries, also those that come meanwhile, without a word.
   void Empty() noexcept {
     while (!FItems.empty()) TakeAll();

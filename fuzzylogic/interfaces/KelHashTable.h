@@ -4,6 +4,7 @@
 #include "fuzzylogic/common/KelException.h"
 #include "fuzzylogic/framework/Component.h"
 #include "fuzzylogic/framework/Format.h"
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/interfaces/KelDictionary.h"
 
@@ -54,6 +55,13 @@ class TKelHashTable : public TKelDictionary<TKey, TValue> {
   }
   TValue GetItemByIndex(int index) const { return TTable::ValueAt(SlotByIndex(index)); }
   TKey GetKeyByIndex(int index) const { return TTable::KeyAt(SlotByIndex(index)); }
+
+  /// Tables once published how they were laid out: that is accepted and ignored. Their entries are
+  /// published by the classes that can make them.
+  void DefineProperties(TFiler& filer) override {
+    TTable::DefineProperties(filer);
+    for (const char* name : {"LoadFactor", "HashType", "Capacity"}) filer.DefineIgnored(name);
+  }
 
   virtual void BeginUpdate() { ++FUpdating; }
   /// Closes one block; without an open block nothing happens.

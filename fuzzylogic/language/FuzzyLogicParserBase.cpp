@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/language/detail/ParserFace.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
@@ -89,6 +90,17 @@ TCustomFuzzyLogicParser::TCustomFuzzyLogicParser(TComponent* owner)
     : TFuzzyTextParser(owner), FFace(new detail::TParserFace(*this)) {}
 
 Ref<IFuzzyParser> TCustomFuzzyLogicParser::GetInterface() { return FFace; }
+
+HResult TCustomFuzzyLogicParser::QueryInterface(const TGuid& id, void** result) {
+  return FFace->QueryInterface(id, result);
+}
+
+void TCustomFuzzyLogicParser::DefineProperties(TFiler& filer) {
+  TFuzzyTextParser::DefineProperties(filer);
+  filer.DefineLink(
+      "FuzzyLogic", [this] { return FFuzzyLogic; },
+      [this](TCustomFuzzyLogic* value) { SetFuzzyLogic(value); });
+}
 
 TCustomFuzzyLogicParser::~TCustomFuzzyLogicParser() {
   FFace->Detach();

@@ -34,11 +34,13 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   /// Does not touch the component's own link to a parser.
   void SetFuzzyLogic(TCustomFuzzyLogic* value);
   void Notification(TComponent* component, TOperation operation) override;
+  void DefineProperties(TFiler& filer) override;
 
   /// The parser as the counted model holds it. References do not own the parser; when it has gone
   /// they answer no query any more, not even for `IFuzzyParser`, and their operations raise an
   /// EFzyException (`SParserUnassigned`).
   Ref<IFuzzyParser> GetInterface();
+  HResult QueryInterface(const TGuid& id, void** result) override;
 
   // Events: a parse begins and has succeeded; a term, a variable was read; an expression was
   // evaluated; a function is called.

@@ -82,6 +82,13 @@ class TNewVariable {
 
 // Entry points
 
+TComponentClass TKelFuzzyLogicParser::Class() {
+  static constexpr TComponentDescriptor descriptor{
+      "TKelFuzzyLogicParser",
+      [](TComponent* owner) -> TComponent* { return new TKelFuzzyLogicParser(owner); }};
+  return &descriptor;
+}
+
 void TKelFuzzyLogicParser::ParseFuzzyLogic(const TString& text, const TEncoding* encoding) {
   if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
   const detail::TStreamFrame frame(*this, text, encoding);

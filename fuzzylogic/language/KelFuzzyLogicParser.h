@@ -34,6 +34,7 @@ class TStreamFrame;
 /// can be freed by a handler meanwhile, so that there always is a result.
 class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
  public:
+  static TComponentClass Class();
   explicit TKelFuzzyLogicParser(TComponent* owner = nullptr) : TCustomFuzzyLogicParser(owner) {}
   ~TKelFuzzyLogicParser() override { Destroying(); }
   TString ClassName() const override { return "TKelFuzzyLogicParser"; }

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/vocabulary/FuzzyExceptions.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
+#include "fuzzylogic/vocabulary/FuzzyTypeNames.h"
 
 namespace fzy {
 
@@ -28,10 +30,14 @@ void TCustomFuzzyLogic::SetNumFunctionValues(int value) noexcept {
 }
 
 void TCustomFuzzyLogic::SetThreshold(TFzyFloat value) {
-  RequireNumber(value, "SetThreshold");
   if (value == FThreshold) return;
-  FThreshold = std::clamp(value, 0.0, 1.0);
+  StoreThreshold(value);
   ThresholdChanged();
+}
+
+void TCustomFuzzyLogic::StoreThreshold(TFzyFloat value) {
+  RequireNumber(value, "SetThreshold");
+  FThreshold = std::clamp(value, 0.0, 1.0);
 }
 
 void TCustomFuzzyLogic::SetParser(TFuzzyTextParser* value) {
@@ -44,6 +50,33 @@ void TCustomFuzzyLogic::SetParser(TFuzzyTextParser* value) {
 void TCustomFuzzyLogic::Notification(TComponent* component, TOperation operation) {
   TComponent::Notification(component, operation);
   if (operation == opRemove && FParser && component == FParser) SetParser(nullptr);
+}
+
+void TCustomFuzzyLogic::DefineProperties(TFiler& filer) {
+  TComponent::DefineProperties(filer);
+  filer.Define(
+      "AutoTerms", [this] { return FAutoTerms; }, [this](bool value) { FAutoTerms = value; }, true);
+  filer.Define(
+      "CorrelationMethod", [this] { return FCorrelationMethod; },
+      [this](TFuzzyCorrelationMethod value) { FCorrelationMethod = value; }, fcmMinimum);
+  filer.Define(
+      "InferenceMethod", [this] { return FInferenceMethod; },
+      [this](TFuzzyInferenceMethod value) { FInferenceMethod = value; }, fimMinMax);
+  filer.Define(
+      "DefuzzificationMethod", [this] { return FDefuzzificationMethod; },
+      [this](TDefuzzificationMethod value) { FDefuzzificationMethod = value; }, dmCenterOfGravity);
+  filer.Define(
+      "NumFunctionValues", [this] { return FNumFunctionValues; },
+      [this](int value) { SetNumFunctionValues(value); }, 7);
+  filer.Define(
+      "Threshold", [this] { return FThreshold; },
+      [this](TFzyFloat value) { StoreThreshold(value); });
+  filer.DefineLink(
+      "Parser", [this] { return FParser; }, [this](TFuzzyTextParser* value) { SetParser(value); });
+  TProperty& strings = filer.DefineObject("Strings", FStrings);
+  strings.Refresh = [this] { RefreshText(); };
+  strings.IsSource = true;
+  filer.DefineObject("Variables", FVariables);
 }
 
 TStrings* TCustomFuzzyLogic::GetStrings() {

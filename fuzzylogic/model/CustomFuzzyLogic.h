@@ -91,6 +91,7 @@ class TCustomFuzzyLogic : public TComponent {
   void SetOnChange(TNotifyEvent value) { FOnChange = std::move(value); }
 
   void Notification(TComponent* component, TOperation operation) override;
+  void DefineProperties(TFiler& filer) override;
 
   /// Regenerates the text from the model; the base only sees to flag and parser. While loading
   /// nothing is regenerated. A failure leaves the old text, still marked for regeneration.
@@ -106,6 +107,8 @@ class TCustomFuzzyLogic : public TComponent {
 
   void Leave() override;
 
+  /// Brings the text up to date before it is stored.
+  virtual void RefreshText() { GetStrings(); }
   void RequireParser() const;
   void ParseText(const TString& text);
   /// Lets the old model go by `clear()` and has the text parsed that was assigned before, whatever
@@ -122,6 +125,8 @@ class TCustomFuzzyLogic : public TComponent {
   void FireChange();
 
  private:
+  void StoreThreshold(TFzyFloat value);
+
   int FNumFunctionValues = 7;
   TNotifyEvent FOnChange;
   TDefuzzificationMethod FDefuzzificationMethod = dmCenterOfGravity;

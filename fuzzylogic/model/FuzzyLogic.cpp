@@ -1,9 +1,17 @@
 #include "fuzzylogic/model/FuzzyLogic.h"
 
+#include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
+
+TComponentClass TFuzzyLogic::Class() {
+  static constexpr TComponentDescriptor descriptor{
+      "TFuzzyLogic", [](TComponent* owner) -> TComponent* { return new TFuzzyLogic(owner); }};
+  return &descriptor;
+}
 
 TFuzzyVariablesClass TFuzzyLogic::ItemsClass() {
   static constexpr TFuzzyVariablesDescriptor descriptor{
@@ -47,6 +55,32 @@ TFuzzyVariables* TFuzzyLogic::GetItems() {
 void TFuzzyLogic::SetItems(TFuzzyVariables* value) {
   const TPin self(this);
   GetItems()->Assign(value);
+}
+
+void TFuzzyLogic::DefineProperties(TFiler& filer) {
+  TCustomFuzzyLogic::DefineProperties(filer);
+  filer.Define(
+      "NeedsUpdate", [this] { return NeedsUpdate(); },
+      [this](bool value) { SetNeedsUpdate(value); }, false);
+  filer.DefineObject("Items", *GetItems());
+}
+
+/// A model that no parser can write is stored all the same: it stands in the variables.
+void TFuzzyLogic::RefreshText() {
+  try {
+    GetStrings();
+  } catch (const EException&) {  // NOLINT(bugprone-empty-catch): the text stays marked
+  }
+}
+
+void TFuzzyLogic::VariablesLoaded(TFuzzyVariables* replaced) {
+  const TPin self(this);
+  TFirstException first;
+  first.Run([&] { replaced->Free(); });
+  for (TFuzzyVariable* variable : *GetItems())
+    first.Run([&] { FireEvent(FOnVariableAdded, this, variable); });
+  first.Run([this] { FireChange(); });
+  first.Rethrow();
 }
 
 void TFuzzyLogic::ThresholdChanged() {

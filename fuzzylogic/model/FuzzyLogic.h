@@ -30,6 +30,7 @@ using TFuzzyVariablesClass = const TFuzzyVariablesDescriptor*;
 /// notification still arrives, and the exception goes on to the caller of the operation.
 class TFuzzyLogic : public TCustomFuzzyLogic {
  public:
+  static TComponentClass Class();
   static TFuzzyVariablesClass ItemsClass();
 
   explicit TFuzzyLogic(TComponent* owner = nullptr) : TCustomFuzzyLogic(owner) {}
@@ -55,6 +56,13 @@ class TFuzzyLogic : public TCustomFuzzyLogic {
   const TFuzzyVariableEvent& GetOnVariableDeleted() const noexcept { return FOnVariableDeleted; }
   void SetOnVariableDeleted(TFuzzyVariableEvent value) { FOnVariableDeleted = std::move(value); }
 
+  /// The variables are stored with all that is in them, and the text beside them as it stands; it
+  /// is brought up to date before, where a linked parser can do that, else a mark says that it is
+  /// not. Loading parses nothing, adds no automatic terms and gives nobody the threshold. It ends
+  /// with `OnFuzzySetDeleted` and `OnVariableDeleted` for the model that was replaced (which has
+  /// left the component already), `OnVariableAdded` for each new variable, and `OnChange`.
+  void DefineProperties(TFiler& filer) override;
+
   /// Regenerates the text: one entry a variable, in order, as the parser prints it.
   void UpdateStrings() override;
   /// Frees all variables and lets the parser rebuild them from the text that was assigned (whatever
@@ -77,13 +85,16 @@ class TFuzzyLogic : public TCustomFuzzyLogic {
  protected:
   void ThresholdChanged() override;
   void Leave() override;
+  void RefreshText() override;
   /// A new collection of the class `FItemsClass`, owned by this component.
   virtual TFuzzyVariables* CreateVariables();
 
   TFuzzyVariablesClass FItemsClass = ItemsClass();
 
  private:
+  friend class TFuzzyVariables;
   void Dismantle() noexcept;
+  void VariablesLoaded(TFuzzyVariables* replaced);
 
   TFuzzySetEvent FOnFuzzySetChange;
   TFuzzyVariableEvent FOnVariableChange;

@@ -46,6 +46,7 @@ class TFuzzySets final : public TFuzzySetCollection {
 
  protected:
   TCollectionItem* AddItem() override;
+  TCollectionItem* NewItem() override { return TFuzzySet::Create(nullptr, FSetClass); }
   void Notify(TCollectionItem* item, TCollectionNotification action) override;
   void Update(TCollectionItem* item) override;
   [[noreturn]] void FailIndex(int index) const override { RaiseFuzzyIndex(index); }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "fuzzylogic/framework/FirstException.h"
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/framework/Strings.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/model/FuzzyLogic.h"
@@ -76,19 +77,27 @@ void TFuzzyVariable::SetUnits(const TString& value) { SetText(&TFuzzyVariable::F
 
 void TFuzzyVariable::SetComment(const TString& value) { SetText(&TFuzzyVariable::FComment, value); }
 
-void TFuzzyVariable::SetMinimum(TFzyFloat value) {
+void TFuzzyVariable::StoreMinimum(TFzyFloat value) {
   RequireFinite(value, "SetMinimum");
-  if (value == FMinimum) return;
   FMinimum = value;
   FMaximum = std::max(FMaximum, value);
+}
+
+void TFuzzyVariable::StoreMaximum(TFzyFloat value) {
+  RequireFinite(value, "SetMaximum");
+  FMaximum = value;
+  FMinimum = std::min(FMinimum, value);
+}
+
+void TFuzzyVariable::SetMinimum(TFzyFloat value) {
+  if (value == FMinimum) return;
+  StoreMinimum(value);
   Changed(false);
 }
 
 void TFuzzyVariable::SetMaximum(TFzyFloat value) {
-  RequireFinite(value, "SetMaximum");
   if (value == FMaximum) return;
-  FMaximum = value;
-  FMinimum = std::min(FMinimum, value);
+  StoreMaximum(value);
   Changed(false);
 }
 
@@ -99,9 +108,13 @@ void TFuzzyVariable::SetThreshold(TFzyFloat value) {
 
 void TFuzzyVariable::SetItemIndex(int value) {
   if (value == FItemIndex) return;
-  if (value >= FItems->GetCount()) RaiseFuzzyIndex(value);
+  RequireItemIndex(value);
   FItemIndex = value;
   Changed(false);
+}
+
+void TFuzzyVariable::RequireItemIndex(int value) const {
+  if (value >= FItems->GetCount()) RaiseFuzzyIndex(value);
 }
 
 void TFuzzyVariable::SetItems(TFuzzySets* value) {
@@ -114,14 +127,34 @@ void TFuzzyVariable::Assign(TPersistent* source) {
   if (!variable) return TGCollectionItem::Assign(source);
   if (variable == this) return;
   const TPin pinned(variable);
-  StoreKey(FName, variable->FName);
-  FMinimum = variable->FMinimum;
-  FMaximum = variable->FMaximum;
-  FThreshold = variable->FThreshold;
-  FUnits = variable->FUnits;
-  FComment = variable->FComment;
+  CopyValues(*variable, *this);
   FItemIndex = variable->FItemIndex;
   SetItems(variable->FItems);
+}
+
+void TFuzzyVariable::DefineProperties(TFiler& filer) {
+  TGCollectionItem::DefineProperties(filer);
+  filer
+      .Define(
+          "ItemIndex", [this] { return FItemIndex; },
+          [this](int value) {
+            RequireItemIndex(value);
+            FItemIndex = value;
+          })
+      .IsLate = true;
+  filer.Define(
+      "Maximum", [this] { return FMaximum; }, [this](TFzyFloat value) { StoreMaximum(value); });
+  filer.Define(
+      "Minimum", [this] { return FMinimum; }, [this](TFzyFloat value) { StoreMinimum(value); });
+  filer.DefineObject("Items", *FItems);
+  filer.Define(
+      "Name", [this] { return FName; }, [this](const TString& value) { StoreKey(FName, value); });
+  filer.Define(
+      "Units", [this] { return FUnits; }, [this](const TString& value) { FUnits = value; });
+  filer.Define(
+      "Comment", [this] { return FComment; }, [this](const TString& value) { FComment = value; });
+  filer.Define(
+      "Threshold", [this] { return FThreshold; }, [this](TFzyFloat value) { SetThreshold(value); });
 }
 
 void TFuzzyVariable::AssignTo(TPersistent* dest) {

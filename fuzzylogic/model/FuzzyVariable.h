@@ -83,6 +83,7 @@ class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
   void Assign(TPersistent* source) override;
   /// To a string list: one line a set, its name with the set attached.
   void AssignTo(TPersistent* dest) override;
+  void DefineProperties(TFiler& filer) override;
 
   // Rules.
 
@@ -142,6 +143,9 @@ class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
   friend class TFuzzySets;
   friend class TFuzzyVariables;
   void SetText(TString TFuzzyVariable::*property, const TString& value);
+  void StoreMinimum(TFzyFloat value);
+  void StoreMaximum(TFzyFloat value);
+  void RequireItemIndex(int value) const;
   void PullItemIndexBack() noexcept;
   TFuzzyTextParser* GetParser() const noexcept;
 

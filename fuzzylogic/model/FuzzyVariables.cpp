@@ -68,6 +68,14 @@ void TFuzzyVariables::Update(TCollectionItem* item) {
   if (FFuzzy) FFuzzy->UpdateVariable(variable);
 }
 
+/// The variables that were replaced end in a list of their own, which tells the component.
+void TFuzzyVariables::ItemsLoaded(std::vector<TCollectionItem*>& replaced) {
+  if (!FFuzzy) return;
+  auto* gone = new TFuzzyVariables(FFuzzy);
+  gone->ExchangeItems(replaced);
+  FFuzzy->VariablesLoaded(gone);
+}
+
 void TFuzzyVariables::UpdateFuzzySet(TFuzzySet* fuzzySet) {
   const TPin self(this);
   if (FFuzzy) FFuzzy->UpdateFuzzySet(fuzzySet);

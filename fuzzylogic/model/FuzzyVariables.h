@@ -45,6 +45,10 @@ class TFuzzyVariables : public TGCollection {
 
  protected:
   TCollectionItem* AddItem() override { return Add(); }
+  TCollectionItem* NewItem() override {
+    return TFuzzyVariable::Create(nullptr, FSetClass, FVariableClass);
+  }
+  void ItemsLoaded(std::vector<TCollectionItem*>& replaced) override;
   void Notify(TCollectionItem* item, TCollectionNotification action) override;
   void Update(TCollectionItem* item) override;
   [[noreturn]] void FailIndex(int index) const override { RaiseFuzzyIndex(index); }

@@ -6,17 +6,25 @@
 namespace fzy::detail {
 
 /// A parser as the counted model holds it. It outlives the parser; then it answers no query.
-class TParserFace final : public TInterfaced<IFuzzyParser> {
+class TParserFace final : public TInterfaced<IFuzzyParser>, public IComponentReference {
  public:
   explicit TParserFace(TCustomFuzzyLogicParser& parser) noexcept : FParser(&parser) {}
   void Detach() noexcept { FParser = nullptr; }
 
   HResult QueryInterface(const TGuid& id, void** result) override {
+    if (id == IComponentReference::Id && FParser) {
+      *result = static_cast<IComponentReference*>(this);
+      AddRef();
+      return S_Ok;
+    }
     if (FParser || id == IInterface::Id)
       return TInterfaced<IFuzzyParser>::QueryInterface(id, result);
     *result = nullptr;
     return E_NoInterface;
   }
+  std::int32_t AddRef() noexcept override { return TInterfaced<IFuzzyParser>::AddRef(); }
+  std::int32_t Release() noexcept override { return TInterfaced<IFuzzyParser>::Release(); }
+  TComponent* GetComponent() override { return FParser; }
 
   TFzyFloat EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable, const TString& expression,
                                 Ref<IFuzzySet>& fuzzySet) override {
