@@ -78,9 +78,13 @@ TString TFuzzySet::GetDisplayName() const {
 
 void TFuzzySet::SetName(const TString& value) {
   if (value == FName) return;
+  StoreName(value);
+  Changed(false);
+}
+
+void TFuzzySet::StoreName(const TString& value) {
   if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
   StoreKey(FName, value);
-  Changed(false);
 }
 
 void TFuzzySet::SetComment(const TString& value) {
@@ -121,18 +125,13 @@ void TFuzzySet::DoAssign(TFuzzySet* source) {
   first.Rethrow();
 }
 
-void TFuzzySet::LoadName(const TString& value) {
-  if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
-  StoreKey(FName, value);
-}
-
 void TFuzzySet::DefineProperties(TFiler& filer) {
   TGCollectionItem::DefineProperties(filer);
   filer.Define(
       "Defined", [this] { return FDefined; }, [this](bool value) { SetDefined(value); });
   filer.DefineObject("Values", *FValues);
   filer.Define(
-      "Name", [this] { return FName; }, [this](const TString& value) { LoadName(value); });
+      "Name", [this] { return FName; }, [this](const TString& value) { StoreName(value); });
   filer.Define(
       "Comment", [this] { return FComment; }, [this](const TString& value) { FComment = value; });
   filer.Define(

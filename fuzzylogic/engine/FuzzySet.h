@@ -119,6 +119,8 @@ class TFuzzySet : public TGCollectionItem {
   /// the set user-defined and clears the expression.
   virtual void UpdateFuzzySetValue(TFuzzySetValue* value);
   virtual void UpdateFuzzySetValues();
+  /// Called by the point list when the set, or its points, have been loaded: tells the collection.
+  virtual void PointsLoaded() { Changed(false); }
 
   /// What the component's parser shows of the set; without one "(name (x y) (x y) )", four
   /// decimals.
@@ -340,8 +342,6 @@ class TFuzzySet : public TGCollectionItem {
   void CollectionChanged() override;
 
   virtual void DoAssign(TFuzzySet* source);
-  /// Stores a name that is loaded.
-  virtual void LoadName(const TString& value);
   virtual TFuzzySet* DoClone();
   virtual TFuzzySet* DoHedge(TFuzzyHedge hedgeType);
   virtual bool DoEquals(TFuzzySet* fuzzySet);
@@ -366,6 +366,7 @@ class TFuzzySet : public TGCollectionItem {
   TFzyFloat FMax = 0;  ///< the running maximum of `FuzzyOperatorMaxOfMin`
 
  private:
+  void StoreName(const TString& value);
   TFuzzySetCollection* Siblings() const noexcept;
   TFuzzySet* Returned() noexcept { return IsFreed() ? nullptr : this; }
   void PointsChanged();

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/engine/FuzzySet.h"
 #include "fuzzylogic/engine/FuzzySetValues.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
 #include "fuzzylogic/framework/Properties.h"
@@ -41,6 +42,9 @@ class TFuzzySetValues::TStagedPoints final : public TStagedPairs {
     std::swap(FList.FDuplicatesRemoved, FDuplicatesRemoved);
     std::swap(FList.FAscending, FAscending);
     FList.NumberHandles(0, FList.GetCount());
+  }
+  void Tell() override {
+    if (FList.FFuzzySet) FList.FFuzzySet->PointsLoaded();
   }
 
  private:

@@ -164,7 +164,17 @@ void TCollection::ExchangeItems(std::vector<TCollectionItem*>& items) noexcept {
   }
 }
 
-void TCollection::ItemsLoaded(std::vector<TCollectionItem*>& /*replaced*/) {}
+void TCollection::ItemsLoaded(std::vector<TCollectionItem*>& replaced) {
+  const TPin self(this);
+  TFirstException first;
+  for (TCollectionItem* item : replaced) first.Run([&] { Notify(item, cnExtracting); });
+  for (int i = 0, count = GetCount(); i < count && i < GetCount(); ++i) {
+    const TPin item(ItemAt(i));
+    first.Run([&] { Notify(ItemAt(i), cnAdded); });
+  }
+  first.Run([this] { Changed(); });
+  first.Rethrow();
+}
 
 void TCollection::Update(TCollectionItem* /*item*/) {}
 

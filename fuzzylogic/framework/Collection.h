@@ -104,8 +104,9 @@ class TCollection : public TPersistent {
   virtual TCollectionItem* NewItem();
   /// The items of this list and those of `items`, which are in none, change places; nobody is told.
   virtual void ExchangeItems(std::vector<TCollectionItem*>& items) noexcept;
-  /// Called when the list has been loaded, and those who must know are told: `replaced` were its
-  /// items before, which are freed afterwards.
+  /// Called when the list has been loaded, to tell of it: by default of the removal of `replaced`,
+  /// which were its items before and are freed afterwards, of the addition of those that are here
+  /// now, and of a change of the list.
   virtual void ItemsLoaded(std::vector<TCollectionItem*>& replaced);
 
   virtual void Update(TCollectionItem* item);

@@ -25,6 +25,12 @@ TString NameOf(const TPersistent& object) {
   return component ? component->GetName() : TString();
 }
 
+std::vector<TPin> Hold(std::span<TPersistent* const> objects) {
+  if (std::find(objects.begin(), objects.end(), nullptr) != objects.end())
+    throw EArgumentOutOfRangeException(SArgumentOutOfRange);
+  return {objects.begin(), objects.end()};
+}
+
 /// Class and name.
 using TKey = std::pair<TString, TString>;
 
@@ -34,7 +40,7 @@ EStoredFormError::EStoredFormError(const TString& reason, int line, const TStrin
     : EException(FaultText(reason, line, property)), FLine(line), FProperty(property) {}
 
 void StoreForm(TStream& stream, std::span<TPersistent* const> objects) {
-  const std::vector<TPin> pins(objects.begin(), objects.end());
+  const std::vector<TPin> pins = Hold(objects);
   detail::TFormWriter(stream, objects).Write();
 }
 
@@ -53,6 +59,7 @@ void StoreForm(const std::filesystem::path& path, std::initializer_list<TPersist
 }
 
 void LoadForm(TStream& stream, std::span<TPersistent* const> objects) {
+  const std::vector<TPin> pins = Hold(objects);
   const bool isSingle = objects.size() == 1;
   std::multimap<TKey, TPersistent*> open;
   for (TPersistent* object : objects)

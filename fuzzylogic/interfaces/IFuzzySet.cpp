@@ -178,6 +178,15 @@ void TIFuzzySet::UpdateFuzzySetValues() {
   ChangePoints([&] { TFuzzySet::UpdateFuzzySetValues(); });
 }
 
+void TIFuzzySet::PointsLoaded() {
+  const TPin self(this);
+  TFirstException first;
+  if (FEntries > 0 && FVariable && !(FVariable->ContainsFuzzySet(TFuzzySet::GetName()) == this))
+    first.Run([this] { Refile([] {}); });
+  first.Run([this] { ChangePoints([this] { TFuzzySet::PointsLoaded(); }); });
+  first.Rethrow();
+}
+
 template <class Change>
 void TIFuzzySet::ChangePoints(Change change) {
   const TPin self(this);

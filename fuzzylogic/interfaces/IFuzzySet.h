@@ -239,6 +239,8 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
 
   void UpdateFuzzySetValue(TFuzzySetValue* value) override;
   void UpdateFuzzySetValues() override;
+  /// A set that stands in the table under another name is filed anew.
+  void PointsLoaded() override;
 
  protected:
   TIFuzzySet() = default;
@@ -254,8 +256,6 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   /// From another set, as `TFuzzySet`; from a counted one also its variable (which moves this one)
   /// and parser. The name is not checked; another one re-files the set as `SetName` does.
   void DoAssign(TFuzzySet* source) override;
-  /// A set in a table is filed anew.
-  void LoadName(const TString& value) override { SetName(value); }
   TFzyFloat EqualityThreshold() const override;
 
  private:

@@ -142,6 +142,7 @@ class TIFuzzySets::TStaged final : public TStagedItems {
     FTable.Add(set->GetName(), set);
   }
   void Exchange() noexcept override { FSets.ExchangeSets(FTable); }
+  void Tell() override { FSets.TellLoaded(); }
 
  private:
   TPin FPin;
@@ -189,6 +190,16 @@ void TIFuzzySets::ExchangeSets(TIFuzzySets& other) noexcept {
     own->FVariable = FVariable;
     own->FParser = FVariable->FParser;
   }
+}
+
+/// As of sets that are assigned: of the old ones together, of each new one.
+void TIFuzzySets::TellLoaded() {
+  if (!FVariable) return;
+  const TPin variable(FVariable);
+  TFirstException first;
+  first.Run([this] { FVariable->ClearFuzzySets(); });
+  for (const Ref<TIFuzzySet>& set : InOrder()) first.Run([&] { FVariable->NewFuzzySet(set); });
+  first.Rethrow();
 }
 
 void TIFuzzySets::MemberEntered(const Ref<IFuzzySet>& member) {

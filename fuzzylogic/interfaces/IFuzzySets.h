@@ -77,6 +77,7 @@ class TIFuzzySets final : public TMemberTable<IFuzzySet> {
   static Ref<TIFuzzySet> OwnOrCopy(const Ref<IFuzzySet>& set);
   std::vector<Ref<TIFuzzySet>> InOrder() const;
   void ExchangeSets(TIFuzzySets& other) noexcept;
+  void TellLoaded();
 
   std::int32_t FNewIndex = 0;
   TIFuzzyVariable* FVariable;

@@ -95,7 +95,6 @@ struct TFormReader::TBody {
 
 void TFormReader::Read(const TFormTarget& target) {
   while (FLines.Next()) ReadObject(target);
-  FPath.clear();
   ResolveLinks();
 }
 
@@ -117,6 +116,7 @@ void TFormReader::ReadObject(const TFormTarget& target) {
     if (property.IsInHeader) Set(property, name, true);
   }
   ReadBody(*object, true);
+  FPath.clear();
   if (auto* component = dynamic_cast<TComponent*>(object))
     FNamed.insert({component->GetName(), component});
 }
@@ -181,7 +181,8 @@ void TFormReader::Set(const TProperty& property, const TPropertyValue& value, bo
 void TFormReader::EndLoading() {
   for (const TRead& read : FRead) {
     auto* component = dynamic_cast<TComponent*>(read.Object);
-    if (component) Guard(read.Line, read.Path, [component] { component->Loaded(); });
+    if (component && !component->IsFreed())
+      Guard(read.Line, read.Path, [component] { component->Loaded(); });
   }
 }
 

@@ -19,13 +19,21 @@ void TLoadTransaction::Begin(TPersistent& target, const TFiler& description) {
 }
 
 void TLoadTransaction::Set(const TProperty& property, const TPropertyValue& value) {
-  FUndo.emplace_back([set = property.Set, old = property.Get()] { set(old); });
+  TPropertyValue old = property.Get();
+  if (const auto* link = std::get_if<TComponent*>(&old)) FPins.emplace_back(*link);
+  (property.IsLate ? FLateValues : FValues)
+      .emplace_back([set = property.Set, old = std::move(old)] {
+        // A handler may have freed it by the time that all is taken back.
+        const auto* link = std::get_if<TComponent*>(&old);
+        const bool hasGone = link && *link && (*link)->IsFreed();
+        set(hasGone ? TPropertyValue(static_cast<TComponent*>(nullptr)) : old);
+      });
   property.Set(value);
 }
 
 void TLoadTransaction::Exchange(std::unique_ptr<TStagedEntries> entries) {
   TStagedEntries* staged = FStaged.emplace_back(std::move(entries)).get();
-  FUndo.emplace_back([staged] { staged->Exchange(); });
+  FExchanges.emplace_back([staged] { staged->Exchange(); });
   staged->Exchange();
 }
 
@@ -36,13 +44,19 @@ void TLoadTransaction::Keep() {
   first.Rethrow();
 }
 
-void TLoadTransaction::TakeBack() noexcept {
-  for (; !FUndo.empty(); FUndo.pop_back()) {
+void TLoadTransaction::Run(TUndo& undo) noexcept {
+  for (; !undo.empty(); undo.pop_back()) {
     try {
-      FUndo.back()();
+      undo.back()();
     } catch (...) {  // NOLINT(bugprone-empty-catch): of a setter that refuses what it had
     }
   }
+}
+
+void TLoadTransaction::TakeBack() noexcept {
+  Run(FExchanges);
+  Run(FValues);
+  Run(FLateValues);
   for (TComponent* component : FLoading) component->SetState(csLoading, false);
 }
 

@@ -33,12 +33,16 @@ class TLoadTransaction {
   void Keep();
 
  private:
+  using TUndo = std::vector<std::function<void()>>;
   void TakeBack() noexcept;
+  static void Run(TUndo& undo) noexcept;
 
   std::vector<TPin> FPins;
   std::vector<TComponent*> FLoading;
   std::vector<std::unique_ptr<TStagedEntries>> FStaged;
-  std::vector<std::function<void()>> FUndo;
+  TUndo FExchanges;
+  TUndo FValues;
+  TUndo FLateValues;  // which depend on the others
   bool FIsKept = false;
 };
 
