@@ -6,6 +6,7 @@
 #include "fuzzylogic/engine/FuzzyOperators.h"
 #include "fuzzylogic/engine/FuzzyPointWalk.h"
 #include "fuzzylogic/engine/FuzzySet.h"
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/framework/StoredForm.h"
 #include "fuzzylogic/framework/Strings.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
