@@ -69,12 +69,12 @@ bool EqualObjects(TPersistent& left, TPersistent& right) {
 
 }  // namespace
 
-TFiler::TFiler(TPersistent& object) {
-  FProperties.reserve(UsualProperties);
-  object.DefineProperties(*this);
-}
+TFiler::TFiler(TPersistent& object) { object.DefineProperties(*this); }
 
-TProperty& TFiler::Add(TProperty property) { return FProperties.emplace_back(std::move(property)); }
+TProperty& TFiler::Add(TProperty property) {
+  if (FProperties.empty()) FProperties.reserve(UsualProperties);  // a list often has none
+  return FProperties.emplace_back(std::move(property));
+}
 
 TProperty& TFiler::DefineObject(const char* name, TPersistent& object) {
   TProperty& property = Add({name, TProperty::TKind::Object, {}, {}});

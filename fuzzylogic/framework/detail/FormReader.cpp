@@ -144,14 +144,14 @@ void TFormReader::Complete(TBody& body) {
     if (body.Seen[i] || property.IsInHeader || property.Kind == TKind::Ignored) continue;
     FPath.push_back({property.Name});
     if (property.Default)
-      Guard(FLines.GetNumber(), GetPath(), [&] { Set(property, *property.Default, body.IsLive); });
+      Guard(FLines.GetNumber(), nullptr, [&] { Set(property, *property.Default, body.IsLive); });
     else if (property.Kind != TKind::Link)
       Fail(SFormMissing);
     FPath.pop_back();
   }
   for (const TBody::TLate& late : body.Late) {
     FPath.push_back({late.Property->Name});
-    Guard(late.Line, GetPath(), [&] { Set(*late.Property, late.Value, body.IsLive); });
+    Guard(late.Line, nullptr, [&] { Set(*late.Property, late.Value, body.IsLive); });
     FPath.pop_back();
   }
 }
@@ -182,7 +182,7 @@ void TFormReader::EndLoading() {
   for (const TRead& read : FRead) {
     auto* component = dynamic_cast<TComponent*>(read.Object);
     if (component && !component->IsFreed())
-      Guard(read.Line, read.Path, [component] { component->Loaded(); });
+      Guard(read.Line, &read.Path, [component] { component->Loaded(); });
   }
 }
 
@@ -197,21 +197,21 @@ void TFormReader::ReadEntry(TBody& body, std::string_view rest) {
     TTextEntry entry{ReadText(rest), UsualLineEnd};
     if (rest.starts_with('"')) entry.End = ReadText(rest);
     RequireEnd(rest);
-    Guard(FLines.GetNumber(), GetPath(), [&] { body.Stage(*texts).Add(std::move(entry)); });
+    Guard(FLines.GetNumber(), nullptr, [&] { body.Stage(*texts).Add(std::move(entry)); });
     return;
   }
   const auto* pairs = std::get_if<TPairEntries>(&entries);
   if (!pairs || sign != '(') Fail(FormatText(SFormUnknownEntry, {body.Object.ClassName()}));
   const TNumberPair pair = ReadPair(rest);
   RequireEnd(rest);
-  Guard(FLines.GetNumber(), GetPath(), [&] { body.Stage(*pairs).Add(pair); });
+  Guard(FLines.GetNumber(), nullptr, [&] { body.Stage(*pairs).Add(pair); });
 }
 
 void TFormReader::ReadItem(TBody& body, const TItemEntries& items) {
   TStagedItems& staged = body.Stage(items);
   FPath.push_back({nullptr, body.Items++});
   ReadBody(staged.Begin(), false);
-  Guard(FLines.GetNumber(), GetPath(), [&] { staged.Complete(); });
+  Guard(FLines.GetNumber(), nullptr, [&] { staged.Complete(); });
   FPath.pop_back();
 }
 
@@ -267,7 +267,7 @@ void TFormReader::ReadProperty(TBody& body, const TProperty& property, std::stri
   if (property.IsLate)
     body.Late.push_back({&property, std::move(value), line});
   else
-    Guard(line, GetPath(), [&] { Set(property, value, body.IsLive); });
+    Guard(line, nullptr, [&] { Set(property, value, body.IsLive); });
 }
 
 TPropertyValue TFormReader::ReadValue(const TProperty& property, std::string_view& rest) {
@@ -296,7 +296,7 @@ void TFormReader::ReadLink(const TBody& body, const TProperty& property, std::st
   const int line = FLines.GetNumber();
   if (rest == "none") {
     const TPropertyValue none = static_cast<TComponent*>(nullptr);
-    return Guard(line, GetPath(), [&] { Set(property, none, body.IsLive); });
+    return Guard(line, nullptr, [&] { Set(property, none, body.IsLive); });
   }
   if (!Take(rest, "component")) FailExpected(ShapeOf(property), rest);
   const TString name = ReadText(rest);
@@ -306,7 +306,7 @@ void TFormReader::ReadLink(const TBody& body, const TProperty& property, std::st
 
 void TFormReader::ResolveLinks() {
   for (const TLink& link : FLinks) {
-    Guard(link.Line, link.Path, [&] {
+    Guard(link.Line, &link.Path, [&] {
       TComponent* component = FindComponent(link);
       if (!component) throw EConvertError(FormatText(SFormUnknownComponent, {link.Name}));
       Set(link.Property, component, link.IsLive);
@@ -333,15 +333,16 @@ void TFormReader::RequireEnd(std::string_view rest) const {
   if (!rest.empty()) FailExpected("the end of the line", rest);
 }
 
-/// Gives what `action()` raises its place in the form; the exception itself goes along, nested.
+/// Gives what `action()` raises its place in the form, by default where the reader is; the
+/// exception itself goes along, nested.
 template <class Action>
-void TFormReader::Guard(int line, const TString& path, Action action) const {
+void TFormReader::Guard(int line, const TString* path, Action action) const {
   try {
     action();
   } catch (const EStoredFormError&) {
     throw;
   } catch (const EException& error) {
-    std::throw_with_nested(EStoredFormError(error.GetMessage(), line, path));
+    std::throw_with_nested(EStoredFormError(error.GetMessage(), line, path ? *path : GetPath()));
   }
 }
 

@@ -69,7 +69,7 @@ class TFormReader {
 
   void RequireEnd(std::string_view rest) const;
   template <class Action>
-  void Guard(int line, const TString& path, Action action) const;
+  void Guard(int line, const TString* path, Action action) const;
   TString GetPath() const;
   [[noreturn]] void Fail(int line, const TString& reason) const;
   [[noreturn]] void FailExpected(const TString& expected, std::string_view found) const;
