@@ -21,6 +21,16 @@ struct ClassApi {
         [=](TObject*, TFuzzyVariable* variable) { onVariable(variable->GetName()); });
   }
 
+  /// What a form holds is there without having been parsed.
+  template <class TermEvent, class VariableEvent>
+  static void TellLoaded(TFuzzyLogic& fuzzy, TermEvent onTerm, VariableEvent onVariable) {
+    for (TFuzzyVariable* variable : *fuzzy.GetItems()) {
+      for (TFuzzySet* set : *variable->GetItems())
+        if (set->GetDefined()) onTerm(set->GetName());
+      onVariable(variable->GetName());
+    }
+  }
+
   static TFuzzyVariable* FindVariable(TFuzzyLogic& fuzzy, const TString& name) {
     const int index = fuzzy.GetItems()->IndexOf(name);
     return index < 0 ? nullptr : fuzzy.GetItems()->GetItem(index);

@@ -24,6 +24,11 @@ struct InterfaceApi {
         [=](const Ref<IFuzzyVariable>& variable) { onVariable(variable->GetName()); });
   }
 
+  /// A form holds the text, of which the parser has told.
+  template <class TermEvent, class VariableEvent>
+  static void TellLoaded(TIFuzzyLogic& /*fuzzy*/, TermEvent /*onTerm*/,
+                         VariableEvent /*onVariable*/) {}
+
   static Ref<IFuzzyVariable> FindVariable(TIFuzzyLogic& fuzzy, const TString& name) {
     return fuzzy.GetItems()->ContainsVariable(name);
   }

@@ -50,13 +50,16 @@ class Model {
   virtual Inference Infer(const Day& day) const = 0;
   /// The definition text of the model, as it reads back.
   virtual std::string Text() = 0;
+  /// The component with its model and the parser, as a stored form that can be read instead of a
+  /// definition text.
+  virtual std::string Form() = 0;
   /// Every set of these variables, by name and points: the terms, what their expressions were made
   /// from, and an intermediate set of an inference if one was left behind.
   virtual std::vector<std::string> Sets() const = 0;
 };
 
-/// Reads a definition text into the class model, where a component owns its variables, a variable
-/// its sets, and sets made on the way are freed by hand.
+/// Reads a definition text, or a stored form of that model, into the class model, where a component
+/// owns its variables, a variable its sets, and sets made on the way are freed by hand.
 /// @throws InputError when the text has a fault or lacks something that the rules name
 std::unique_ptr<Model> ReadClassModel(const std::string& file, Methods methods);
 

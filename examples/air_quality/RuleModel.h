@@ -30,6 +30,7 @@ class RuleModel : public Model {
   std::vector<Variable> Variables() const override;
   Inference Infer(const Day& day) const override;
   std::string Text() override;
+  std::string Form() override;
   std::vector<std::string> Sets() const override;
 
  protected:
@@ -53,6 +54,7 @@ class RuleModel : public Model {
 
   Definitions FDefinitions;
   typename Api::Component FFuzzy;
+  support::LineParser FParser;
   std::vector<VariableRef> FVariables;  // inputs first, ozone last
   std::vector<BoundRule> FRules;
 };
@@ -75,16 +77,31 @@ RuleModel<Api>::RuleModel(const std::string& file) : FDefinitions(file) {
 
 template <class Api>
 void RuleModel<Api>::Read() {
-  support::LineParser parser;
-  Api::Listen(
-      parser, [this](const fzy::TString& name) { FDefinitions.AddTerm(name); },
-      [&](const fzy::TString& name) { FDefinitions.AddVariable(name, parser.GetLineNumber()); });
-  parser.SetFuzzyLogic(&FFuzzy);
-  FFuzzy.SetParser(&parser);
+  FFuzzy.SetName("air_quality");
+  FParser.SetName("parser");
+  FParser.SetFuzzyLogic(&FFuzzy);
+  FFuzzy.SetParser(&FParser);
+  const bool isForm = FDefinitions.Text().starts_with(FFuzzy.ClassName().Utf8());
+  const auto onTerm = [this](const fzy::TString& name) { FDefinitions.AddTerm(name); };
+  const auto onVariable = [this, isForm](const fzy::TString& name) {
+    // The parser counts the lines of the text, which are not those of a form that it stands in.
+    FDefinitions.AddVariable(name, isForm ? 0 : FParser.GetLineNumber());
+  };
+  Api::Listen(FParser, onTerm, onVariable);
   try {
-    FFuzzy.SetStrings(fzy::TString(FDefinitions.Text()));
+    if (isForm) {
+      fzy::TMemoryStream stream(FDefinitions.Text());
+      fzy::LoadForm(stream, {&FFuzzy, &FParser});
+      Api::TellLoaded(FFuzzy, onTerm, onVariable);
+    } else {
+      FFuzzy.SetStrings(fzy::TString(FDefinitions.Text()));
+    }
+  } catch (const fzy::EStoredFormError& error) {
+    FDefinitions.FailAt(error.GetLine(), error.what());
   } catch (const fzy::EFzyParseException& error) {
     FDefinitions.FailAt(error.GetLineNumber(), error.what());
+  } catch (const fzy::EFzyException& error) {  // what a form says twice stands nowhere in a text
+    FDefinitions.FailAt(0, error.what());
   }
 }
 
@@ -156,12 +173,17 @@ Inference RuleModel<Api>::Infer(const Day& day) const {
 
 template <class Api>
 std::string RuleModel<Api>::Text() {
-  fzy::TKelFuzzyLogicParser writer;
-  writer.SetFuzzyLogic(&FFuzzy);
   std::string text;
   for (const fzy::TString& name : FDefinitions.Variables())
-    text += writer.PrettyPrint(Api::FindVariable(FFuzzy, name)).Utf8() + '\n';
+    text += FParser.PrettyPrint(Api::FindVariable(FFuzzy, name)).Utf8() + '\n';
   return text;
+}
+
+template <class Api>
+std::string RuleModel<Api>::Form() {
+  fzy::TMemoryStream stream;
+  fzy::StoreForm(stream, {&FFuzzy, &FParser});
+  return stream.GetBytes();
 }
 
 template <class Api>

@@ -27,13 +27,15 @@ struct Arguments {
   std::string Data = "airquality.csv";
   std::string Picture = "air_quality.svg";
   std::string Rewritten;
+  std::string Form;
   std::string Model = ClassModel;
   std::string Methods;  ///< empty: those that the model has first
 };
 
 void Describe(CLI::App& app, Arguments& arguments) {
   app.description("Infers daily ozone from temperature, wind and sunlight by fuzzy rules.");
-  app.add_option("definition", arguments.Definition, "variables and terms, as definition text")
+  app.add_option("definition", arguments.Definition,
+                 "variables and terms, as definition text or stored form")
       ->capture_default_str();
   app.add_option("data", arguments.Data, "daily readings, as comma-separated text")
       ->capture_default_str();
@@ -41,6 +43,7 @@ void Describe(CLI::App& app, Arguments& arguments) {
       ->capture_default_str();
   app.add_option("--write", arguments.Rewritten,
                  "a file to write the definition text to, made anew from the model");
+  app.add_option("--store", arguments.Form, "a file to store the model in, as a form");
   app.add_option("--model", arguments.Model, "the object model of the library to use")
       ->check(CLI::IsMember({ClassModel, InterfaceModel}))
       ->capture_default_str();
@@ -66,7 +69,7 @@ std::unique_ptr<Model> ReadModel(const Arguments& arguments) {
 /// @throws InputError when an output would take the place of a file that is read
 void ProtectInput(const Arguments& arguments) {
   for (const std::string& input : {arguments.Definition, arguments.Data}) {
-    for (const std::string& output : {arguments.Picture, arguments.Rewritten}) {
+    for (const std::string& output : {arguments.Picture, arguments.Rewritten, arguments.Form}) {
       std::error_code missing;
       if (std::filesystem::equivalent(input, output, missing))
         throw InputError(output, 0, "is read, so the output needs another name");
@@ -96,6 +99,7 @@ void Run(const Arguments& arguments) {
   WriteFile(arguments.Picture,
             DrawPicture(variables, days, inferences, ShortReport(variables, agreement)));
   if (!arguments.Rewritten.empty()) WriteFile(arguments.Rewritten, model->Text());
+  if (!arguments.Form.empty()) WriteFile(arguments.Form, model->Form());
   std::cout << report << std::flush;
   if (!std::cout) throw InputError("standard output", 0, "cannot be written");
 }

@@ -189,6 +189,22 @@ class AirQuality(unittest.TestCase):
                 self.assertEqual(again.stdout, output)
                 self.assertEqual((self.folder / "f.fzy").read_text(encoding="utf-8"), rewritten)
 
+    def test_stored_form_takes_the_place_of_the_text(self):
+        for options in (*MODELS, *MIN_MAX):
+            with self.subTest(options):
+                first = self.run_on(EXPRESSION, DATA, "--store", "a.form", *options)
+                picture = (self.folder / "p.svg").read_bytes()
+                form = (self.folder / "a.form").read_text(encoding="utf-8")
+                self.assertEqual(self.run_on(form, DATA, "--store", "b.form", *options).stdout,
+                                 first.stdout)
+                self.assertEqual((self.folder / "p.svg").read_bytes(), picture)
+                self.assertEqual((self.folder / "b.form").read_text(encoding="utf-8"), form)
+                for name in ("a.form", "b.form", "p.svg"):
+                    (self.folder / name).unlink()
+                self.check_refused(self.run_on(changed(form, "Threshold = 0.05\n  Parser",
+                                                       "Threshold = none\n  Parser"), DATA, *options),
+                                   r"d.fzy:\d: Stored form, line \d, \w+.Threshold: expected a number")
+
     def test_missing_readings(self):
         data = DATA.partition("\n")[0] + "\r\nNA,NA,NA,NA,5,1\r\nNA,NA,14,95,5,3\r\n"
         for options in MODELS:
