@@ -53,8 +53,7 @@ double Heating::PowerAt(double temperature) {
   for (const Rule& rule : {Rule{"cold", "full"}, {"cool", "half"}, {"warm", "off"}}) {
     TFuzzySet* premise = outside->GetItems()->GetItemByName(rule.When);
     TFuzzySet* conclusion = power->GetItems()->GetItemByName(rule.Then);
-    TOwned<TFuzzySet> merged(
-        power->AssertRule(premise, conclusion, fact.Get(), evidence.Get()));
+    TOwned<TFuzzySet> merged(power->AssertRule(premise, conclusion, fact.Get(), evidence.Get()));
     if (merged) evidence = std::move(merged);
   }
   return evidence ? evidence->Defuzzify() : 0;

@@ -112,9 +112,28 @@ void TFuzzySetValue::Assign(TPersistent* source) {
 void TFuzzySetValue::DefineProperties(TFiler& filer) {
   TCollectionItem::DefineProperties(filer);
   filer.Define(
-      "X", [this] { return GetX(); }, [this](TFzyFloat value) { SetX(value); });
+      "X", [this] { return GetX(); },
+      [this](TFzyFloat value) {
+        Load({value, GetY()}, {utX});
+      });
   filer.Define(
-      "Y", [this] { return GetY(); }, [this](TFzyFloat value) { SetY(value); });
+      "Y", [this] { return GetY(); },
+      [this](TFzyFloat value) {
+        Load({GetX(), value}, {utY});
+      });
+}
+
+void TFuzzySetValue::Load(TFuzzyPoint point, TXYUpdateTypes coordinates) {
+  RequireFinite(point.X, "SetX");
+  point.Y = AdmitY(point.Y, "SetY");
+  TFuzzySetValues* list = GetCollection();
+  if (!list) {
+    FPoint = point;
+    return;
+  }
+  list->FPoints[static_cast<std::size_t>(GetIndex())] = point;
+  list->NoteOrder(GetIndex());
+  list->Record(GetIndex(), coordinates);
 }
 
 bool TFuzzySetValue::Equals(const TFuzzySetValue& source) const noexcept {

@@ -42,6 +42,8 @@ class TFuzzySetValue final : public TCollectionItem {
 
   /// From another point: `SetValue` with its coordinates; other sources are refused.
   void Assign(TPersistent* source) override;
+  /// Loading stores the coordinates as they are: the range does not clamp them, and the list is
+  /// brought into order with its next change.
   void DefineProperties(TFiler& filer) override;
   /// Whether both coordinates agree within 0.0001.
   bool Equals(const TFuzzySetValue& source) const noexcept;
@@ -56,6 +58,7 @@ class TFuzzySetValue final : public TCollectionItem {
   ~TFuzzySetValue() override = default;
 
   void Tell(TXYUpdateTypes coordinates);
+  void Load(TFuzzyPoint point, TXYUpdateTypes coordinates);
 
   TFuzzyPoint FPoint;  // the coordinates while the point stands in no list
 };

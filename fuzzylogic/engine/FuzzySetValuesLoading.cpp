@@ -14,8 +14,12 @@ namespace fzy {
 /// replace.
 class TFuzzySetValues::TStagedPoints final : public TStagedPairs {
  public:
-  explicit TStagedPoints(TFuzzySetValues& list) : FPin(&list), FList(list) {}
+  explicit TStagedPoints(TFuzzySetValues& list) : FPin(&list), FList(list) {
+    FHeld.reserve(list.FItems.size());
+    for (const TCollectionItem* handle : list.FItems) FHeld.emplace_back(handle);
+  }
   ~TStagedPoints() override {
+    DropForeign();
     for (TCollectionItem* handle : FHandles) TOwned<TCollectionItem>(handle).Reset();
   }
 
@@ -35,6 +39,7 @@ class TFuzzySetValues::TStagedPoints final : public TStagedPairs {
   }
 
   void Exchange() noexcept override {
+    DropForeign();
     FList.ReleaseHandles();
     std::swap(FList.FPoints, FPoints);
     std::swap(FList.FItems, FHandles);
@@ -48,8 +53,16 @@ class TFuzzySetValues::TStagedPoints final : public TStagedPairs {
   }
 
  private:
+  /// A handler may have freed the object of a point that stands aside, or put it into a list.
+  void DropForeign() noexcept {
+    for (TCollectionItem*& handle : FHandles) {
+      if (handle && (handle->IsFreed() || handle->GetCollection())) handle = nullptr;
+    }
+  }
+
   TPin FPin;
   TFuzzySetValues& FList;
+  std::vector<TPin> FHeld;
   std::vector<TFuzzyPoint> FPoints;
   std::vector<TCollectionItem*> FHandles;
   bool FSorted = true;
@@ -69,8 +82,8 @@ void TFuzzySetValues::ReleaseHandles() noexcept {
 }
 
 void TFuzzySetValues::DefineProperties(TFiler& filer) {
-  // Not those of a list of items: the points need no objects for it.
-  TPersistent::DefineProperties(filer);
+  // Not as a list of items, because points need no objects.
+  TPersistent::DefineProperties(filer);  // NOLINT(bugprone-parent-virtual-call)
   filer.DefineEntries(TPairEntries{[this] { return GetCount(); },
                                    [this](int index) -> TNumberPair {
                                      const TFuzzyPoint& point =

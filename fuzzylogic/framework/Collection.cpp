@@ -49,23 +49,37 @@ void TCollectionItem::Leave() {
 /// complete.
 class TCollection::TStaged final : public TStagedItems {
  public:
-  explicit TStaged(TCollection& list) : FPin(&list), FList(list) {}
+  explicit TStaged(TCollection& list) : FPin(&list), FList(list) {
+    for (int i = 0; i < list.GetCount(); ++i) FHeld.emplace_back(list.ItemAt(i));
+  }
   ~TStaged() override {
-    for (TCollectionItem* item : FItems) TOwned<TCollectionItem>(item).Reset();
+    for (TCollectionItem* item : FItems) {
+      if (IsOurs(item)) TOwned<TCollectionItem>(item).Reset();
+    }
   }
   TPersistent& Begin() override {
-    TCollectionItem* item = FList.NewItem();
+    TOwned<TCollectionItem> item(FList.NewItem());
     if (!item) throw EConvertError(FormatText(SFormUnknownEntry, {FList.ClassName()}));
-    FItems.push_back(item);
-    return *item;
+    FHeld.emplace_back(item.Get());
+    FItems.push_back(item.Get());
+    return *item.Release();
   }
   void Complete() override {}
-  void Exchange() noexcept override { FList.ExchangeItems(FItems); }
+  void Exchange() noexcept override {
+    std::erase_if(FItems, [](const TCollectionItem* item) { return !IsOurs(item); });
+    FList.ExchangeItems(FItems);
+  }
   void Tell() override { FList.ItemsLoaded(FItems); }
 
  private:
+  /// A handler may have freed an item that stands aside, or put it into a list.
+  static bool IsOurs(const TCollectionItem* item) noexcept {
+    return !item->IsFreed() && !item->GetCollection();
+  }
+
   TPin FPin;
   TCollection& FList;
+  std::vector<TPin> FHeld;  // all that stand aside at any time
   std::vector<TCollectionItem*> FItems;
 };
 
@@ -167,11 +181,11 @@ void TCollection::ExchangeItems(std::vector<TCollectionItem*>& items) noexcept {
 void TCollection::ItemsLoaded(std::vector<TCollectionItem*>& replaced) {
   const TPin self(this);
   TFirstException first;
-  for (TCollectionItem* item : replaced) first.Run([&] { Notify(item, cnExtracting); });
-  for (int i = 0, count = GetCount(); i < count && i < GetCount(); ++i) {
-    const TPin item(ItemAt(i));
-    first.Run([&] { Notify(ItemAt(i), cnAdded); });
+  const std::vector<TCollectionItem*> removed = replaced;
+  for (TCollectionItem* item : removed) {
+    if (!item->IsFreed() && !item->GetCollection()) first.Run([&] { Notify(item, cnExtracting); });
   }
+  TellOfEach([&](TCollectionItem* item) { first.Run([&] { Notify(item, cnAdded); }); });
   first.Run([this] { Changed(); });
   first.Rethrow();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "fuzzylogic/framework/Persistent.h"
@@ -131,6 +132,10 @@ class TCollection : public TPersistent {
   /// Frees the items with `Notify` but without `Update`: the list itself is about to go.
   void Leave() override;
 
+  /// Calls `tell(item)` for each item that is here now and still is when its turn comes.
+  template <class Tell>
+  void TellOfEach(Tell tell);
+
   /// Calls `Update(nullptr)` unless a block is open.
   void Changed() { ItemChanged(nullptr); }
   void ItemChanged(TCollectionItem* item) {
@@ -157,6 +162,16 @@ class TCollection : public TPersistent {
 
   int FUpdateCount = 0;
 };
+
+template <class Tell>
+void TCollection::TellOfEach(Tell tell) {
+  std::vector<std::pair<TCollectionItem*, TPin>> items;
+  items.reserve(static_cast<std::size_t>(GetCount()));
+  for (int i = 0; i < GetCount(); ++i) items.emplace_back(ItemAt(i), TPin(ItemAt(i)));
+  for (const auto& [item, pin] : items) {
+    if (item->GetCollection() == this) tell(item);
+  }
+}
 
 /// Walks a list by index, for `for (auto* item : list)`; ends where the list ended when it began,
 /// or earlier when the list has become shorter.

@@ -102,7 +102,10 @@ void TComponent::Destroying() noexcept {
     NotifyRemoval(other);
   }
   if (FOwner) {
-    std::erase(FOwner->FComponents, this);
+    // The last ones made are often the first to go.
+    auto& components = FOwner->FComponents;
+    const auto found = std::find(components.rbegin(), components.rend(), this);
+    if (found != components.rend()) components.erase(found.base() - 1);
     NotifyRemoval(FOwner);
     FOwner = nullptr;
   }

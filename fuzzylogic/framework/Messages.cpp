@@ -29,7 +29,8 @@ TMessage SFormTextOpen{u"the text has no end"};
 TMessage SFormTextNotUtf8{u"the text is not UTF-8"};
 TMessage SFormTextControl{u"the text holds a control character"};
 TMessage SFormTextEscape{u"the text holds an unknown escape"};
-TMessage SFormNameNeeded{u"Cannot store a %s: components of one form need names of their own"};
+TMessage SFormNameNeeded{
+    u"Cannot store a link to a %s: it needs a name that no other component of the form has"};
 TMessage SFormNotStored{u"Cannot store a %s: objects stand in objects too deep"};
 
 }  // namespace fzy

@@ -61,7 +61,7 @@ extern TMessage SFormTextNotUtf8;
 extern TMessage SFormTextControl;
 /// "the text holds an unknown escape"
 extern TMessage SFormTextEscape;
-/// "Cannot store a %s: components of one form need names of their own"
+/// "Cannot store a link to a %s: it needs a name that no other component of the form has"
 extern TMessage SFormNameNeeded;
 /// "Cannot store a %s: objects stand in objects too deep"
 extern TMessage SFormNotStored;

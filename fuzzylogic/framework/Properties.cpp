@@ -104,7 +104,7 @@ void TFiler::RefuseLink(const TComponent& component, const char* name) {
   throw EConvertError(FormatText(SAssignError, {component.ClassName(), TString(name)}));
 }
 
-bool EqualValues(const TPropertyValue& left, const TPropertyValue& right) noexcept {
+bool EqualValues(const TPropertyValue& left, const TPropertyValue& right) {
   if (const auto* number = std::get_if<double>(&left)) {
     const auto* other = std::get_if<double>(&right);
     return other && std::bit_cast<std::uint64_t>(*number) == std::bit_cast<std::uint64_t>(*other);

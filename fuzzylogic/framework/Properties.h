@@ -36,8 +36,8 @@ class TStagedEntries {
   /// The entries of the list and those that were gathered change places; a second call undoes the
   /// first. Tells nobody.
   virtual void Exchange() noexcept = 0;
-  /// Called once after all else that is loaded has its new state and nothing can fail any more:
-  /// tells those who must know.
+  /// Called once, when all that is loaded has its new state for good: tells those who must know.
+  /// What this raises goes on when all others have been told.
   virtual void Tell() {}
 };
 using TStage = std::function<std::unique_ptr<TStagedEntries>()>;
@@ -92,8 +92,9 @@ struct TProperty {
 
   const char* Name;
   TKind Kind;
-  /// Of all kinds but the last two. `Set` takes and refuses a value like the public setter, but
-  /// tells nobody and changes no other property.
+  /// Of all kinds but the last two. `Set` takes, clamps and refuses a value like the public setter,
+  /// but it only stores: it tells nobody, makes nothing anew, and changes no other property that is
+  /// as stored values are.
   std::function<TPropertyValue()> Get;
   std::function<void(const TPropertyValue&)> Set;
   /// A property equal to its default is not stored; one without a default always is.
@@ -170,7 +171,7 @@ class TFiler {
 };
 
 /// Whether two values are equal: numbers to the last bit, links by the names of the components.
-bool EqualValues(const TPropertyValue& left, const TPropertyValue& right) noexcept;
+bool EqualValues(const TPropertyValue& left, const TPropertyValue& right);
 
 /// Whether two objects have the same description and all that it names is equal: numbers to the
 /// last bit, links by the names of the components, lists entry by entry. Linear.

@@ -1,6 +1,7 @@
 #include "fuzzylogic/framework/StoredForm.h"
 
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <vector>
 
@@ -67,8 +68,9 @@ void LoadForm(TStream& stream, std::span<TPersistent* const> objects) {
   detail::TLoadTransaction transaction;
   detail::TFormReader reader(stream, transaction);
   reader.Read([&](const TString& className, const TString& name) -> TPersistent* {
-    const auto found = open.find({className, isSingle ? TString() : name});
-    return found == open.end() ? nullptr : open.extract(found).mapped();
+    const TKey key(className, isSingle ? TString() : name);
+    const auto found = open.lower_bound(key);
+    return found == open.end() || found->first != key ? nullptr : open.extract(found).mapped();
   });
   if (!open.empty()) {
     const TKey& missing = open.begin()->first;
@@ -92,15 +94,18 @@ void LoadForm(const std::filesystem::path& path, std::initializer_list<TPersiste
 }
 
 void LoadForm(TStream& stream, TComponent& owner, std::initializer_list<TComponentClass> classes) {
-  // Freed unless they are given up, and last: what was loaded into them is taken back before.
-  std::vector<TOwned<TComponent>> made;
+  // The last one first. Freed unless they are given up, when what was loaded has been taken back.
+  std::deque<TOwned<TComponent>> made;
   detail::TLoadTransaction transaction;
   detail::TFormReader reader(stream, transaction);
   reader.Read([&](const TString& className, const TString& /*name*/) -> TPersistent* {
     const auto found = std::find_if(classes.begin(), classes.end(), [&](TComponentClass candidate) {
       return className == TString(candidate->Name);
     });
-    return found == classes.end() ? nullptr : made.emplace_back((*found)->New(&owner)).Get();
+    if (found == classes.end()) return nullptr;
+    made.emplace_front();
+    made.front() = TOwned<TComponent>((*found)->New(&owner));
+    return made.front().Get();
   });
   reader.EndLoading();
   for (TOwned<TComponent>& component : made) component.Release();

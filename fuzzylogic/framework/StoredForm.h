@@ -29,14 +29,15 @@ class EStoredFormError : public EException {
 };
 
 // A form is the text of one or several objects with their published properties (`TFiler`), one a
-// line: `docs/stored-form.md` describes it. Components that stand in one form, or that others in it
-// are linked to, are told apart by their names. Events are not stored, nor are links to components
-// without a name outside the form: those keep what they find where the form is loaded.
+// line: `docs/stored-form.md` describes it. Components of one form, and those that links lead to,
+// are told apart by their names. Events are not stored, nor are links to components without a name
+// outside the form: those keep what they find where the form is loaded.
 
 /// Writes a form of the given objects, most often components.
-/// @throws EConvertError (`SFormNameNeeded`) for a link to a component without a name inside the
-///   form; what the stream and the getters raise (a counted component whose text has to be made
-///   anew needs its parser). What was written before stays in the stream. Linear.
+/// @throws EConvertError (`SFormNameNeeded`) for a link to a component whose name is empty or that
+///   of another one in the form; EArgumentOutOfRangeException when one of the objects is nothing;
+///   what the stream and the getters raise (a counted component whose text has to be made anew
+///   needs its parser). What was written before stays in the stream. Linear.
 void StoreForm(TStream& stream, std::span<TPersistent* const> objects);
 void StoreForm(TStream& stream, std::initializer_list<TPersistent*> objects);
 /// The same as a file, which is replaced as a whole or not at all (`TFileReplacer`).
@@ -44,17 +45,20 @@ void StoreForm(TStream& stream, std::initializer_list<TPersistent*> objects);
 void StoreForm(const std::filesystem::path& path, std::span<TPersistent* const> objects);
 void StoreForm(const std::filesystem::path& path, std::initializer_list<TPersistent*> objects);
 
-/// Loads a form into the given objects: each takes what is stored for its class and name, a single
-/// one whatever is stored for its class. All properties are replaced, those that are not in the
+/// Loads a form into the given objects: each takes what is stored for its class and name (the first
+/// one what comes first, where they are alike). A single one takes whatever is stored for its class
+/// and, a component, the name too. All properties are replaced, those that are not in the
 /// form by their defaults, without telling anybody, and nothing is made anew on the way. Components
 /// are in their loading state meanwhile; when all is read and linked, `Loaded` is called on each in
 /// the order of the form. Links lead to components of the form, else to the one of that name that
 /// the link led to before, else to one beside those of the form (with their owner). When all that
 /// succeeded, those who must know are told; what handlers raise then goes on, and the form stays
 /// loaded.
-/// @throws EStoredFormError for every fault of the form, that it has other objects included, and
-///   whatever the stream raises. All objects are then as they were before, and so is everything in
-///   them, objects included. Linear; takes little memory beyond what is loaded.
+/// @throws EStoredFormError for every fault of the form, that it has other objects, or more, or
+///   fewer, included; EArgumentOutOfRangeException when one of the objects is nothing; whatever the
+///   stream raises, and what `Loaded` raises that is no EException. All objects are then as they
+///   were before, and so is everything in them, objects included; what handlers did to others
+///   stays. Linear; takes little memory beyond what is loaded.
 void LoadForm(TStream& stream, std::span<TPersistent* const> objects);
 void LoadForm(TStream& stream, std::initializer_list<TPersistent*> objects);
 void LoadForm(const std::filesystem::path& path, std::span<TPersistent* const> objects);

@@ -1,6 +1,7 @@
 #include "fuzzylogic/framework/Strings.h"
 
 #include <algorithm>
+#include <array>
 
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
@@ -11,7 +12,7 @@
 namespace fzy {
 namespace {
 
-constexpr const char16_t* LineEnds[] = {u"\n", u"\r\n", u"\r"};
+constexpr std::array<const char16_t*, 3> LineEnds{u"\n", u"\r\n", u"\r"};
 
 }  // namespace
 
@@ -19,8 +20,8 @@ class TStrings::TStagedLines final : public TStagedTexts {
  public:
   explicit TStagedLines(TStrings& list) noexcept : FList(list) {}
   void Add(TTextEntry entry) override {
-    const auto end = std::find(std::begin(LineEnds), std::end(LineEnds), entry.End.View());
-    if (end == std::end(LineEnds)) throw EArgumentOutOfRangeException(SArgumentOutOfRange);
+    const auto end = std::find(LineEnds.begin(), LineEnds.end(), entry.End.View());
+    if (end == LineEnds.end()) throw EArgumentOutOfRangeException(SArgumentOutOfRange);
     FLines.push_back({std::move(entry.Text), nullptr, *end});
   }
   void Exchange() noexcept override { FList.FLines.swap(FLines); }

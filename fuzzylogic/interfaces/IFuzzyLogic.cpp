@@ -18,23 +18,31 @@ struct TIFuzzyLogic::TSetHandler {
 /// Where the variables stand aside while new ones are made from a text that is loaded.
 class TIFuzzyLogic::TReplacedModel final : public TStagedEntries {
  public:
-  explicit TReplacedModel(TIFuzzyLogic& fuzzy) : FPin(&fuzzy), FFuzzy(fuzzy) {}
+  explicit TReplacedModel(TIFuzzyLogic& fuzzy)
+      : FPin(&fuzzy), FFuzzy(fuzzy), FItems(*fuzzy.GetItems()) {}
   ~TReplacedModel() override {
     try {
-      for (const Ref<IFuzzyVariable>& variable : FVariables.GetValues()) FFuzzy.Unwire(*variable);
+      for (const Ref<IFuzzyVariable>& variable : FVariables.GetValues()) Unwire(variable);
     } catch (...) {  // NOLINT(bugprone-empty-catch): of a foreign variable
     }
   }
   void Exchange() noexcept override {
-    FFuzzy.GetItems()->Exchange(FVariables);
+    FItems.Exchange(FVariables);
+    std::swap(FItems.FIsChanged, FVariables.FIsChanged);
     const bool needsUpdate = FFuzzy.NeedsUpdate();
     FFuzzy.SetNeedsUpdate(FNeedsUpdate);
     FNeedsUpdate = needsUpdate;
   }
 
  private:
+  /// A handler may have entered the variable again.
+  void Unwire(const Ref<IFuzzyVariable>& variable) const {
+    if (!(FItems.ContainsVariable(variable->GetName()) == variable)) FFuzzy.Unwire(*variable);
+  }
+
   TPin FPin;
   TIFuzzyLogic& FFuzzy;
+  TFuzzyVariableTable& FItems;
   TFuzzyVariableTable FVariables;
   bool FNeedsUpdate = false;
 };
@@ -102,6 +110,13 @@ void TIFuzzyLogic::Loaded() {
   Parse();
 }
 
+/// The text is also out of step with variables that came or went by themselves, although that alone
+/// does not have it made anew when it is read.
+void TIFuzzyLogic::RefreshText() {
+  if (GetItems()->FIsChanged) SetNeedsUpdate(true);
+  TCustomFuzzyLogic::RefreshText();
+}
+
 void TIFuzzyLogic::UpdateStrings() {
   TCustomFuzzyLogic::UpdateStrings();
   if (Is(csLoading)) return;
@@ -109,12 +124,14 @@ void TIFuzzyLogic::UpdateStrings() {
     for (const Ref<IFuzzyVariable>& variable : GetItems()->GetValues())
       lines.Add(variable->ToString());
   });
+  GetItems()->FIsChanged = false;
 }
 
 void TIFuzzyLogic::Parse() {
   if (Is(csLoading)) return;
   RequireParser();
   Rebuild([this] { GetItems()->Clear(); });
+  GetItems()->FIsChanged = false;
 }
 
 void TIFuzzyLogic::AddAutoTerms(const Ref<IFuzzyVariable>& fuzzyVariable) {

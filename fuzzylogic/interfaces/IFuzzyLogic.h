@@ -49,9 +49,12 @@ class TIFuzzyLogic : public TCustomFuzzyLogic {
   const TIFuzzyVariableEvent& GetOnVariableDeleted() const noexcept { return FOnVariableDeleted; }
   void SetOnVariableDeleted(TIFuzzyVariableEvent value) { FOnVariableDeleted = std::move(value); }
 
-  /// The model is stored as its text, which is brought up to date before (that needs the parser of
-  /// the variables), and made anew from it when it is loaded (that needs a linked parser). The
-  /// variables of before come back when that fails; else they go as if the table were cleared.
+  /// The model is stored as its text. That is brought up to date before when a set has changed or a
+  /// variable has come or gone (which needs the parsers of the variables); what else changes in a
+  /// variable is reported by `UpdateVariable`. It is made anew from it when it is loaded (that
+  /// needs a linked parser). The variables of before come back when that fails; else they go as if
+  /// the table were cleared. Even an empty text needs the parser; one that is linked to another
+  /// component builds there, which is not taken back.
   void DefineProperties(TFiler& filer) override;
 
   /// Ends the loading state and parses the text that was read.
@@ -82,6 +85,7 @@ class TIFuzzyLogic : public TCustomFuzzyLogic {
  protected:
   void ThresholdChanged() override;
   void Leave() override;
+  void RefreshText() override;
   /// A new table, owned by this component.
   virtual TFuzzyVariableTable* CreateVariables() { return new TFuzzyVariableTable(this); }
 

@@ -161,6 +161,9 @@ Ref<TIFuzzySet> TIFuzzySets::OwnOrCopy(const Ref<IFuzzySet>& set) {
   copy->SetDefined(set->GetDefined());
   copy->SetTag(set->GetTag());
   copy->SetIndex(set->GetIndex());
+  const TFiler description(*copy);  // which sets the type without making points for it
+  description.Find("SetType")->Set(static_cast<std::int64_t>(set->GetSetType()));
+  description.Find("InflectionPoint")->Set(set->GetInflectionPoint());
   return copy;
 }
 
@@ -168,7 +171,7 @@ std::vector<Ref<TIFuzzySet>> TIFuzzySets::InOrder() const {
   std::vector<Ref<TIFuzzySet>> sets;
   sets.reserve(static_cast<std::size_t>(GetCount()));
   for (const Ref<IFuzzySet>& set : GetValues()) sets.push_back(OwnOrCopy(set));
-  std::ranges::sort(sets, {}, [](const Ref<TIFuzzySet>& set) { return set->GetIndex(); });
+  std::ranges::stable_sort(sets, {}, [](const Ref<TIFuzzySet>& set) { return set->GetIndex(); });
   return sets;
 }
 

@@ -145,9 +145,13 @@ void TIFuzzyVariable::DefineProperties(TFiler& filer) {
   filer.Define(
       "NumFunctionValues", [this] { return FNumFunctionValues; },
       [this](std::int32_t value) { FNumFunctionValues = value; }, 7);
-  filer.DefineLink(
-      "Parser", [this] { return GetParserComponent(); },
-      [this](TComponent* value) { SetParserComponent(value); });
+  if (FParser && !GetParserComponent()) {
+    filer.DefineIgnored("Parser");
+  } else {
+    filer.DefineLink(
+        "Parser", [this] { return GetParserComponent(); },
+        [this](TComponent* value) { SetParserComponent(value); });
+  }
   filer.DefineObject("Items", *FItems);
   filer.Define(
       "Tag", [this] { return FTag; }, [this](std::intptr_t value) { FTag = value; });
@@ -164,7 +168,12 @@ void TIFuzzyVariable::SetParserComponent(TComponent* component) {
   void* parser = nullptr;
   if (component && component->QueryInterface(IFuzzyParser::Id, &parser) != S_Ok)
     throw EIntfCastError(SIntfCastError);
-  SetParser(Ref<IFuzzyParser>::Attach(static_cast<IFuzzyParser*>(parser)));
+  const Ref<IFuzzyParser> before = FParser;
+  FParser = Ref<IFuzzyParser>::Attach(static_cast<IFuzzyParser*>(parser));
+  // Sets that were given one of their own keep it.
+  for (const Ref<IFuzzySet>& set : FItems->GetValues()) {
+    if (set->GetParser() == before) set->SetParser(FParser);
+  }
 }
 
 // The sets

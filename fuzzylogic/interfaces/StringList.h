@@ -79,7 +79,7 @@ class TStringList : public TStrings {
   using TStrings::AddObject;
   /// Nothing is published: objects and data of the entries cannot be stored, and a list without
   /// them would be another one.
-  void DefineProperties(TFiler& filer) override { TPersistent::DefineProperties(filer); }
+  void DefineProperties(TFiler& /*filer*/) override {}
   void SetString(int index, TString text) override {
     Change(true, index, 0, [&] { TStrings::SetString(index, std::move(text)); });
   }

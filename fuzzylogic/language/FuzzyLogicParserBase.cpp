@@ -117,6 +117,7 @@ void TCustomFuzzyLogicParser::Leave() {
 }
 
 void TCustomFuzzyLogicParser::SetFuzzyLogic(TCustomFuzzyLogic* value) {
+  if (Is(csDestroying)) value = nullptr;  // nobody would tell of the component's end any more
   if (value == FFuzzyLogic) return;
   if (FFuzzyLogic) FFuzzyLogic->RemoveFreeNotification(this);
   FFuzzyLogic = value;

@@ -41,6 +41,7 @@ void TCustomFuzzyLogic::StoreThreshold(TFzyFloat value) {
 }
 
 void TCustomFuzzyLogic::SetParser(TFuzzyTextParser* value) {
+  if (Is(csDestroying)) value = nullptr;  // nobody would tell of the parser's end any more
   if (value == FParser) return;
   if (FParser) FParser->RemoveFreeNotification(this);
   FParser = value;

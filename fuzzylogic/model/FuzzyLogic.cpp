@@ -77,8 +77,9 @@ void TFuzzyLogic::VariablesLoaded(TFuzzyVariables* replaced) {
   const TPin self(this);
   TFirstException first;
   first.Run([&] { replaced->Free(); });
-  for (TFuzzyVariable* variable : *GetItems())
-    first.Run([&] { FireEvent(FOnVariableAdded, this, variable); });
+  GetItems()->TellOfEach([&](TCollectionItem* variable) {
+    first.Run([&] { FireEvent(FOnVariableAdded, this, static_cast<TFuzzyVariable*>(variable)); });
+  });
   first.Run([this] { FireChange(); });
   first.Rethrow();
 }

@@ -68,11 +68,17 @@ void TFuzzyVariables::Update(TCollectionItem* item) {
   if (FFuzzy) FFuzzy->UpdateVariable(variable);
 }
 
+void TFuzzyVariables::ExchangeItems(std::vector<TCollectionItem*>& items) noexcept {
+  FIsLoadedAlone = FFuzzy && !FFuzzy->Is(csLoading);
+  TGCollection::ExchangeItems(items);
+}
+
 /// The variables that were replaced end in a list of their own, which tells the component.
 void TFuzzyVariables::ItemsLoaded(std::vector<TCollectionItem*>& replaced) {
   if (!FFuzzy) return;
   auto* gone = new TFuzzyVariables(FFuzzy);
   gone->ExchangeItems(replaced);
+  if (FIsLoadedAlone) FFuzzy->SetNeedsUpdate(true);
   FFuzzy->VariablesLoaded(gone);
 }
 

@@ -48,6 +48,7 @@ class TFuzzyVariables : public TGCollection {
   TCollectionItem* NewItem() override {
     return TFuzzyVariable::Create(nullptr, FSetClass, FVariableClass);
   }
+  void ExchangeItems(std::vector<TCollectionItem*>& items) noexcept override;
   void ItemsLoaded(std::vector<TCollectionItem*>& replaced) override;
   void Notify(TCollectionItem* item, TCollectionNotification action) override;
   void Update(TCollectionItem* item) override;
@@ -58,6 +59,7 @@ class TFuzzyVariables : public TGCollection {
   int RequireName(const TString& name) const;
 
   TFuzzyLogic* FFuzzy;
+  bool FIsLoadedAlone = false;  // not as a part of the component
   TFuzzyVariableClass FVariableClass;
   TFuzzySetClass FSetClass;
 };

@@ -1,19 +1,21 @@
 #include "fuzzylogic/vocabulary/FuzzyTypeNames.h"
 
+#include <array>
+
 namespace fzy {
 namespace {
 
-constexpr const char* CorrelationMethods[] = {"fcmMinimum", "fcmProduct"};
-constexpr const char* InferenceMethods[] = {"fimMinMax", "fimAdditive", "fimMean", "fimProduct",
-                                            "fimBoundedSum"};
-constexpr const char* DefuzzificationMethods[] = {"dmCenterOfGravity", "dmMeanOfMaxima"};
-constexpr const char* SetTypes[] = {"fstUserDefined", "fstTriangle",  "fstDeclineCurve",
-                                    "fstPICurve",     "fstBetaCurve", "fstGrowthCurve"};
+constexpr std::array CorrelationMethods{"fcmMinimum", "fcmProduct"};
+constexpr std::array InferenceMethods{"fimMinMax", "fimAdditive", "fimMean", "fimProduct",
+                                      "fimBoundedSum"};
+constexpr std::array DefuzzificationMethods{"dmCenterOfGravity", "dmMeanOfMaxima"};
+constexpr std::array SetTypes{"fstUserDefined", "fstTriangle",  "fstDeclineCurve",
+                              "fstPICurve",     "fstBetaCurve", "fstGrowthCurve"};
 
-static_assert(std::size(CorrelationMethods) == Ordinal(fcmProduct) + 1);
-static_assert(std::size(InferenceMethods) == Ordinal(fimBoundedSum) + 1);
-static_assert(std::size(DefuzzificationMethods) == Ordinal(dmMeanOfMaxima) + 1);
-static_assert(std::size(SetTypes) == Ordinal(fstGrowthCurve) + 1);
+static_assert(CorrelationMethods.size() == Ordinal(fcmProduct) + 1);
+static_assert(InferenceMethods.size() == Ordinal(fimBoundedSum) + 1);
+static_assert(DefuzzificationMethods.size() == Ordinal(dmMeanOfMaxima) + 1);
+static_assert(SetTypes.size() == Ordinal(fstGrowthCurve) + 1);
 
 }  // namespace
 

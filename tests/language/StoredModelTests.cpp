@@ -302,6 +302,34 @@ TYPED_TEST(DamagedModel, LeavesEverythingUsableWhateverHandlersDo) {
   }
 }
 
+TEST(StoredModel, LetsHandlersDoAwayWithWhatIsReplaced) {
+  for (const bool fails : {false, true}) {
+    TOwnedScene scene;
+    TIntfScene counted;
+    counted.Fuzzy.SetName("counted");
+    counted.Fuzzy.SetStrings(TString("(deffuzzy v (values (term a ((0 1)))))"));
+    TFuzzyVariable* freed = scene.Fuzzy.GetItems()->Add("freed");
+    TFuzzyVariable* moved = scene.Fuzzy.GetItems()->Add("moved");
+    TFuzzyLogic other;
+    const Ref<IFuzzyVariable> kept = counted.Fuzzy.GetItems()->ContainsVariable("v");
+    const std::string form = Stored({&scene.Fuzzy, &counted.Fuzzy});
+    counted.Parser.SetOnParsed([&](TObject*) {
+      freed->Free();
+      moved->SetCollection(other.GetItems());
+      counted.Fuzzy.GetItems()->Add(kept);
+      if (fails) throw EListError("mischief");
+    });
+    EXPECT_EQ(test::MessageOf([&] { Load(form, {&scene.Fuzzy, &counted.Fuzzy}); }).empty(), !fails);
+    EXPECT_EQ(scene.Fuzzy.GetItems()->GetCount(), fails ? 0 : 2);
+    EXPECT_EQ(other.GetItems()->IndexOf("moved"), 0);
+    ASSERT_EQ(counted.Fuzzy.GetItems()->ContainsVariable("v"), kept);
+    int changes = 0;
+    counted.Fuzzy.SetOnFuzzySetChange([&](auto&&...) { ++changes; });
+    kept->ContainsFuzzySet("a")->Clear();
+    EXPECT_GT(changes, 0) << "still wired";
+  }
+}
+
 // Objects of the counted model in a component of the application
 
 class TGauge final : public TComponent {
@@ -382,6 +410,37 @@ TEST(StoredModel, TellsOfASetThatIsLoadedWhereItStands) {
   EXPECT_EQ(sets.IndexOf("mild"), 0);
   EXPECT_THAT(scene.Fuzzy.GetStrings()->GetText().Utf8(),
               testing::HasSubstr("(term mild (tri 0.0000"));
+}
+
+TEST(StoredModel, LoadsPartsOfAModelAndTakesThemBack) {
+  TOwnedScene scene;
+  scene.Fuzzy.SetStrings(TString("(deffuzzy v (range 5 10) (values (term a (tri 5 6 7))))"));
+  const std::string before = scene.Form();
+  TFuzzyVariable* variable = scene.Fuzzy.GetItems()->GetItem(0);
+  TFuzzySet* set = variable->GetItems()->GetItem(0);
+  TFuzzySetValue* point = set->GetValues()->GetItem(0);
+  EXPECT_THROW(Load("TFuzzyVariable {\nMaximum = 1\nMinimum = 0\nx = 1\n", {variable}),
+               EStoredFormError);
+  EXPECT_THROW(Load("TFuzzySetValue {\nX = 6\nY = 1\n}\njunk", {point}), EStoredFormError);
+  EXPECT_EQ(scene.Form(), before);
+  EXPECT_EQ(point->GetIndex(), 0);
+
+  const std::string list = Stored({scene.Fuzzy.GetItems()});
+  variable->SetName("w");
+  scene.Fuzzy.GetStrings();
+  Load(list, {scene.Fuzzy.GetItems()});
+  EXPECT_EQ(scene.Form(), before) << "a list that is loaded alone makes the text anew";
+}
+
+TEST(StoredModel, OfTheCountedComponentHasVariablesThatWereEntered) {
+  TIntfScene scene, target;
+  TCountedScene::Add(scene.Fuzzy, "v")->Add("a");
+  target.Load(scene.Form());
+  ASSERT_TRUE(target.Fuzzy.GetItems()->ContainsVariable("v"));
+  const Ref<IFuzzyVariable> variable = scene.Fuzzy.GetItems()->ContainsVariable("v");
+  scene.Fuzzy.GetItems()->Remove(variable);
+  target.Load(scene.Form());
+  EXPECT_EQ(target.Fuzzy.GetItems()->GetCount(), 0);
 }
 
 TEST(StoredModel, CopiesAComponentWithAllThatIsInIt) {

@@ -7,6 +7,6 @@ namespace fzy::detail {
 inline constexpr int DeepestForm = 200;
 
 /// What ends a line of a list of texts unless the form says otherwise.
-inline constexpr char16_t UsualLineEnd[] = u"\n";
+inline constexpr const char16_t* UsualLineEnd = u"\n";
 
 }  // namespace fzy::detail

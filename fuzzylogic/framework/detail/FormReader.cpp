@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <optional>
+#include <set>
 
 #include "fuzzylogic/framework/Component.h"
 #include "fuzzylogic/framework/Format.h"
@@ -31,8 +32,9 @@ TString ShapeOf(const TProperty& property) {
     case TKind::Object:
       return "{";
     case TKind::Number:
-    case TKind::Ignored:
       return "a number";
+    case TKind::Ignored:
+      return "a value";
     case TKind::Choice:
       break;
   }
@@ -50,8 +52,7 @@ std::optional<TPropertyValue> ReadWord(const TProperty& property, std::string_vi
     return value ? std::optional<TPropertyValue>(*value) : std::nullopt;
   };
   if (property.Kind == TKind::Whole) return packed(ReadWhole(word));
-  if (property.Kind == TKind::Number || property.Kind == TKind::Ignored)
-    return packed(ReadNumber(word));
+  if (property.Kind == TKind::Number) return packed(ReadNumber(word));
   if (property.Kind == TKind::Flag) {
     if (word != "true" && word != "false") return std::nullopt;
     return word == "true";
@@ -100,38 +101,42 @@ void TFormReader::Read(const TFormTarget& target) {
 
 void TFormReader::ReadObject(const TFormTarget& target) {
   std::string_view rest = FLines.GetLine();
-  const std::string_view line = rest;
   const TString className(TakeName(rest));
   TString name;
   if (rest.starts_with('"')) name = ReadText(rest);
-  if (className.empty() || rest != "{") FailExpected("a class and {", line);
+  if (className.empty() || rest != "{") FailExpected("a class, a name and {", rest);
   TPersistent* object = target(className, name);
   if (!object) Fail(FormatText(SFormUnknownTarget, {className, name}));
   FRoot = className.Utf8();
   FPath = {{FRoot.c_str()}};
   FRead.push_back({object, FLines.GetNumber(), className});
-  const TFiler description(*object);
-  FTransaction.Begin(*object, description);
-  for (const TProperty& property : description.GetProperties()) {
-    if (property.IsInHeader) Set(property, name, true);
-  }
-  ReadBody(*object, true);
+  FTransaction.Begin(*object);
+  ReadBody(*object, true, &name);
   FPath.clear();
   if (auto* component = dynamic_cast<TComponent*>(object))
     FNamed.insert({component->GetName(), component});
 }
 
-void TFormReader::ReadBody(TPersistent& object, bool isLive) {
+void TFormReader::ReadBody(TPersistent& object, bool isLive, const TString* name) {
   if (++FDepth > DeepestForm) Fail(SFormTooDeep);
   TBody body(object, isLive);
+  if (isLive) FTransaction.Remember(body.Description);
+  for (const TProperty& property : body.Properties()) {
+    if (name && property.IsInHeader) property.Set(*name);
+  }
   for (;;) {
     if (!FLines.Next()) Fail(SFormEnds);
-    const std::string_view rest = FLines.GetLine();
+    std::string_view rest = FLines.GetLine();
     if (rest == "}") break;
-    if (rest.front() == '"' || rest.front() == '(' || rest.front() == '{')
+    if (rest.front() == '"' || rest.front() == '(') {
       ReadEntry(body, rest);
+      continue;
+    }
+    const std::string word(TakeName(rest));
+    if (rest == "{")
+      ReadItem(body, word);
     else
-      ReadProperty(body, rest);
+      ReadProperty(body, word, rest);
   }
   Complete(body);
   --FDepth;
@@ -144,14 +149,14 @@ void TFormReader::Complete(TBody& body) {
     if (body.Seen[i] || property.IsInHeader || property.Kind == TKind::Ignored) continue;
     FPath.push_back({property.Name});
     if (property.Default)
-      Guard(FLines.GetNumber(), nullptr, [&] { Set(property, *property.Default, body.IsLive); });
+      Guard(FLines.GetNumber(), nullptr, [&] { property.Set(*property.Default); });
     else if (property.Kind != TKind::Link)
       Fail(SFormMissing);
     FPath.pop_back();
   }
   for (const TBody::TLate& late : body.Late) {
     FPath.push_back({late.Property->Name});
-    Guard(late.Line, nullptr, [&] { Set(*late.Property, late.Value, body.IsLive); });
+    Guard(late.Line, nullptr, [&] { late.Property->Set(late.Value); });
     FPath.pop_back();
   }
 }
@@ -171,13 +176,6 @@ void TFormReader::CompleteEntries(TBody& body) {
     body.Staged->Exchange();
 }
 
-void TFormReader::Set(const TProperty& property, const TPropertyValue& value, bool isLive) {
-  if (isLive)
-    FTransaction.Set(property, value);
-  else
-    property.Set(value);
-}
-
 void TFormReader::EndLoading() {
   for (const TRead& read : FRead) {
     auto* component = dynamic_cast<TComponent*>(read.Object);
@@ -191,8 +189,6 @@ void TFormReader::EndLoading() {
 void TFormReader::ReadEntry(TBody& body, std::string_view rest) {
   const TEntries& entries = body.Description.GetEntries();
   const char sign = rest.front();
-  if (const auto* items = std::get_if<TItemEntries>(&entries); items && rest == "{")
-    return ReadItem(body, *items);
   if (const auto* texts = std::get_if<TTextEntries>(&entries); texts && sign == '"') {
     TTextEntry entry{ReadText(rest), UsualLineEnd};
     if (rest.starts_with('"')) entry.End = ReadText(rest);
@@ -207,10 +203,16 @@ void TFormReader::ReadEntry(TBody& body, std::string_view rest) {
   Guard(FLines.GetNumber(), nullptr, [&] { body.Stage(*pairs).Add(pair); });
 }
 
-void TFormReader::ReadItem(TBody& body, const TItemEntries& items) {
-  TStagedItems& staged = body.Stage(items);
+void TFormReader::ReadItem(TBody& body, const std::string& className) {
+  const auto* items = std::get_if<TItemEntries>(&body.Description.GetEntries());
+  if (!items) Fail(FormatText(SFormUnknownEntry, {body.Object.ClassName()}));
   FPath.push_back({nullptr, body.Items++});
-  ReadBody(staged.Begin(), false);
+  TStagedItems& staged = body.Stage(*items);
+  TPersistent* item = nullptr;
+  Guard(FLines.GetNumber(), nullptr, [&] { item = &staged.Begin(); });
+  if (item->ClassName() != TString(className))
+    FailExpected(item->ClassName() + " {", FLines.GetLine());
+  ReadBody(*item, false);
   Guard(FLines.GetNumber(), nullptr, [&] { staged.Complete(); });
   FPath.pop_back();
 }
@@ -231,10 +233,8 @@ TNumberPair TFormReader::ReadPair(std::string_view& rest) {
 
 // Properties
 
-void TFormReader::ReadProperty(TBody& body, std::string_view rest) {
-  const std::string_view line = rest;
-  const std::string name(TakeName(rest));
-  if (name.empty() || !Take(rest, "=")) FailExpected("a property", line);
+void TFormReader::ReadProperty(TBody& body, const std::string& name, std::string_view rest) {
+  if (name.empty() || !Take(rest, "=")) FailExpected("a property", FLines.GetLine());
   const auto properties = body.Properties();
   // As a form is written, each property is the next of the description or one of those soon after.
   for (std::size_t i = 0; i < properties.size(); ++i) {
@@ -260,14 +260,23 @@ void TFormReader::ReadProperty(TBody& body, const TProperty& property, std::stri
     if (rest != "{") FailExpected(ShapeOf(property), rest);
     return ReadBody(*property.Object, body.IsLive);
   }
-  if (property.Kind == TKind::Link) return ReadLink(body, property, rest);
+  if (property.Kind == TKind::Link) return ReadLink(property, rest);
+  if (property.Kind == TKind::Ignored) return PassOver(property, rest);
   TPropertyValue value = ReadValue(property, rest);
   RequireEnd(rest);
-  if (property.Kind == TKind::Ignored) return;
   if (property.IsLate)
     body.Late.push_back({&property, std::move(value), line});
   else
-    Guard(line, nullptr, [&] { Set(property, value, body.IsLive); });
+    Guard(line, nullptr, [&] { property.Set(value); });
+}
+
+/// Any value in a line, or a text.
+void TFormReader::PassOver(const TProperty& property, std::string_view rest) {
+  if (rest.starts_with('"')) {
+    ReadText(rest);
+    return RequireEnd(rest);
+  }
+  if (rest.empty() || rest == "{") FailExpected(ShapeOf(property), rest);
 }
 
 TPropertyValue TFormReader::ReadValue(const TProperty& property, std::string_view& rest) {
@@ -292,25 +301,37 @@ TString TFormReader::ReadText(std::string_view& rest) {
 
 // Links
 
-void TFormReader::ReadLink(const TBody& body, const TProperty& property, std::string_view& rest) {
+void TFormReader::ReadLink(const TProperty& property, std::string_view rest) {
   const int line = FLines.GetNumber();
   if (rest == "none") {
     const TPropertyValue none = static_cast<TComponent*>(nullptr);
-    return Guard(line, nullptr, [&] { Set(property, none, body.IsLive); });
+    return Guard(line, nullptr, [&] { property.Set(none); });
   }
   if (!Take(rest, "component")) FailExpected(ShapeOf(property), rest);
   const TString name = ReadText(rest);
   RequireEnd(rest);
-  FLinks.push_back({property, name, line, GetPath(), body.IsLive});
+  FLinks.push_back({property, name, line, GetPath()});
 }
 
 void TFormReader::ResolveLinks() {
+  if (!FLinks.empty()) LookBeside();
   for (const TLink& link : FLinks) {
     Guard(link.Line, &link.Path, [&] {
       TComponent* component = FindComponent(link);
       if (!component) throw EConvertError(FormatText(SFormUnknownComponent, {link.Name}));
-      Set(link.Property, component, link.IsLive);
+      link.Property.Set(component);
     });
+  }
+}
+
+void TFormReader::LookBeside() {
+  std::set<const TComponent*> owners;
+  for (const TRead& read : FRead) {
+    const auto* component = dynamic_cast<TComponent*>(read.Object);
+    const TComponent* owner = component ? component->GetOwner() : nullptr;
+    if (!owner || !owners.insert(owner).second) continue;
+    for (int i = 0; i < owner->GetComponentCount(); ++i)
+      FBeside.insert({owner->GetComponent(i)->GetName(), owner->GetComponent(i)});
   }
 }
 
@@ -320,11 +341,8 @@ TComponent* TFormReader::FindComponent(const TLink& link) const {
   if (const auto found = FNamed.find(link.Name); found != FNamed.end()) return found->second;
   auto* before = std::get<TComponent*>(link.Property.Get());
   if (before && before->GetName() == link.Name) return before;
-  for (const auto& [name, component] : FNamed) {
-    TComponent* owner = component->GetOwner();
-    if (TComponent* found = owner ? owner->FindComponent(link.Name) : nullptr) return found;
-  }
-  return nullptr;
+  const auto beside = FBeside.find(link.Name);
+  return beside == FBeside.end() ? nullptr : beside->second;
 }
 
 // Faults

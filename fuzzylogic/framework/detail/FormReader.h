@@ -35,36 +35,38 @@ class TFormReader {
   struct TBody;
   /// The way to what is read: by a property, or by an entry of a list.
   struct TStep {
-    const char* Name;  // nothing: by the entry
+    const char* Name = nullptr;  // nothing: by the entry
     int Entry = 0;
   };
   struct TLink {
     TProperty Property;
     TString Name;
-    int Line;
+    int Line = 0;
     TString Path;
-    bool IsLive;
   };
   struct TRead {
-    TPersistent* Object;
-    int Line;  // with the path, of what a fault is blamed on that shows at the end of loading
+    TPersistent* Object = nullptr;
+    int Line = 0;  // with the path, of what a fault is blamed on that shows at the end of loading
     TString Path;
   };
 
   void ReadObject(const TFormTarget& target);
-  void ReadBody(TPersistent& object, bool isLive);
+  /// @param isLive  whether the object was there before
+  /// @param name    the name that stands behind the class, of an object of the form itself
+  void ReadBody(TPersistent& object, bool isLive, const TString* name = nullptr);
   void ReadEntry(TBody& body, std::string_view rest);
-  void ReadItem(TBody& body, const TItemEntries& items);
-  void ReadProperty(TBody& body, std::string_view rest);
+  void ReadItem(TBody& body, const std::string& className);
+  void ReadProperty(TBody& body, const std::string& name, std::string_view rest);
   void ReadProperty(TBody& body, const TProperty& property, std::string_view rest);
   void Complete(TBody& body);
   void CompleteEntries(TBody& body);
   TPropertyValue ReadValue(const TProperty& property, std::string_view& rest);
-  void ReadLink(const TBody& body, const TProperty& property, std::string_view& rest);
+  void ReadLink(const TProperty& property, std::string_view rest);
   TString ReadText(std::string_view& rest);
   TNumberPair ReadPair(std::string_view& rest);
-  void Set(const TProperty& property, const TPropertyValue& value, bool isLive);
+  void PassOver(const TProperty& property, std::string_view rest);
   void ResolveLinks();
+  void LookBeside();
   TComponent* FindComponent(const TLink& link) const;
 
   void RequireEnd(std::string_view rest) const;
@@ -79,8 +81,9 @@ class TFormReader {
   std::vector<TRead> FRead;
   std::vector<TStep> FPath;
   std::vector<TLink> FLinks;
-  std::map<TString, TComponent*> FNamed;  // the components that were read; the first of a name
-  std::string FRoot;                      // the class of the object that is read
+  std::map<TString, TComponent*> FNamed;   // the components that were read; the first of a name
+  std::map<TString, TComponent*> FBeside;  // those with the same owners
+  std::string FRoot;                       // the class of the object that is read
   int FDepth = 0;
 };
 

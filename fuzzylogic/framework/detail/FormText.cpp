@@ -108,7 +108,7 @@ std::optional<Number> ReadDecimal(std::string_view word) {
 void AppendNumber(std::string& out, double value) { AppendDecimal(out, value); }
 void AppendNumber(std::string& out, std::int64_t value) { AppendDecimal(out, value); }
 
-void AppendText(std::string& out, std::u16string_view text, int indent) {
+void AppendText(std::string& out, std::u16string_view text, std::size_t indent) {
   out += '"';
   for (std::size_t i = 0; i < text.size();) {
     if (IsPlain(text[i])) {
@@ -120,7 +120,7 @@ void AppendText(std::string& out, std::u16string_view text, int indent) {
       AppendEscape(out, text[i]);
       if (text[i++] != u'\n' || i == text.size()) continue;
       out += "\" +\n";
-      out.append(static_cast<std::size_t>(indent), ' ');
+      out.append(indent, ' ');
       out += '"';
     }
   }

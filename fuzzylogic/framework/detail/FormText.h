@@ -21,7 +21,7 @@ void AppendNumber(std::string& out, std::int64_t value);
 /// surrogates without a partner. A text of several lines is broken behind each line feed into
 /// pieces that a plus sign joins; those from the second on stand in lines of their own, `indent`
 /// blanks in.
-void AppendText(std::string& out, std::u16string_view text, int indent);
+void AppendText(std::string& out, std::u16string_view text, std::size_t indent);
 
 /// Reads a number that is the whole of `word`; nothing when it is none or does not fit.
 std::optional<double> ReadNumber(std::string_view word);

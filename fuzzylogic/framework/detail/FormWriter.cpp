@@ -1,7 +1,5 @@
 #include "fuzzylogic/framework/detail/FormWriter.h"
 
-#include <algorithm>
-
 #include "fuzzylogic/framework/Component.h"
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
@@ -12,10 +10,18 @@
 namespace fzy::detail {
 namespace {
 
-constexpr int Indent = 2;
+constexpr std::size_t Indent = 2;
 constexpr std::size_t FlushSize = 65536;
 
 }  // namespace
+
+TFormWriter::TFormWriter(TStream& stream, std::span<TPersistent* const> form)
+    : FStream(stream), FForm(form) {
+  for (const TPersistent* object : form) {
+    const auto* component = dynamic_cast<const TComponent*>(object);
+    if (component && FComponents.insert(component).second) ++FNames[component->GetName()];
+  }
+}
 
 void TFormWriter::Write() {
   for (TPersistent* object : FForm) {
@@ -67,27 +73,31 @@ void TFormWriter::WriteValue(const TProperty& property, const TPropertyValue& va
   else if (const auto* number = std::get_if<double>(&value))
     AppendNumber(FBuffer, *number);
   else
-    AppendText(FBuffer, std::get<TString>(value), Indent * (depth + 1));
+    AppendText(FBuffer, std::get<TString>(value), Indent * (static_cast<std::size_t>(depth) + 1));
   EndLine();
 }
 
 void TFormWriter::WriteLink(const TProperty& property, const TComponent* component, int depth) {
-  if (component && component->GetName().empty()) {
-    if (!IsInForm(*component)) return;  // it keeps to what it finds where it is loaded
+  if (component && !CanBeNamed(*component)) {
+    // One outside is what the link finds where it is loaded.
+    if (!FComponents.contains(component) && component->GetName().empty()) return;
     throw EConvertError(FormatText(SFormNameNeeded, {component->ClassName()}));
   }
   BeginProperty(property, depth);
   FBuffer += component ? "component " : "none";
-  if (component) AppendText(FBuffer, component->GetName(), Indent * (depth + 1));
+  if (component)
+    AppendText(FBuffer, component->GetName(), Indent * (static_cast<std::size_t>(depth) + 1));
   EndLine();
 }
 
 void TFormWriter::WriteEntries(const TItemEntries& entries, int depth) {
   const int count = entries.GetCount();
   for (int i = 0; i < count; ++i) {
+    TPersistent& item = entries.GetItem(i);
     BeginLine(depth);
-    FBuffer += "{\n";
-    WriteBody(entries.GetItem(i), depth + 1);
+    FBuffer += item.ClassName().Utf8();
+    FBuffer += " {\n";
+    WriteBody(item, depth + 1);
     BeginLine(depth);
     FBuffer += '}';
     EndLine();
@@ -99,7 +109,7 @@ void TFormWriter::WriteEntries(const TTextEntries& entries, int depth) {
   for (int i = 0; i < count; ++i) {
     const TTextEntry entry = entries.GetItem(i);
     BeginLine(depth);
-    AppendText(FBuffer, entry.Text, Indent * (depth + 1));
+    AppendText(FBuffer, entry.Text, Indent * (static_cast<std::size_t>(depth) + 1));
     if (entry.End != UsualLineEnd) {
       FBuffer += ' ';
       AppendText(FBuffer, entry.End, 0);
@@ -122,12 +132,15 @@ void TFormWriter::WriteEntries(const TPairEntries& entries, int depth) {
   }
 }
 
-bool TFormWriter::IsInForm(const TComponent& component) const noexcept {
-  return std::find(FForm.begin(), FForm.end(), &component) != FForm.end();
+/// Whether its name leads to it from within the form.
+bool TFormWriter::CanBeNamed(const TComponent& component) const {
+  const auto named = FNames.find(component.GetName());
+  if (named == FNames.end()) return !component.GetName().empty();
+  return !component.GetName().empty() && named->second == 1 && FComponents.contains(&component);
 }
 
 void TFormWriter::BeginLine(int depth) {
-  FBuffer.append(static_cast<std::size_t>(Indent * depth), ' ');
+  FBuffer.append(Indent * static_cast<std::size_t>(depth), ' ');
 }
 
 void TFormWriter::BeginProperty(const TProperty& property, int depth) {

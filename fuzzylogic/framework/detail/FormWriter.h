@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+#include <set>
 #include <span>
 #include <string>
 
@@ -12,8 +14,7 @@ namespace fzy::detail {
 class TFormWriter {
  public:
   /// @param form  the objects that make up the form, to which links may lead
-  TFormWriter(TStream& stream, std::span<TPersistent* const> form) noexcept
-      : FStream(stream), FForm(form) {}
+  TFormWriter(TStream& stream, std::span<TPersistent* const> form);
 
   void Write();
 
@@ -26,7 +27,7 @@ class TFormWriter {
   void WriteEntries(const TItemEntries& entries, int depth);
   void WriteEntries(const TTextEntries& entries, int depth);
   void WriteEntries(const TPairEntries& entries, int depth);
-  bool IsInForm(const TComponent& component) const noexcept;
+  bool CanBeNamed(const TComponent& component) const;
   void BeginLine(int depth);
   void BeginProperty(const TProperty& property, int depth);
   void EndLine();
@@ -34,6 +35,8 @@ class TFormWriter {
 
   TStream& FStream;
   std::span<TPersistent* const> FForm;
+  std::set<const TComponent*> FComponents;  // of the form
+  std::map<TString, int> FNames;            // theirs, with how many have each
   std::string FBuffer;
 };
 

@@ -9,32 +9,30 @@ TLoadTransaction::~TLoadTransaction() {
   if (!FIsKept) TakeBack();
 }
 
-void TLoadTransaction::Begin(TPersistent& target, const TFiler& description) {
+void TLoadTransaction::Begin(TPersistent& target) {
   FPins.emplace_back(&target);
   if (auto* component = dynamic_cast<TComponent*>(&target)) {
     FLoading.push_back(component);
     component->Loading();
   }
+  const TFiler description(target);
   if (description.GetReplaced()) Exchange(description.GetReplaced()());
 }
 
-void TLoadTransaction::Set(const TProperty& property, const TPropertyValue& value) {
-  TPropertyValue old = property.Get();
-  if (const auto* link = std::get_if<TComponent*>(&old)) FPins.emplace_back(*link);
-  (property.IsLate ? FLateValues : FValues)
-      .emplace_back([set = property.Set, old = std::move(old)] {
-        // A handler may have freed it by the time that all is taken back.
-        const auto* link = std::get_if<TComponent*>(&old);
-        const bool hasGone = link && *link && (*link)->IsFreed();
-        set(hasGone ? TPropertyValue(static_cast<TComponent*>(nullptr)) : old);
-      });
-  property.Set(value);
+void TLoadTransaction::Remember(const TFiler& description) {
+  TValues values;
+  for (const TProperty& property : description.GetProperties()) {
+    if (!property.Get) continue;
+    values.push_back({property.Set, property.Get(), property.IsLate});
+    const auto* link = std::get_if<TComponent*>(&values.back().Value);
+    if (link) FPins.emplace_back(*link);
+  }
+  FValues.push_back(std::move(values));
 }
 
 void TLoadTransaction::Exchange(std::unique_ptr<TStagedEntries> entries) {
-  TStagedEntries* staged = FStaged.emplace_back(std::move(entries)).get();
-  FExchanges.emplace_back([staged] { staged->Exchange(); });
-  staged->Exchange();
+  FStaged.push_back(std::move(entries));
+  FStaged.back()->Exchange();
 }
 
 void TLoadTransaction::Keep() {
@@ -44,19 +42,26 @@ void TLoadTransaction::Keep() {
   first.Rethrow();
 }
 
-void TLoadTransaction::Run(TUndo& undo) noexcept {
-  for (; !undo.empty(); undo.pop_back()) {
+void TLoadTransaction::SetAgain(const TValues& values, bool late) noexcept {
+  for (const TValue& value : values) {
+    if (value.IsLate != late) continue;
     try {
-      undo.back()();
+      // A handler may have freed what a link led to.
+      const auto* link = std::get_if<TComponent*>(&value.Value);
+      const bool hasGone = link && *link && (*link)->IsFreed();
+      value.Set(hasGone ? TPropertyValue(static_cast<TComponent*>(nullptr)) : value.Value);
     } catch (...) {  // NOLINT(bugprone-empty-catch): of a setter that refuses what it had
     }
   }
 }
 
+/// Lists first, because values may depend on them, and the late ones last.
 void TLoadTransaction::TakeBack() noexcept {
-  Run(FExchanges);
-  Run(FValues);
-  Run(FLateValues);
+  for (auto staged = FStaged.rbegin(); staged != FStaged.rend(); ++staged) (*staged)->Exchange();
+  for (const bool late : {false, true}) {
+    for (auto values = FValues.rbegin(); values != FValues.rend(); ++values)
+      SetAgain(*values, late);
+  }
   for (TComponent* component : FLoading) component->SetState(csLoading, false);
 }
 

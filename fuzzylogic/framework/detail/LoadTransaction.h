@@ -24,25 +24,28 @@ class TLoadTransaction {
 
   /// Begins to load an object: keeps its memory, puts a component in its loading state, and what it
   /// makes anew from its properties aside.
-  void Begin(TPersistent& target, const TFiler& description);
-  /// Sets a property of an object that was there before.
-  void Set(const TProperty& property, const TPropertyValue& value);
+  void Begin(TPersistent& target);
+  /// Remembers all values of an object that was there before, or of one that stands in it.
+  void Remember(const TFiler& description);
   /// Lets gathered entries take the place of those that were there before.
   void Exchange(std::unique_ptr<TStagedEntries> entries);
   /// All is loaded: tells those who must know. What handlers raise goes on once all are told.
   void Keep();
 
  private:
-  using TUndo = std::vector<std::function<void()>>;
+  struct TValue {
+    std::function<void(const TPropertyValue&)> Set;
+    TPropertyValue Value;
+    bool IsLate;
+  };
+  using TValues = std::vector<TValue>;  // of one object
   void TakeBack() noexcept;
-  static void Run(TUndo& undo) noexcept;
+  static void SetAgain(const TValues& values, bool late) noexcept;
 
   std::vector<TPin> FPins;
   std::vector<TComponent*> FLoading;
-  std::vector<std::unique_ptr<TStagedEntries>> FStaged;
-  TUndo FExchanges;
-  TUndo FValues;
-  TUndo FLateValues;  // which depend on the others
+  std::vector<std::unique_ptr<TStagedEntries>> FStaged;  // all exchanged
+  std::vector<TValues> FValues;
   bool FIsKept = false;
 };
 

@@ -1,5 +1,10 @@
 #include "fuzzylogic/framework/detail/ObjectCopy.h"
 
+#include <typeinfo>
+
+#include "fuzzylogic/framework/Exception.h"
+#include "fuzzylogic/framework/Format.h"
+#include "fuzzylogic/framework/Messages.h"
 #include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/framework/detail/LoadTransaction.h"
 
@@ -17,6 +22,7 @@ class TObjectCopy {
   void Copy(TPersistent& source, TPersistent& dest, bool isLive) {
     const TFiler from(source);
     const TFiler to(dest);
+    if (isLive) FTransaction.Remember(to);
     CopyEntries(from.GetEntries(), to.GetEntries(), isLive);
     const auto both = [&](auto copy) {
       for (std::size_t i = 0; i < to.GetProperties().size(); ++i)
@@ -27,11 +33,7 @@ class TObjectCopy {
       if (property.Kind == TKind::Object) Copy(*original.Object, *property.Object, isLive);
     });
     both([&](const TProperty& original, const TProperty& property) {
-      if (!property.IsPlain() || property.IsInHeader) return;
-      if (isLive)
-        FTransaction.Set(property, original.Get());
-      else
-        property.Set(original.Get());
+      if (property.IsPlain() && !property.IsInHeader) property.Set(original.Get());
     });
   }
 
@@ -56,7 +58,10 @@ class TObjectCopy {
     staged.Add(std::move(entry));
   }
   void Add(TStagedItems& staged, TPersistent& item) {
-    Copy(item, staged.Begin(), false);
+    TPersistent& copy = staged.Begin();
+    if (typeid(copy) != typeid(item))
+      throw EConvertError(FormatText(SAssignError, {item.ClassName(), copy.ClassName()}));
+    Copy(item, copy, false);
     staged.Complete();
   }
 
@@ -68,7 +73,7 @@ class TObjectCopy {
 void CopyComponent(TComponent& source, TComponent& dest) {
   const TPin pinned(&source);
   TLoadTransaction transaction;
-  transaction.Begin(dest, TFiler(dest));
+  transaction.Begin(dest);
   TObjectCopy(transaction).Copy(source, dest, true);
   dest.Loaded();
   transaction.Keep();
