@@ -53,9 +53,8 @@ class TCollection::TStaged final : public TStagedItems {
     for (int i = 0; i < list.GetCount(); ++i) FHeld.emplace_back(list.ItemAt(i));
   }
   ~TStaged() override {
-    for (TCollectionItem* item : FItems) {
-      if (IsOurs(item)) TOwned<TCollectionItem>(item).Reset();
-    }
+    DropForeign();
+    for (TCollectionItem* item : FItems) TOwned<TCollectionItem>(item).Reset();
   }
   TPersistent& Begin() override {
     TOwned<TCollectionItem> item(FList.NewItem());
@@ -66,15 +65,20 @@ class TCollection::TStaged final : public TStagedItems {
   }
   void Complete() override {}
   void Exchange() noexcept override {
-    std::erase_if(FItems, [](const TCollectionItem* item) { return !IsOurs(item); });
+    DropForeign();
     FList.ExchangeItems(FItems);
   }
-  void Tell() override { FList.ItemsLoaded(FItems); }
+  void Tell() override {
+    DropForeign();
+    FList.ItemsLoaded(FItems);
+  }
 
  private:
   /// A handler may have freed an item that stands aside, or put it into a list.
-  static bool IsOurs(const TCollectionItem* item) noexcept {
-    return !item->IsFreed() && !item->GetCollection();
+  void DropForeign() noexcept {
+    std::erase_if(FItems, [](const TCollectionItem* item) {
+      return item->IsFreed() || item->GetCollection();
+    });
   }
 
   TPin FPin;
