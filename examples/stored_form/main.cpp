@@ -55,9 +55,8 @@ void Load(const std::string& file) {
             << (isSame ? "the same to the last byte\n" : "another text for the same model\n");
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+/// The exit status.
+int Start(int argc, char** argv) {
   CLI::App app("Stores a small heating controller as a form, and loads it again in another run.");
   std::string file;
   CLI::App* store = app.add_subcommand("store", "build the model and store it");
@@ -66,12 +65,24 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   try {
     app.parse(argc, argv);
-    store->parsed() ? Store(file) : Load(file);
-    return 0;
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : Faulty;
+  }
+  try {
+    store->parsed() ? Store(file) : Load(file);
+  } catch (const fzy::EException& error) {
+    throw support::InputError(file, 0, error.what());
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Start(argc, argv);
   } catch (const std::exception& error) {
-    std::cerr << file << ": " << error.what() << '\n';
+    std::cerr << error.what() << '\n';
     return Faulty;
   }
 }

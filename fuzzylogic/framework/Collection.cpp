@@ -185,8 +185,7 @@ void TCollection::ExchangeItems(std::vector<TCollectionItem*>& items) noexcept {
 void TCollection::ItemsLoaded(std::vector<TCollectionItem*>& replaced) {
   const TPin self(this);
   TFirstException first;
-  const std::vector<TCollectionItem*> removed = replaced;
-  for (TCollectionItem* item : removed) {
+  for (TCollectionItem* item : replaced) {
     if (!item->IsFreed() && !item->GetCollection()) first.Run([&] { Notify(item, cnExtracting); });
   }
   TellOfEach([&](TCollectionItem* item) { first.Run([&] { Notify(item, cnAdded); }); });

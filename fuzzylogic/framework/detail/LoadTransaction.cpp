@@ -1,5 +1,7 @@
 #include "fuzzylogic/framework/detail/LoadTransaction.h"
 
+#include <ranges>
+
 #include "fuzzylogic/framework/Component.h"
 #include "fuzzylogic/framework/FirstException.h"
 
@@ -57,10 +59,9 @@ void TLoadTransaction::SetAgain(const TValues& values, bool late) noexcept {
 
 /// Lists first, because values may depend on them, and the late ones last.
 void TLoadTransaction::TakeBack() noexcept {
-  for (auto staged = FStaged.rbegin(); staged != FStaged.rend(); ++staged) (*staged)->Exchange();
+  for (const auto& staged : std::views::reverse(FStaged)) staged->Exchange();
   for (const bool late : {false, true}) {
-    for (auto values = FValues.rbegin(); values != FValues.rend(); ++values)
-      SetAgain(*values, late);
+    for (const TValues& values : std::views::reverse(FValues)) SetAgain(values, late);
   }
   for (TComponent* component : FLoading) component->SetState(csLoading, false);
 }
