@@ -128,7 +128,8 @@ void CopyValues(TPersistent& source, TPersistent& dest) {
   const TFiler to(dest);
   for (const TProperty& property : to.GetProperties()) {
     const TProperty* other = from.Find(property.Name);
-    if (other && other->Kind == property.Kind && property.IsPlain() && !property.IsLate)
+    if (other && other->Kind == property.Kind && property.IsPlain() && !property.IsLate &&
+        !property.IsInHeader)
       property.Set(other->Get());
   }
 }

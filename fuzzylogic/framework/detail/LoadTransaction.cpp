@@ -1,7 +1,5 @@
 #include "fuzzylogic/framework/detail/LoadTransaction.h"
 
-#include <ranges>
-
 #include "fuzzylogic/framework/Component.h"
 #include "fuzzylogic/framework/FirstException.h"
 
@@ -59,9 +57,9 @@ void TLoadTransaction::SetAgain(const TValues& values, bool late) noexcept {
 
 /// Lists first, because values may depend on them, and the late ones last.
 void TLoadTransaction::TakeBack() noexcept {
-  for (const auto& staged : std::views::reverse(FStaged)) staged->Exchange();
+  for (std::size_t i = FStaged.size(); i-- > 0;) FStaged[i]->Exchange();
   for (const bool late : {false, true}) {
-    for (const TValues& values : std::views::reverse(FValues)) SetAgain(values, late);
+    for (std::size_t i = FValues.size(); i-- > 0;) SetAgain(FValues[i], late);
   }
   for (TComponent* component : FLoading) component->SetState(csLoading, false);
 }
