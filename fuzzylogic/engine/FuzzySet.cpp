@@ -132,12 +132,9 @@ void TFuzzySet::DefineProperties(TFiler& filer) {
   filer.DefineObject("Values", *FValues);
   filer.Define(
       "Name", [this] { return FName; }, [this](const TString& value) { StoreName(value); });
-  filer.Define(
-      "Comment", [this] { return FComment; }, [this](const TString& value) { FComment = value; });
-  filer.Define(
-      "SetType", [this] { return FSetType; }, [this](TFuzzySetType value) { FSetType = value; });
-  filer.Define(
-      "Tag", [this] { return FTag; }, [this](std::intptr_t value) { FTag = value; });
+  filer.DefineField("Comment", FComment);
+  filer.DefineField("SetType", FSetType);
+  filer.DefineField("Tag", FTag);
   filer.Define(
       "InflectionPoint", [this] { return FInflectionPoint; },
       [this](TFzyFloat value) {
@@ -145,9 +142,7 @@ void TFuzzySet::DefineProperties(TFiler& filer) {
         FInflectionPoint = value;
       },
       0.0);
-  filer.Define(
-      "Expression", [this] { return FExpression; },
-      [this](const TString& value) { FExpression = value; }, TString());
+  filer.DefineField("Expression", FExpression, TString());
   filer.Define(
       "Definition", [this] { return FDefinition.Get(); },
       [this](const TString& value) { FDefinition.Set(value); }, TString());

@@ -51,12 +51,8 @@ void TComponent::Assign(TPersistent* source) {
 
 void TComponent::DefineProperties(TFiler& filer) {
   TPersistent::DefineProperties(filer);
-  filer
-      .Define(
-          "Name", [this] { return FName; }, [this](const TString& value) { FName = value; })
-      .IsInHeader = true;
-  filer.Define(
-      "Tag", [this] { return FTag; }, [this](std::intptr_t value) { FTag = value; }, 0);
+  filer.DefineField("Name", FName).IsInHeader = true;
+  filer.DefineField("Tag", FTag, 0);
 }
 
 void TComponent::FreeNotification(TComponent* component) {

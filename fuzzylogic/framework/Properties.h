@@ -119,12 +119,22 @@ struct TProperty {
 };
 
 /// Collects the description of an object: its published properties, and its entries when it is a
-/// list. A class names them in `TPersistent::DefineProperties`; storing, loading, comparing,
-/// copying and listing all go by that. Setters and getters are called as long as the object lives,
-/// events are not published here.
+/// list. A class names them in `TPersistent::DefineProperties`, after those of its base; storing,
+/// loading, comparing, copying and listing all go by that:
+///
+///     void TAlarm::DefineProperties(TFiler& filer) {
+///       TComponent::DefineProperties(filer);
+///       filer.DefineField("Limit", FLimit);
+///       filer.DefineField("Enabled", FEnabled, true);  // not stored while it is true
+///       filer.DefineObject("Level", *FLevel);
+///     }
+///
+/// Getters and setters are called as long as the object lives. Events are not published here.
 class TFiler {
  public:
   explicit TFiler(TPersistent& object);
+
+  // Each gives the property for more to be said of it, until the next one is defined.
 
   /// A property of type bool, integer, double, TString, or an enumeration for which
   /// `ValueNames(value)` gives the names.
@@ -133,6 +143,13 @@ class TFiler {
   /// The same with a default.
   template <class Get, class Set>
   TProperty& Define(const char* name, Get get, Set set, std::invoke_result_t<Get> byDefault);
+  /// One that is just a field of the object, with or without a default.
+  template <class Value, class... Default>
+  TProperty& DefineField(const char* name, Value& field, Default... byDefault) {
+    return Define(
+        name, [&field] { return field; }, [&field](const Value& value) { field = value; },
+        Value(byDefault)...);
+  }
   /// A link to a component, which is stored by its name.
   /// Setting raises EConvertError for a component of another class.
   template <class Get, class Set>

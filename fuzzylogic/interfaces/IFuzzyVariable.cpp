@@ -119,11 +119,8 @@ void TIFuzzyVariable::SetParser(const Ref<IFuzzyParser>& value) {
 
 void TIFuzzyVariable::DefineProperties(TFiler& filer) {
   TIFuzzyVariablePersistent::DefineProperties(filer);
-  filer.Define(
-      "Comment", [this] { return FComment; }, [this](const TString& value) { FComment = value; });
-  filer.Define(
-      "DefuzzificationMethod", [this] { return FDefuzzificationMethod; },
-      [this](TDefuzzificationMethod value) { FDefuzzificationMethod = value; });
+  filer.DefineField("Comment", FComment);
+  filer.DefineField("DefuzzificationMethod", FDefuzzificationMethod);
   filer.Define(
       "Maximum", [this] { return FMaximum; },
       [this](TFzyFloat value) {
@@ -138,13 +135,9 @@ void TIFuzzyVariable::DefineProperties(TFiler& filer) {
         FMinimum = value;
         FMaximum = std::max(FMaximum, value);
       });
-  filer.Define(
-      "Name", [this] { return FName; }, [this](const TString& value) { FName = value; });
-  filer.Define(
-      "Units", [this] { return FUnits; }, [this](const TString& value) { FUnits = value; });
-  filer.Define(
-      "NumFunctionValues", [this] { return FNumFunctionValues; },
-      [this](std::int32_t value) { FNumFunctionValues = value; }, 7);
+  filer.DefineField("Name", FName);
+  filer.DefineField("Units", FUnits);
+  filer.DefineField("NumFunctionValues", FNumFunctionValues, 7);
   if (FParser && !GetParserComponent()) {
     filer.DefineIgnored("Parser");
   } else {
@@ -153,8 +146,7 @@ void TIFuzzyVariable::DefineProperties(TFiler& filer) {
         [this](TComponent* value) { SetParserComponent(value); });
   }
   filer.DefineObject("Items", *FItems);
-  filer.Define(
-      "Tag", [this] { return FTag; }, [this](std::intptr_t value) { FTag = value; });
+  filer.DefineField("Tag", FTag);
   filer.Define(
       "Threshold", [this] { return FThreshold; }, [this](TFzyFloat value) { SetThreshold(value); });
 }

@@ -55,17 +55,10 @@ void TCustomFuzzyLogic::Notification(TComponent* component, TOperation operation
 
 void TCustomFuzzyLogic::DefineProperties(TFiler& filer) {
   TComponent::DefineProperties(filer);
-  filer.Define(
-      "AutoTerms", [this] { return FAutoTerms; }, [this](bool value) { FAutoTerms = value; }, true);
-  filer.Define(
-      "CorrelationMethod", [this] { return FCorrelationMethod; },
-      [this](TFuzzyCorrelationMethod value) { FCorrelationMethod = value; }, fcmMinimum);
-  filer.Define(
-      "InferenceMethod", [this] { return FInferenceMethod; },
-      [this](TFuzzyInferenceMethod value) { FInferenceMethod = value; }, fimMinMax);
-  filer.Define(
-      "DefuzzificationMethod", [this] { return FDefuzzificationMethod; },
-      [this](TDefuzzificationMethod value) { FDefuzzificationMethod = value; }, dmCenterOfGravity);
+  filer.DefineField("AutoTerms", FAutoTerms, true);
+  filer.DefineField("CorrelationMethod", FCorrelationMethod, fcmMinimum);
+  filer.DefineField("InferenceMethod", FInferenceMethod, fimMinMax);
+  filer.DefineField("DefuzzificationMethod", FDefuzzificationMethod, dmCenterOfGravity);
   filer.Define(
       "NumFunctionValues", [this] { return FNumFunctionValues; },
       [this](int value) { SetNumFunctionValues(value); }, 7);

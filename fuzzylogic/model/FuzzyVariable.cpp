@@ -149,10 +149,8 @@ void TFuzzyVariable::DefineProperties(TFiler& filer) {
   filer.DefineObject("Items", *FItems);
   filer.Define(
       "Name", [this] { return FName; }, [this](const TString& value) { StoreKey(FName, value); });
-  filer.Define(
-      "Units", [this] { return FUnits; }, [this](const TString& value) { FUnits = value; });
-  filer.Define(
-      "Comment", [this] { return FComment; }, [this](const TString& value) { FComment = value; });
+  filer.DefineField("Units", FUnits);
+  filer.DefineField("Comment", FComment);
   filer.Define(
       "Threshold", [this] { return FThreshold; }, [this](TFzyFloat value) { SetThreshold(value); });
 }

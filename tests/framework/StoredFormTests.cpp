@@ -40,8 +40,7 @@ class TPart final : public TCollectionItem {
   ~TPart() override { --Alive; }
   TString ClassName() const override { return "TPart"; }
   void DefineProperties(TFiler& filer) override {
-    filer.Define(
-        "Name", [this] { return Name; }, [this](const TString& value) { Name = value; });
+    filer.DefineField("Name", Name);
     filer.DefineObject("Parts", Parts);
   }
 
@@ -70,8 +69,7 @@ class TGear final : public TComponent {
   TString ClassName() const override { return "TGear"; }
   void DefineProperties(TFiler& filer) override {
     TComponent::DefineProperties(filer);
-    filer.Define(
-        "On", [this] { return On; }, [this](bool value) { On = value; }, false);
+    filer.DefineField("On", On, false);
     filer.Define(
         "Teeth", [this] { return Teeth; },
         [this](std::uint8_t value) {
@@ -79,12 +77,9 @@ class TGear final : public TComponent {
           Teeth = value;
         },
         12);
-    filer.Define(
-        "Ratio", [this] { return Ratio; }, [this](double value) { Ratio = value; });
-    filer.Define(
-        "Label", [this] { return Label; }, [this](const TString& value) { Label = value; });
-    filer.Define(
-        "Size", [this] { return Size; }, [this](TSize value) { Size = value; }, TSize::Small);
+    filer.DefineField("Ratio", Ratio);
+    filer.DefineField("Label", Label);
+    filer.DefineField("Size", Size, TSize::Small);
     filer.DefineLink(
         "Mate", [this] { return Mate; }, [this](TGear* value) { Mate = value; });
     filer.DefineIgnored("Weight");

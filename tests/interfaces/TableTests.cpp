@@ -138,7 +138,7 @@ struct TThing final : TPersistent, TInterfaced<IInterface> {
   ~TThing() override { End(); }
   TString ClassName() const override { return "TThing"; }
   void DefineProperties(TFiler& filer) override {
-    filer.Define("Text", [this] { return Text; }, [this](const TString& value) { Text = value; });
+    filer.DefineField("Text", Text);
   }
   TAction End;
   TString Text;

@@ -339,8 +339,7 @@ class TGauge final : public TComponent {
     TComponent::DefineProperties(filer);
     filer.DefineObject("Level", *Level);
     filer.DefineObject("Alarm", *Alarm);
-    filer.Define(
-        "Limit", [this] { return Limit; }, [this](int value) { Limit = value; }, 0);
+    filer.DefineField("Limit", Limit, 0);
   }
   Ref<TIFuzzyVariable> Level = TIFuzzyVariable::Create("level");
   TOwned<TFuzzyVariable> Alarm{TFuzzyVariable::Create()};
