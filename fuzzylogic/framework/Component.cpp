@@ -51,7 +51,7 @@ void TComponent::Assign(TPersistent* source) {
 
 void TComponent::DefineProperties(TFiler& filer) {
   TPersistent::DefineProperties(filer);
-  filer.DefineField("Name", FName).IsInHeader = true;
+  filer.DefineField("Name", FName, TString()).IsInHeader = true;
   filer.DefineField("Tag", FTag, 0);
 }
 

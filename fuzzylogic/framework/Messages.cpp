@@ -7,6 +7,7 @@ TMessage SListIndexError{u"List index out of bounds (%d)"};
 TMessage SDuplicateItem{u"Duplicates not allowed"};
 TMessage SItemNotFound{u"Item not found"};
 TMessage SArgumentOutOfRange{u"Argument out of range"};
+TMessage SValueOutOfRange{u"The value must lie between %d and %d"};
 TMessage SIntfCastError{u"Interface not supported"};
 
 TMessage SStreamNotWritable{u"The stream cannot be written"};
@@ -20,6 +21,9 @@ TMessage SFormExpected{u"expected %s, not \"%s\""};
 TMessage SFormUnknownProperty{u"a %s has no such property"};
 TMessage SFormUnknownEntry{u"a %s has no such entry"};
 TMessage SFormTwice{u"stands here twice"};
+TMessage SFormNameBehindClass{u"the name stands behind the class"};
+TMessage SFormBadName{u"\"%s\" is no name of letters, digits and underscores"};
+TMessage SFormLinkRefused{u"a %s is not what this can be linked to"};
 TMessage SFormMissing{u"is missing"};
 TMessage SFormTooDeep{u"objects stand in objects too deep"};
 TMessage SFormUnknownTarget{u"there is no place for a %s \"%s\""};
@@ -31,6 +35,6 @@ TMessage SFormTextControl{u"the text holds a control character"};
 TMessage SFormTextEscape{u"the text holds an unknown escape"};
 TMessage SFormNameNeeded{
     u"Cannot store a link to a %s: it needs a name that no other component of the form has"};
-TMessage SFormNotStored{u"Cannot store a %s: objects stand in objects too deep"};
+TMessage SFormNotStored{u"Cannot store a %s: %s"};
 
 }  // namespace fzy

@@ -15,6 +15,8 @@ extern TMessage SDuplicateItem;
 extern TMessage SItemNotFound;
 /// "Argument out of range"
 extern TMessage SArgumentOutOfRange;
+/// "The value must lie between %d and %d"
+extern TMessage SValueOutOfRange;
 /// "Interface not supported"
 extern TMessage SIntfCastError;
 
@@ -43,6 +45,12 @@ extern TMessage SFormUnknownProperty;
 extern TMessage SFormUnknownEntry;
 /// "stands here twice"
 extern TMessage SFormTwice;
+/// "the name stands behind the class"
+extern TMessage SFormNameBehindClass;
+/// ""%s" is no name of letters, digits and underscores"
+extern TMessage SFormBadName;
+/// "a %s is not what this can be linked to"
+extern TMessage SFormLinkRefused;
 /// "is missing"
 extern TMessage SFormMissing;
 /// "objects stand in objects too deep"
@@ -63,7 +71,7 @@ extern TMessage SFormTextControl;
 extern TMessage SFormTextEscape;
 /// "Cannot store a link to a %s: it needs a name that no other component of the form has"
 extern TMessage SFormNameNeeded;
-/// "Cannot store a %s: objects stand in objects too deep"
+/// "Cannot store a %s: %s"
 extern TMessage SFormNotStored;
 
 }  // namespace fzy

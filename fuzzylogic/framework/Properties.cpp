@@ -92,7 +92,8 @@ const TProperty* TFiler::Find(std::string_view name) const noexcept {
 }
 
 std::int64_t TFiler::RequireRange(std::int64_t value, std::int64_t least, std::int64_t most) {
-  if (value < least || value > most) throw EArgumentOutOfRangeException(SArgumentOutOfRange);
+  if (value < least || value > most)
+    throw EArgumentOutOfRangeException(FormatText(SValueOutOfRange, {least, most}));
   return value;
 }
 
@@ -100,8 +101,8 @@ std::int64_t TFiler::RequireChoice(std::int64_t value, std::size_t count) {
   return RequireRange(value, 0, static_cast<std::int64_t>(count) - 1);
 }
 
-void TFiler::RefuseLink(const TComponent& component, const char* name) {
-  throw EConvertError(FormatText(SAssignError, {component.ClassName(), TString(name)}));
+void TFiler::RefuseLink(const TComponent& component) {
+  throw EConvertError(FormatText(SFormLinkRefused, {component.ClassName()}));
 }
 
 bool EqualValues(const TPropertyValue& left, const TPropertyValue& right) {

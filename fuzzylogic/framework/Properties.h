@@ -180,7 +180,7 @@ class TFiler {
   TProperty& Add(TProperty property);
   static std::int64_t RequireChoice(std::int64_t value, std::size_t count);
   static std::int64_t RequireRange(std::int64_t value, std::int64_t least, std::int64_t most);
-  [[noreturn]] static void RefuseLink(const TComponent& component, const char* name);
+  [[noreturn]] static void RefuseLink(const TComponent& component);
 
   std::vector<TProperty> FProperties;
   TEntries FEntries;
@@ -210,12 +210,17 @@ constexpr TProperty::TKind TFiler::KindOf() {
     return TProperty::TKind::Flag;
   else if constexpr (std::is_enum_v<Value>)
     return TProperty::TKind::Choice;
-  else if constexpr (std::integral<Value>)
+  else if constexpr (std::integral<Value>) {
+    static_assert(std::signed_integral<Value> || sizeof(Value) < sizeof(std::int64_t),
+                  "a whole number must fit into 64 bits with a sign");
     return TProperty::TKind::Whole;
-  else if constexpr (std::same_as<Value, double>)
+  } else if constexpr (std::same_as<Value, double>)
     return TProperty::TKind::Number;
-  else
+  else {
+    static_assert(std::same_as<Value, TString>,
+                  "a property is a bool, an integer, a double, a TString or an enumeration");
     return TProperty::TKind::Text;
+  }
 }
 
 template <class Value>
@@ -264,10 +269,10 @@ template <class Get, class Set>
 TProperty& TFiler::DefineLink(const char* name, Get get, Set set) {
   using TTarget = std::invoke_result_t<Get>;
   return Add({name, TProperty::TKind::Link, [get]() -> TPropertyValue { return get(); },
-              [set, name](const TPropertyValue& value) {
+              [set](const TPropertyValue& value) {
                 auto* component = std::get<TComponent*>(value);
                 auto* target = dynamic_cast<TTarget>(component);
-                if (component && !target) RefuseLink(*component, name);
+                if (component && !target) RefuseLink(*component);
                 set(target);
               }});
 }

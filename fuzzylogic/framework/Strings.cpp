@@ -21,7 +21,8 @@ class TStrings::TStagedLines final : public TStagedTexts {
   explicit TStagedLines(TStrings& list) noexcept : FList(list) {}
   void Add(TTextEntry entry) override {
     const auto end = std::find(LineEnds.begin(), LineEnds.end(), entry.End.View());
-    if (end == LineEnds.end()) throw EArgumentOutOfRangeException(SArgumentOutOfRange);
+    if (end == LineEnds.end())
+      throw EConvertError(FormatText(SFormExpected, {TString(R"(\n, \r\n or \r)"), entry.End}));
     FLines.push_back({std::move(entry.Text), nullptr, *end});
   }
   void Exchange() noexcept override { FList.FLines.swap(FLines); }

@@ -20,7 +20,6 @@ void TFuzzyVariableTable::Add(const Ref<IFuzzyVariable>& fuzzyVariable) {
 
 void TFuzzyVariableTable::Clear() {
   const TPin self(this);
-  FIsChanged = true;
   TFirstException first;
   first.Run([this] { UnwireAll(); });
   first.Run([this] { TTable::Clear(); });
@@ -36,12 +35,10 @@ void TFuzzyVariableTable::UnwireAll() const {
 }
 
 void TFuzzyVariableTable::MemberEntered(const Ref<IFuzzyVariable>& member) {
-  FIsChanged = true;
   if (FFuzzyLogic) FFuzzyLogic->VariableAdded(member);
 }
 
 void TFuzzyVariableTable::MemberLeft(const Ref<IFuzzyVariable>& member) {
-  FIsChanged = true;
   if (FFuzzyLogic) FFuzzyLogic->VariableDeleted(member);
 }
 

@@ -39,7 +39,6 @@ class TFuzzyVariableTable : public TMemberTable<IFuzzyVariable> {
   void UnwireAll() const;
 
   TIFuzzyLogic* FFuzzyLogic;
-  bool FIsChanged = false;  // since the component's text was parsed or generated
 };
 
 }  // namespace fzy

@@ -1,5 +1,7 @@
 #include "fuzzylogic/interfaces/IFuzzyLogic.h"
 
+#include <bit>
+
 #include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
@@ -28,7 +30,7 @@ class TIFuzzyLogic::TReplacedModel final : public TStagedEntries {
   }
   void Exchange() noexcept override {
     FItems.Exchange(FVariables);
-    std::swap(FItems.FIsChanged, FVariables.FIsChanged);
+    std::swap(FFuzzy.FFingerprint, FFingerprint);
     const bool needsUpdate = FFuzzy.NeedsUpdate();
     FFuzzy.SetNeedsUpdate(FNeedsUpdate);
     FNeedsUpdate = needsUpdate;
@@ -44,6 +46,7 @@ class TIFuzzyLogic::TReplacedModel final : public TStagedEntries {
   TIFuzzyLogic& FFuzzy;
   TFuzzyVariableTable& FItems;
   TFuzzyVariableTable FVariables;
+  std::uint64_t FFingerprint = 0;
   bool FNeedsUpdate = false;
 };
 
@@ -110,28 +113,66 @@ void TIFuzzyLogic::Loaded() {
   Parse();
 }
 
-/// The text is also out of step with variables that came or went by themselves, although that alone
-/// does not have it made anew when it is read.
-void TIFuzzyLogic::RefreshText() {
-  if (GetItems()->FIsChanged) SetNeedsUpdate(true);
-  TCustomFuzzyLogic::RefreshText();
-}
-
 void TIFuzzyLogic::UpdateStrings() {
   TCustomFuzzyLogic::UpdateStrings();
   if (Is(csLoading)) return;
-  Regenerate([this](TStrings& lines) {
-    for (const Ref<IFuzzyVariable>& variable : GetItems()->GetValues())
-      lines.Add(variable->ToString());
+  WriteText([](const Ref<IFuzzyVariable>& variable) { return variable->ToString(); });
+}
+
+template <class Print>
+void TIFuzzyLogic::WriteText(Print print) {
+  Regenerate([&](TStrings& lines) {
+    for (const Ref<IFuzzyVariable>& variable : GetItems()->GetValues()) lines.Add(print(variable));
   });
-  GetItems()->FIsChanged = false;
+  FFingerprint = Fingerprint();
+}
+
+/// The text is all that is stored. So it follows every change that it shows, also those that do not
+/// have it made anew when it is read, and variables without a parser are written by the
+/// component's.
+void TIFuzzyLogic::RefreshText() {
+  if (Is(csLoading) || (!NeedsUpdate() && Fingerprint() == FFingerprint)) return;
+  TCustomFuzzyLogic::UpdateStrings();
+  void* found = nullptr;
+  GetParser()->QueryInterface(IFuzzyParser::Id, &found);
+  const auto parser = Ref<IFuzzyParser>::Attach(static_cast<IFuzzyParser*>(found));
+  WriteText([&](const Ref<IFuzzyVariable>& variable) {
+    if (variable->GetParser()) return variable->ToString();
+    if (!parser) throw EFzyException(SParserUnassigned);
+    return parser->PrettyPrint(variable);
+  });
+}
+
+/// What the text shows of the model, as a number.
+std::uint64_t TIFuzzyLogic::Fingerprint() {
+  std::uint64_t print = 0;
+  const auto add = [&print](std::uint64_t word) { print = (print ^ word) * 0x9E3779B97F4A7C15U; };
+  const auto addNumber = [&](TFzyFloat value) { add(std::bit_cast<std::uint64_t>(value)); };
+  const auto addText = [&](const TString& text) { add(std::hash<TString>()(text)); };
+  for (const Ref<IFuzzyVariable>& variable : GetItems()->GetValues()) {
+    for (const TString& text : {variable->GetName(), variable->GetUnits(), variable->GetComment()})
+      addText(text);
+    addNumber(variable->GetMinimum());
+    addNumber(variable->GetMaximum());
+    for (int i = 0; i < variable->GetCount(); ++i) {
+      const Ref<IFuzzySet> set = variable->GetFuzzySet(i);
+      for (const TString& text : {set->GetName(), set->GetComment(), set->GetExpression()})
+        addText(text);
+      add(2 * Ordinal(set->GetSetType()) + (set->GetDefined() ? 1 : 0));
+      for (int point = 0; point < set->GetCount(); ++point) {
+        addNumber(set->GetXValues(point));
+        addNumber(set->GetYValues(point));
+      }
+    }
+  }
+  return print;
 }
 
 void TIFuzzyLogic::Parse() {
   if (Is(csLoading)) return;
   RequireParser();
   Rebuild([this] { GetItems()->Clear(); });
-  GetItems()->FIsChanged = false;
+  FFingerprint = Fingerprint();
 }
 
 void TIFuzzyLogic::AddAutoTerms(const Ref<IFuzzyVariable>& fuzzyVariable) {

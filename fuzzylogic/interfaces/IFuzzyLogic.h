@@ -49,12 +49,14 @@ class TIFuzzyLogic : public TCustomFuzzyLogic {
   const TIFuzzyVariableEvent& GetOnVariableDeleted() const noexcept { return FOnVariableDeleted; }
   void SetOnVariableDeleted(TIFuzzyVariableEvent value) { FOnVariableDeleted = std::move(value); }
 
-  /// The model is stored as its text. That is brought up to date before when a set has changed or a
-  /// variable has come or gone (which needs the parsers of the variables); what else changes in a
-  /// variable is reported by `UpdateVariable`. It is made anew from it when it is loaded (that
-  /// needs a linked parser). The variables of before come back when that fails; else they go as if
-  /// the table were cleared. Even an empty text needs the parser; one that is linked to another
-  /// component builds there, which is not taken back.
+  /// The model is stored as its text, and parsed again on loading. Before it is stored the text is
+  /// regenerated if it no longer shows the model, whatever has changed; that needs a linked parser,
+  /// which also writes variables that have none. The text does not show thresholds of single
+  /// variables: they get the component's on loading. Loading needs a linked parser, for an empty
+  /// text too. `OnVariableAdded` and the parser's events fire while the form may still turn out not
+  /// to load, and what their handlers raise is taken for a fault of it; then the variables of
+  /// before come back, and nobody is told that the new ones go. When all is loaded, those of before
+  /// go as if the table were cleared; `OnChange` does not fire.
   void DefineProperties(TFiler& filer) override;
 
   /// Ends the loading state and parses the text that was read.
@@ -96,6 +98,9 @@ class TIFuzzyLogic : public TCustomFuzzyLogic {
   struct TSetHandler;
   class TReplacedModel;
   void Unwire(IFuzzyVariable& variable) const;
+  template <class Print>
+  void WriteText(Print print);
+  std::uint64_t Fingerprint();
   void Dismantle() noexcept;
 
   TIFuzzySetEvent FOnFuzzySetChange;
@@ -105,6 +110,7 @@ class TIFuzzyLogic : public TCustomFuzzyLogic {
   TIFuzzySetEvent FOnFuzzySetAdded;
   TIFuzzyVariableEvent FOnVariableDeleted;
   TIFuzzyVariableEvent FOnVariableAdded;
+  std::uint64_t FFingerprint = 0;  // of the model when its text was parsed or regenerated
   // Where the handlers in variables find the component; empty once it has gone, because a variable
   // that was replaced in the table keeps them.
   std::shared_ptr<TIFuzzyLogic*> FLink = std::make_shared<TIFuzzyLogic*>(this);

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/interfaces/UniqueID.h"
 #include "fuzzylogic/language/detail/ClassModel.h"
@@ -87,6 +88,11 @@ TComponentClass TKelFuzzyLogicParser::Class() {
       "TKelFuzzyLogicParser",
       [](TComponent* owner) -> TComponent* { return new TKelFuzzyLogicParser(owner); }};
   return &descriptor;
+}
+
+void TKelFuzzyLogicParser::DefineProperties(TFiler& filer) {
+  TCustomFuzzyLogicParser::DefineProperties(filer);
+  filer.DefineField("FullPrecision", FFullPrecision, false);
 }
 
 void TKelFuzzyLogicParser::ParseFuzzyLogic(const TString& text, const TEncoding* encoding) {

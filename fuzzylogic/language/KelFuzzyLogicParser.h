@@ -38,6 +38,7 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   explicit TKelFuzzyLogicParser(TComponent* owner = nullptr) : TCustomFuzzyLogicParser(owner) {}
   ~TKelFuzzyLogicParser() override { Destroying(); }
   TString ClassName() const override { return "TKelFuzzyLogicParser"; }
+  void DefineProperties(TFiler& filer) override;
 
   // Entry points. Each reads its text with a tokenizer of its own, by the given encoding (UTF-8 for
   // none, which loses nothing but unpaired surrogates).

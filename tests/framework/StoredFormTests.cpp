@@ -271,21 +271,24 @@ TEST(StoredForm, TellsAFaultByLineAndPropertyAndChangesNothing) {
       {start + lists + right + "TGear \"left\" {",
        line + "19: there is no place for a TGear \"left\""},
       {"TWheel \"left\" {", line + "1: there is no place for a TWheel \"left\""},
-      {"TGear left {", line + "1: expected a class, a name and {, not \"left {\""},
+      {"TGear left {", line + R"(1: expected class "name" {, not "TGear left {")"},
       {start + lists + "  Colour = 1\n", line + "9, TGear.Colour: a TGear has no such property"},
       {start + lists + "  Ratio = 2\n", line + "9, TGear.Ratio: stands here twice"},
       {start + "  Notes = {\n  }\n" + right, line + "7, TGear.Parts: is missing"},
-      {start + lists + "  Name = \"x\"\n", line + "9, TGear.Name: a TGear has no such property"},
+      {start + lists + "  Name = \"x\"\n",
+       line + "9, TGear.Name: the name stands behind the class"},
       {start + "  Size = Huge\n",
        line + "5, TGear.Size: expected one of Small, Large, not \"Huge\""},
       {start + "  On = yes\n", line + "5, TGear.On: expected true or false, not \"yes\""},
       {start + "  Teeth = 1.5\n", line + "5, TGear.Teeth: expected a whole number, not \"1.5\""},
-      {start + "  Teeth = 256\n", line + "5, TGear.Teeth: Argument out of range"},
+      {start + "  Teeth = 256\n", line + "5, TGear.Teeth: The value must lie between 0 and 255"},
       {start + "  Teeth = 13\n", line + "5, TGear.Teeth: Nobody makes 13 teeth"},
       {start + "  Weight = {\n", line + "5, TGear.Weight: expected a value, not \"{\""},
-      {start + "  Notes = \"x\"\n", line + "5, TGear.Notes: expected {, not \"\"x\"\""},
+      {start + "  Notes = \"x\"\n",
+       line + R"(5, TGear.Notes: expected { at the end of the line, not ""x"")"},
       {start + "  Notes = {\n (1 2)\n", line + "6, TGear.Notes: a TStrings has no such entry"},
-      {start + "  Notes = {\n \"a\" \"b\"\n", line + "6, TGear.Notes: Argument out of range"},
+      {start + "  Notes = {\n \"a\" \"b\"\n",
+       line + R"(6, TGear.Notes: expected \n, \r\n or \r, not "b")"},
       {start + "  Notes = {\n \"a\" b\n",
        line + "6, TGear.Notes: expected the end of the line, not \"b\""},
       {start + "  Notes = {\n \"\\q\"\n",
@@ -295,7 +298,7 @@ TEST(StoredForm, TellsAFaultByLineAndPropertyAndChangesNothing) {
        line + "6, TGear.Notes: the text holds a control character"},
       {start + "  Notes = {\n \"a\n", line + "6, TGear.Notes: the text has no end"},
       {"TGear \"left\" +\n" + std::string(100'000, ' ') + "\"b\" x\n",
-       line + "2: expected a class, a name and {, not \"x\""},
+       line + R"(2: expected class "name" {, not "TGear "left" +")"},
       {start + "  Parts = {\n TWheel {\n",
        line + "6, TGear.Parts[0]: expected TPart {, not \"TWheel {\""},
       {start + "  \"a\"\n", line + "5, TGear: a TGear has no such entry"},
@@ -325,7 +328,7 @@ TEST(StoredForm, TellsAFaultByLineAndPropertyAndChangesNothing) {
   EXPECT_EQ(Fault("TGear \"left\" {\n  Ratio = 1\n  Label = \"\"\n  Mate = component \"right\"\n" +
                       lists + "}\nTWheel \"right\" {\n}\n",
                   {&pair.Left, &wheel}),
-            line + "4, TGear.Mate: Cannot assign a TWheel to a Mate");
+            line + "4, TGear.Mate: a TWheel is not what this can be linked to");
 }
 
 TEST(StoredForm, KeepsTheExceptionBehindAFault) {
@@ -355,6 +358,23 @@ TEST(StoredForm, NeverReachesTheEndOfTheStack) {
   for (int i = 0; i < 1000; ++i) parts = &parts->Add("p")->Parts;
   EXPECT_THROW(Stored({&gear}), EConvertError);
   EXPECT_EQ(TPart::Alive, 1000);
+}
+
+TEST(StoredForm, IsNotWrittenWithNamesThatDoNotRead) {
+  struct TOdd final : TComponent {
+    TString ClassName() const override { return Class; }
+    void DefineProperties(TFiler& filer) override { filer.DefineField(Property, Field); }
+    TString Class = "TOdd";
+    const char* Property = "Field";
+    int Field = 0;
+  };
+  TOdd odd;
+  EXPECT_EQ(Stored({&odd}), "TOdd {\n  Field = 0\n}\n");
+  odd.Property = "Gr\u00F6\u00DFe";
+  EXPECT_THROW(Stored({&odd}), EConvertError);
+  odd.Property = "Field";
+  odd.Class = "app::TOdd";
+  EXPECT_THROW(Stored({&odd}), EConvertError);
 }
 
 TEST(StoredForm, FollowsLinksOutOfTheForm) {

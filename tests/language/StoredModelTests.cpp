@@ -433,13 +433,50 @@ TEST(StoredModel, LoadsPartsOfAModelAndTakesThemBack) {
 
 TEST(StoredModel, OfTheCountedComponentHasVariablesThatWereEntered) {
   TIntfScene scene, target;
-  TCountedScene::Add(scene.Fuzzy, "v")->Add("a");
+  const Ref<IFuzzyVariable> variable = scene.Fuzzy.NewVariable("v");  // it has no parser
+  variable->Add("a");
+  scene.Fuzzy.GetItems()->Add(variable);
   target.Load(scene.Form());
   ASSERT_TRUE(target.Fuzzy.GetItems()->ContainsVariable("v"));
-  const Ref<IFuzzyVariable> variable = scene.Fuzzy.GetItems()->ContainsVariable("v");
+  variable->SetUnits("K");
+  target.Load(scene.Form());
+  EXPECT_EQ(target.Fuzzy.GetItems()->ContainsVariable("v")->GetUnits(), "K");
   scene.Fuzzy.GetItems()->Remove(variable);
   target.Load(scene.Form());
   EXPECT_EQ(target.Fuzzy.GetItems()->GetCount(), 0);
+}
+
+/// A component that holds a counted model with its parser.
+class TCase final : public TComponent {
+ public:
+  TString ClassName() const override { return "TCase"; }
+  void DefineProperties(TFiler& filer) override {
+    TComponent::DefineProperties(filer);
+    filer.DefineObject("Parser", Scene.Parser);
+    filer.DefineObject("Fuzzy", Scene.Fuzzy);
+  }
+  TCountedScene Scene;
+};
+
+TEST(StoredModel, StandsInOtherComponentsAsAWhole) {
+  TCase original, loaded, copy;
+  original.Scene.Fuzzy.SetName("fuzzy");
+  original.Scene.Parser.SetName("parser");
+  original.Scene.Fuzzy.SetStrings(TString(Temperature));
+  const std::string form = Stored({&original});
+  loaded.Scene.Fuzzy.SetParser(nullptr);
+  loaded.Scene.Parser.SetFuzzyLogic(nullptr);
+  Load(form, {&loaded});
+  EXPECT_TRUE(EqualProperties(original, loaded));
+  EXPECT_EQ(loaded.Scene.Fuzzy.GetItems()->GetCount(), 1);
+  EXPECT_EQ(loaded.Scene.Parser.GetFuzzyLogic(), &loaded.Scene.Fuzzy);
+  copy.Assign(&original);
+  EXPECT_EQ(copy.Scene.Fuzzy.GetItems()->GetCount(), 1);
+
+  const Ref<IFuzzyVariable> before = loaded.Scene.Fuzzy.GetItems()->ContainsVariable("temperature");
+  EXPECT_THROW(Load(form + "junk", {&loaded}), EStoredFormError);
+  EXPECT_EQ(loaded.Scene.Fuzzy.GetItems()->ContainsVariable("temperature"), before);
+  EXPECT_EQ(Stored({&loaded}), form);
 }
 
 TEST(StoredModel, CopiesAComponentWithAllThatIsInIt) {

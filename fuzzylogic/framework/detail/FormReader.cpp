@@ -9,7 +9,6 @@
 #include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/framework/Messages.h"
 #include "fuzzylogic/framework/StoredForm.h"
-#include "fuzzylogic/framework/detail/FormLimits.h"
 
 namespace fzy::detail {
 namespace {
@@ -30,7 +29,7 @@ TString ShapeOf(const TProperty& property) {
     case TKind::Link:
       return "none or component \"...\"";
     case TKind::Object:
-      return "{";
+      return "{ at the end of the line";
     case TKind::Number:
       return "a number";
     case TKind::Ignored:
@@ -84,7 +83,10 @@ struct TFormReader::TBody {
 
   TPersistent& Object;
   TFiler Description;
-  bool IsLive;  // it was there before it was loaded
+  bool IsLive;         // it was there before it was loaded
+  bool IsTop = false;  // it is an object of the form itself
+  int Line = 0;  // with the path, of what a fault is blamed on that shows at the end of loading
+  TString Path;
   std::vector<bool> Seen;
   std::size_t Next = 0;  // where the next property is looked for first
   int Items = 0;
@@ -101,25 +103,27 @@ void TFormReader::Read(const TFormTarget& target) {
 
 void TFormReader::ReadObject(const TFormTarget& target) {
   std::string_view rest = FLines.GetLine();
+  const std::string line(rest.substr(0, ShownText));
   const TString className(TakeName(rest));
   TString name;
   if (rest.starts_with('"')) name = ReadText(rest);
-  if (className.empty() || rest != "{") FailExpected("a class, a name and {", rest);
+  if (className.empty() || rest != "{") FailExpected("class \"name\" {", line);
   TPersistent* object = target(className, name);
   if (!object) Fail(FormatText(SFormUnknownTarget, {className, name}));
   FRoot = className.Utf8();
   FPath = {{FRoot.c_str()}};
-  FRead.push_back({object, FLines.GetNumber(), className});
-  FTransaction.Begin(*object);
   ReadBody(*object, true, &name);
   FPath.clear();
-  if (auto* component = dynamic_cast<TComponent*>(object))
-    FNamed.insert({component->GetName(), component});
 }
 
 void TFormReader::ReadBody(TPersistent& object, bool isLive, const TString* name) {
   if (++FDepth > DeepestForm) Fail(SFormTooDeep);
   TBody body(object, isLive);
+  body.IsTop = name != nullptr;
+  body.Line = FLines.GetNumber();
+  body.Path = GetPath();
+  auto* component = isLive ? dynamic_cast<TComponent*>(&object) : nullptr;
+  if (name || component) FTransaction.Begin(object, !name);
   if (isLive) FTransaction.Remember(body.Description);
   for (const TProperty& property : body.Properties()) {
     if (name && property.IsInHeader) property.Set(*name);
@@ -139,6 +143,10 @@ void TFormReader::ReadBody(TPersistent& object, bool isLive, const TString* name
       ReadProperty(body, word, rest);
   }
   Complete(body);
+  if (component) {
+    FRead.push_back({component, body.Line, body.Path});
+    FNamed.insert({component->GetName(), component});
+  }
   --FDepth;
 }
 
@@ -146,7 +154,7 @@ void TFormReader::Complete(TBody& body) {
   CompleteEntries(body);
   for (std::size_t i = 0; i < body.Seen.size(); ++i) {
     const TProperty& property = body.Properties()[i];
-    if (body.Seen[i] || property.IsInHeader || property.Kind == TKind::Ignored) continue;
+    if (body.Seen[i] || IsElsewhere(body, property) || property.Kind == TKind::Ignored) continue;
     FPath.push_back({property.Name});
     if (property.Default)
       Guard(FLines.GetNumber(), nullptr, [&] { property.Set(*property.Default); });
@@ -178,9 +186,7 @@ void TFormReader::CompleteEntries(TBody& body) {
 
 void TFormReader::EndLoading() {
   for (const TRead& read : FRead) {
-    auto* component = dynamic_cast<TComponent*>(read.Object);
-    if (component && !component->IsFreed())
-      Guard(read.Line, &read.Path, [component] { component->Loaded(); });
+    if (!read.Component->IsFreed()) Guard(read.Line, &read.Path, [&] { read.Component->Loaded(); });
   }
 }
 
@@ -233,16 +239,22 @@ TNumberPair TFormReader::ReadPair(std::string_view& rest) {
 
 // Properties
 
+/// The name of an object of the form itself stands behind its class.
+bool TFormReader::IsElsewhere(const TBody& body, const TProperty& property) {
+  return body.IsTop && property.IsInHeader;
+}
+
 void TFormReader::ReadProperty(TBody& body, const std::string& name, std::string_view rest) {
-  if (name.empty() || !Take(rest, "=")) FailExpected("a property", FLines.GetLine());
+  if (name.empty() || !Take(rest, "=")) FailExpected("a property, an entry or }", FLines.GetLine());
   const auto properties = body.Properties();
   // As a form is written, each property is the next of the description or one of those soon after.
   for (std::size_t i = 0; i < properties.size(); ++i) {
     const std::size_t index = (body.Next + i) % properties.size();
     const TProperty& property = properties[index];
-    if (name != property.Name || property.IsInHeader) continue;
+    if (name != property.Name) continue;
     body.Next = index + 1;
     FPath.push_back({property.Name});
+    if (IsElsewhere(body, property)) Fail(SFormNameBehindClass);
     if (body.Seen[index]) Fail(SFormTwice);
     body.Seen[index] = true;
     ReadProperty(body, property, rest);
@@ -255,7 +267,10 @@ void TFormReader::ReadProperty(TBody& body, const std::string& name, std::string
 
 void TFormReader::ReadProperty(TBody& body, const TProperty& property, std::string_view rest) {
   const int line = FLines.GetNumber();
-  if (property.IsSource) FRead.back() = {FRead.back().Object, line, GetPath()};
+  if (property.IsSource) {
+    body.Line = line;
+    body.Path = GetPath();
+  }
   if (property.Kind == TKind::Object) {
     if (rest != "{") FailExpected(ShapeOf(property), rest);
     return ReadBody(*property.Object, body.IsLive);
@@ -327,8 +342,7 @@ void TFormReader::ResolveLinks() {
 void TFormReader::LookBeside() {
   std::set<const TComponent*> owners;
   for (const TRead& read : FRead) {
-    const auto* component = dynamic_cast<TComponent*>(read.Object);
-    const TComponent* owner = component ? component->GetOwner() : nullptr;
+    const TComponent* owner = read.Component->GetOwner();
     if (!owner || !owners.insert(owner).second) continue;
     for (int i = 0; i < owner->GetComponentCount(); ++i)
       FBeside.insert({owner->GetComponent(i)->GetName(), owner->GetComponent(i)});

@@ -44,9 +44,10 @@ class TFormReader {
     int Line = 0;
     TString Path;
   };
+  /// A component that was read, and where a fault is blamed on that shows at the end of loading.
   struct TRead {
-    TPersistent* Object = nullptr;
-    int Line = 0;  // with the path, of what a fault is blamed on that shows at the end of loading
+    TComponent* Component = nullptr;
+    int Line = 0;
     TString Path;
   };
 
@@ -58,6 +59,7 @@ class TFormReader {
   void ReadItem(TBody& body, const std::string& className);
   void ReadProperty(TBody& body, const std::string& name, std::string_view rest);
   void ReadProperty(TBody& body, const TProperty& property, std::string_view rest);
+  static bool IsElsewhere(const TBody& body, const TProperty& property);
   void Complete(TBody& body);
   void CompleteEntries(TBody& body);
   TPropertyValue ReadValue(const TProperty& property, std::string_view& rest);
@@ -78,7 +80,7 @@ class TFormReader {
 
   TFormLines FLines;
   TLoadTransaction& FTransaction;
-  std::vector<TRead> FRead;
+  std::vector<TRead> FRead;  // those inside others before these
   std::vector<TStep> FPath;
   std::vector<TLink> FLinks;
   std::map<TString, TComponent*> FNamed;   // the components that were read; the first of a name

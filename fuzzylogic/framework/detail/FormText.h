@@ -13,6 +13,13 @@
 
 namespace fzy::detail {
 
+/// How deep objects may stand in objects, so that a hostile form does not use up the stack where a
+/// class has items of its own kind. The library's own go six deep.
+inline constexpr int DeepestForm = 200;
+
+/// What ends a line of a list of texts unless the form says otherwise.
+inline constexpr const char16_t* UsualLineEnd = u"\n";
+
 /// Appends the shortest decimal that reads back to the same bits.
 void AppendNumber(std::string& out, double value);
 void AppendNumber(std::string& out, std::int64_t value);

@@ -4,7 +4,6 @@
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/framework/Messages.h"
-#include "fuzzylogic/framework/detail/FormLimits.h"
 #include "fuzzylogic/framework/detail/FormText.h"
 
 namespace fzy::detail {
@@ -25,7 +24,7 @@ TFormWriter::TFormWriter(TStream& stream, std::span<TPersistent* const> form)
 
 void TFormWriter::Write() {
   for (TPersistent* object : FForm) {
-    FBuffer += object->ClassName().Utf8();
+    WriteName(*object, object->ClassName().Utf8());
     const auto* component = dynamic_cast<const TComponent*>(object);
     if (component && !component->GetName().empty()) {
       FBuffer += ' ';
@@ -38,18 +37,30 @@ void TFormWriter::Write() {
   Flush();
 }
 
+/// Writes the name of a class or a property, which must be one that can be read.
+void TFormWriter::WriteName(const TPersistent& object, std::string_view name) {
+  std::string_view rest = name;
+  if (name.empty() || TakeName(rest) != name) {
+    const TString reason = FormatText(SFormBadName, {TString(name)});
+    throw EConvertError(FormatText(SFormNotStored, {object.ClassName(), reason}));
+  }
+  FBuffer += name;
+}
+
 void TFormWriter::WriteBody(TPersistent& object, int depth) {
-  if (depth > DeepestForm) throw EConvertError(FormatText(SFormNotStored, {object.ClassName()}));
+  if (depth > DeepestForm)
+    throw EConvertError(FormatText(SFormNotStored, {object.ClassName(), SFormTooDeep}));
   const TFiler description(object);
-  for (const TProperty& property : description.GetProperties()) WriteProperty(property, depth);
+  for (const TProperty& property : description.GetProperties())
+    WriteProperty(object, property, depth);
   std::visit([&](const auto& entries) { WriteEntries(entries, depth); }, description.GetEntries());
 }
 
-void TFormWriter::WriteProperty(const TProperty& property, int depth) {
-  if (property.Kind == TProperty::TKind::Ignored || property.IsInHeader) return;
+void TFormWriter::WriteProperty(const TPersistent& object, const TProperty& property, int depth) {
+  if (property.Kind == TProperty::TKind::Ignored || (property.IsInHeader && depth == 1)) return;
   if (property.Refresh) property.Refresh();
   if (property.Kind == TProperty::TKind::Object) {
-    BeginProperty(property, depth);
+    BeginProperty(object, property, depth);
     FBuffer += "{\n";
     WriteBody(*property.Object, depth + 1);
     BeginLine(depth);
@@ -58,36 +69,45 @@ void TFormWriter::WriteProperty(const TProperty& property, int depth) {
   }
   const TPropertyValue value = property.Get();
   if (property.Default && EqualValues(*property.Default, value)) return;
+  const auto* link = std::get_if<TComponent*>(&value);
+  if (link && !CanBeStored(*link)) return;
+  BeginProperty(object, property, depth);
   WriteValue(property, value, depth);
+  EndLine();
 }
 
 void TFormWriter::WriteValue(const TProperty& property, const TPropertyValue& value, int depth) {
-  if (const auto* link = std::get_if<TComponent*>(&value)) return WriteLink(property, *link, depth);
-  BeginProperty(property, depth);
-  if (const auto* flag = std::get_if<bool>(&value))
+  const std::size_t indent = Indent * (static_cast<std::size_t>(depth) + 1);
+  if (const auto* flag = std::get_if<bool>(&value)) {
     FBuffer += *flag ? "true" : "false";
-  else if (const auto* whole = std::get_if<std::int64_t>(&value); whole && property.Names.empty())
-    AppendNumber(FBuffer, *whole);
-  else if (whole)
-    FBuffer += property.Names[static_cast<std::size_t>(*whole)];
-  else if (const auto* number = std::get_if<double>(&value))
+  } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+    if (property.Names.empty())
+      AppendNumber(FBuffer, *whole);
+    else
+      FBuffer += property.Names[static_cast<std::size_t>(*whole)];
+  } else if (const auto* number = std::get_if<double>(&value)) {
     AppendNumber(FBuffer, *number);
-  else
-    AppendText(FBuffer, std::get<TString>(value), Indent * (static_cast<std::size_t>(depth) + 1));
-  EndLine();
+  } else if (const auto* text = std::get_if<TString>(&value)) {
+    AppendText(FBuffer, *text, indent);
+  } else {
+    const TComponent* component = std::get<TComponent*>(value);
+    FBuffer += component ? "component " : "none";
+    if (component) AppendText(FBuffer, component->GetName(), indent);
+  }
 }
 
-void TFormWriter::WriteLink(const TProperty& property, const TComponent* component, int depth) {
-  if (component && !CanBeNamed(*component)) {
-    // One outside is what the link finds where it is loaded.
-    if (!FComponents.contains(component) && component->GetName().empty()) return;
+/// No for a component outside the form that has no name: the link keeps to what it finds where it
+/// is loaded.
+/// @throws EConvertError for one whose name does not lead to it
+bool TFormWriter::CanBeStored(const TComponent* component) const {
+  if (!component) return true;
+  const bool isInForm = FComponents.contains(component);
+  const auto named = FNames.find(component->GetName());
+  if (component->GetName().empty() && !isInForm) return false;
+  const bool isFound = named == FNames.end() || (isInForm && named->second == 1);
+  if (component->GetName().empty() || !isFound)
     throw EConvertError(FormatText(SFormNameNeeded, {component->ClassName()}));
-  }
-  BeginProperty(property, depth);
-  FBuffer += component ? "component " : "none";
-  if (component)
-    AppendText(FBuffer, component->GetName(), Indent * (static_cast<std::size_t>(depth) + 1));
-  EndLine();
+  return true;
 }
 
 void TFormWriter::WriteEntries(const TItemEntries& entries, int depth) {
@@ -95,7 +115,7 @@ void TFormWriter::WriteEntries(const TItemEntries& entries, int depth) {
   for (int i = 0; i < count; ++i) {
     TPersistent& item = entries.GetItem(i);
     BeginLine(depth);
-    FBuffer += item.ClassName().Utf8();
+    WriteName(item, item.ClassName().Utf8());
     FBuffer += " {\n";
     WriteBody(item, depth + 1);
     BeginLine(depth);
@@ -132,20 +152,13 @@ void TFormWriter::WriteEntries(const TPairEntries& entries, int depth) {
   }
 }
 
-/// Whether its name leads to it from within the form.
-bool TFormWriter::CanBeNamed(const TComponent& component) const {
-  const auto named = FNames.find(component.GetName());
-  if (named == FNames.end()) return !component.GetName().empty();
-  return !component.GetName().empty() && named->second == 1 && FComponents.contains(&component);
-}
-
 void TFormWriter::BeginLine(int depth) {
   FBuffer.append(Indent * static_cast<std::size_t>(depth), ' ');
 }
 
-void TFormWriter::BeginProperty(const TProperty& property, int depth) {
+void TFormWriter::BeginProperty(const TPersistent& object, const TProperty& property, int depth) {
   BeginLine(depth);
-  FBuffer += property.Name;
+  WriteName(object, property.Name);
   FBuffer += " = ";
 }
 

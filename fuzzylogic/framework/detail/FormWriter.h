@@ -20,16 +20,16 @@ class TFormWriter {
 
  private:
   void WriteBody(TPersistent& object, int depth);
-  void WriteProperty(const TProperty& property, int depth);
+  void WriteName(const TPersistent& object, std::string_view name);
+  void WriteProperty(const TPersistent& object, const TProperty& property, int depth);
   void WriteValue(const TProperty& property, const TPropertyValue& value, int depth);
-  void WriteLink(const TProperty& property, const TComponent* component, int depth);
   void WriteEntries(std::monostate /*none*/, int /*depth*/) {}
   void WriteEntries(const TItemEntries& entries, int depth);
   void WriteEntries(const TTextEntries& entries, int depth);
   void WriteEntries(const TPairEntries& entries, int depth);
-  bool CanBeNamed(const TComponent& component) const;
+  bool CanBeStored(const TComponent* component) const;
   void BeginLine(int depth);
-  void BeginProperty(const TProperty& property, int depth);
+  void BeginProperty(const TPersistent& object, const TProperty& property, int depth);
   void EndLine();
   void Flush();
 

@@ -9,8 +9,8 @@ TLoadTransaction::~TLoadTransaction() {
   if (!FIsKept) TakeBack();
 }
 
-void TLoadTransaction::Begin(TPersistent& target) {
-  FPins.emplace_back(&target);
+void TLoadTransaction::Begin(TPersistent& target, bool isPart) {
+  if (!isPart) FPins.emplace_back(&target);
   if (auto* component = dynamic_cast<TComponent*>(&target)) {
     FLoading.push_back(component);
     component->Loading();

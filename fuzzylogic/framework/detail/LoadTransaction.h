@@ -24,7 +24,8 @@ class TLoadTransaction {
 
   /// Begins to load an object: keeps its memory, puts a component in its loading state, and what it
   /// makes anew from its properties aside.
-  void Begin(TPersistent& target);
+  /// @param isPart  whether the object is a part of another one, which keeps its memory
+  void Begin(TPersistent& target, bool isPart);
   /// Remembers all values of an object that was there before, or of one that stands in it.
   void Remember(const TFiler& description);
   /// Lets gathered entries take the place of those that were there before.

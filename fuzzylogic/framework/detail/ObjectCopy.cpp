@@ -22,6 +22,8 @@ class TObjectCopy {
   void Copy(TPersistent& source, TPersistent& dest, bool isLive) {
     const TFiler from(source);
     const TFiler to(dest);
+    auto* component = isLive ? dynamic_cast<TComponent*>(&dest) : nullptr;
+    if (component) FTransaction.Begin(dest, true);
     if (isLive) FTransaction.Remember(to);
     CopyEntries(from.GetEntries(), to.GetEntries(), isLive);
     const auto both = [&](auto copy) {
@@ -35,6 +37,13 @@ class TObjectCopy {
     both([&](const TProperty& original, const TProperty& property) {
       if (property.IsPlain() && !property.IsInHeader) property.Set(original.Get());
     });
+    if (component) FCopied.push_back(component);
+  }
+
+  void EndLoading() {
+    for (TComponent* component : FCopied) {
+      if (!component->IsFreed()) component->Loaded();
+    }
   }
 
  private:
@@ -66,16 +75,18 @@ class TObjectCopy {
   }
 
   TLoadTransaction& FTransaction;
+  std::vector<TComponent*> FCopied;  // those inside others before these
 };
 
 }  // namespace
 
 void CopyComponent(TComponent& source, TComponent& dest) {
-  const TPin pinned(&source);
+  const TPin from(&source);
+  const TPin to(&dest);
   TLoadTransaction transaction;
-  transaction.Begin(dest);
-  TObjectCopy(transaction).Copy(source, dest, true);
-  dest.Loaded();
+  TObjectCopy copy(transaction);
+  copy.Copy(source, dest, true);
+  copy.EndLoading();
   transaction.Keep();
 }
 
