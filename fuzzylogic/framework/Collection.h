@@ -101,7 +101,8 @@ class TCollection : public TPersistent {
 
   /// A new item of the collection's class, appended.
   virtual TCollectionItem* AddItem() = 0;
-  /// A new item of the collection's class that is in no collection, for those that can be loaded.
+  /// A new item of the collection's class that is in no collection. A collection that is to be
+  /// loaded overrides this.
   virtual TCollectionItem* NewItem();
   /// The items of this list and those of `items`, which are in none, change places; nobody is told.
   virtual void ExchangeItems(std::vector<TCollectionItem*>& items) noexcept;

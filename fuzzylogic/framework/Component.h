@@ -96,7 +96,8 @@ class TComponent : public TPersistent {
   void Assign(TPersistent* source) override;
   void DefineProperties(TFiler& filer) override;
 
-  /// Told when a watched or owned component goes (`opRemove`) or an owned one comes (`opInsert`).
+  /// Told when a watched or owned component goes (`opRemove`) or an owned one comes (`opInsert`:
+  /// from its base constructor, when it has no class or name yet).
   virtual void Notification(TComponent* component, TOperation operation);
 
   /// Called when the stored state has been read; ends the loading state.

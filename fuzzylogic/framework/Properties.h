@@ -93,8 +93,8 @@ struct TProperty {
   const char* Name;
   TKind Kind;
   /// Of all kinds but the last two. `Set` takes, clamps and refuses a value like the public setter,
-  /// but it only stores: it tells nobody, makes nothing anew, and changes no other property that is
-  /// as stored values are.
+  /// but it only stores: it tells nobody, makes nothing anew, and changes no other property unless
+  /// the two contradict each other.
   std::function<TPropertyValue()> Get;
   std::function<void(const TPropertyValue&)> Set;
   /// A property equal to its default is not stored; one without a default always is.
@@ -107,7 +107,7 @@ struct TProperty {
   std::function<void()> Refresh = {};
   /// Set after all others of the object, on which its value depends.
   bool IsLate = false;
-  /// What the end of loading builds on: a fault that shows then is blamed on it.
+  /// The component builds on it in `Loaded`: a fault that shows there is blamed on this property.
   bool IsSource = false;
   /// The name of a component, which stands behind its class in a form.
   bool IsInHeader = false;
@@ -120,7 +120,7 @@ struct TProperty {
 
 /// Collects the description of an object: its published properties, and its entries when it is a
 /// list. A class names them in `TPersistent::DefineProperties`, after those of its base; storing,
-/// loading, comparing, copying and listing all go by that:
+/// loading, comparing and listing all go by that, and so does `TComponent::Assign`:
 ///
 ///     void TAlarm::DefineProperties(TFiler& filer) {
 ///       TComponent::DefineProperties(filer);
@@ -129,15 +129,16 @@ struct TProperty {
 ///       filer.DefineObject("Level", *FLevel);
 ///     }
 ///
-/// Getters and setters are called as long as the object lives. Events are not published here.
+/// The filer keeps getters and setters, which refer to the object: that must outlive it. Names are
+/// ASCII letters, digits and underscores, no two of an object alike. Events are not published here.
 class TFiler {
  public:
   explicit TFiler(TPersistent& object);
 
   // Each gives the property for more to be said of it, until the next one is defined.
 
-  /// A property of type bool, integer, double, TString, or an enumeration for which
-  /// `ValueNames(value)` gives the names.
+  /// A property of type bool, integer (of up to 64 bits with a sign), double, TString, or an
+  /// enumeration for which a function `ValueNames(value)` beside it gives the names.
   template <class Get, class Set>
   TProperty& Define(const char* name, Get get, Set set);
   /// The same with a default.
@@ -150,18 +151,19 @@ class TFiler {
         name, [&field] { return field; }, [&field](const Value& value) { field = value; },
         Value(byDefault)...);
   }
-  /// A link to a component, which is stored by its name.
+  /// A link to a component, which is stored by its name; the setter sees to free notification.
   /// Setting raises EConvertError for a component of another class.
   template <class Get, class Set>
   TProperty& DefineLink(const char* name, Get get, Set set);
-  /// An object with a description of its own, which stays the same object.
+  /// An object with a description of its own, which stays the same object. A component is loaded
+  /// like one of the form, unless what holds it is an item of a list.
   TProperty& DefineObject(const char* name, TPersistent& object);
   /// A property of times past: taken from a form whatever its value, never written.
   void DefineIgnored(const char* name);
 
   void DefineEntries(TEntries entries) { FEntries = std::move(entries); }
-  /// Content that is not stored but made anew from the properties once they are loaded: it makes
-  /// room while that is tried.
+  /// What the object holds besides its properties and makes anew from them in `Loaded`: it stands
+  /// aside from the start, and comes back when loading fails.
   void DefineReplaced(TStage stage) { FReplaced = std::move(stage); }
 
   std::span<const TProperty> GetProperties() const noexcept { return FProperties; }
@@ -191,7 +193,9 @@ class TFiler {
 bool EqualValues(const TPropertyValue& left, const TPropertyValue& right);
 
 /// Whether two objects have the same description and all that it names is equal: numbers to the
-/// last bit, links by the names of the components, lists entry by entry. Linear.
+/// last bit, links by the names of the components, lists entry by entry. Linear. Counted components
+/// are compared by their texts and settings.
+/// @throws as storing does: a text that has to be made anew needs its parser
 bool EqualProperties(TPersistent& left, TPersistent& right);
 
 /// Copies those flags, numbers, texts and choices that both objects publish under the same name,

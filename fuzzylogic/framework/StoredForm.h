@@ -11,7 +11,7 @@
 namespace fzy {
 
 /// A form that cannot be loaded. The message names line and property. When the fault is one that a
-/// property's setter or the end of loading raised, that exception is nested in this one
+/// property's setter, a link or the end of loading raised, that exception is nested in this one
 /// (`std::rethrow_if_nested`).
 class EStoredFormError : public EException {
  public:
@@ -48,12 +48,14 @@ void StoreForm(const std::filesystem::path& path, std::initializer_list<TPersist
 /// Loads a form into the given objects: each takes what is stored for its class and name (the first
 /// one what comes first, where they are alike). A single one takes whatever is stored for its class
 /// and, a component, the name too. All properties are replaced, those that are not in the
-/// form by their defaults, without telling anybody, and nothing is made anew on the way. Components
-/// are in their loading state meanwhile; when all is read and linked, `Loaded` is called on each in
-/// the order of the form. Links lead to components of the form, else to the one of that name that
-/// the link led to before, else to one beside those of the form (with their owner). When all that
-/// succeeded, those who must know are told; what handlers raise then goes on, and the form stays
-/// loaded.
+/// form by their defaults (one without a default must be there), without telling anybody, and
+/// nothing is made anew on the way. Components are in their loading state meanwhile; when all is
+/// read and linked, `Loaded` is called on each in the order of the form, on those inside others
+/// first. A counted component parses then: its handlers are called before the load has succeeded,
+/// and what they raise makes it fail. Links lead to components of the form, else to the one of that
+/// name that the link led to before, else to one beside those of the form (with their owner). When
+/// all that succeeded, those who must know are told; what handlers raise then goes on, and the form
+/// stays loaded.
 /// @throws EStoredFormError for every fault of the form, that it has other objects, or more, or
 ///   fewer, included; EArgumentOutOfRangeException when one of the objects is nothing; whatever the
 ///   stream raises, and what `Loaded` raises that is no EException. All objects are then as they

@@ -41,7 +41,8 @@ class TStrings : public TPersistent {
   virtual void Clear();
 
   /// All lines, each closed by a line feed; setting splits at CR LF, CR or LF. A line keeps the end
-  /// that it had there, so that a text that was set comes back as it was.
+  /// that it had there, so that a text that was set comes back as it was, with a line feed behind a
+  /// last line that had none.
   TString GetText() const;
   void SetText(TString text);
 

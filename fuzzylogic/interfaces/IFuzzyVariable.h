@@ -135,7 +135,8 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   void Assign(TPersistent* source) override;
   void Assign(const Ref<IInterface>& value) override;
   void AssignTo(TPersistent* dest) override { TIFuzzyVariablePersistent::AssignTo(dest); }
-  /// A parser that is no component is not stored, and kept whatever a form says.
+  /// A parser that is no component is not stored, and kept whatever a form says. Loading ends with
+  /// `OnChange` and `OnVariableChange`, then `OnFuzzySetAdded` and these two for each set.
   void DefineProperties(TFiler& filer) override;
   /// A copy of the variable's own class.
   Ref<IInterface> Clone() override;

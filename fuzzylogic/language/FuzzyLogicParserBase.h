@@ -89,17 +89,16 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
 
   /// Reads a whole definition text into the linked component, framed by `OnParsing` and (when
   /// nothing was raised) `OnParsed`. The text is Unicode already, so `encoding` does not matter.
-  /// @throws EFzyParseException (`SFuzzyLogicNotSet`) without a component, before any event; and
-  /// every
-  ///   reading error. What was built before an error stays.
+  /// @throws EFzyParseException (`SFuzzyLogicNotSet`) without a component, before any event, and
+  /// for
+  ///   every reading error. What was built before an error stays.
   void Parse(const TString& text, const TEncoding* encoding) override;
 
   /// Carries out a shape function on `fuzzySet`: "pi" (Range Center, or Left Right Center), "tri"
   /// (Left Middle Right), "s" and "z" (Left Right), "beta" (Range Center Inflection_Point
   /// [Weight]), with the component's number of points.
   /// @throws EFzyParseException for arguments that are no numbers, their count, and an unknown
-  /// name;
-  ///   EFzyException as the shapes do
+  ///   name; EFzyException as the shapes do
   virtual void CalcFuzzyFunction(const TString& funcName, const Ref<IFuzzyStreamTokenList>& list,
                                  TFuzzySet*& fuzzySet);
   virtual void CalcFuzzyFunction(const TString& funcName, const Ref<IFuzzyStreamTokenList>& list,

@@ -21,8 +21,8 @@ using TFuzzyVariablesClass = const TFuzzyVariablesDescriptor*;
 /// - a variable joins: its threshold is set, `OnVariableAdded` fires, then the automatic terms are
 ///   added (when `AutoTerms` is true), then `OnChange` for the list; a variable leaves:
 ///   `OnVariableDeleted` while it is still there, `OnChange` afterwards;
-/// - a set joins or leaves a variable: `OnFuzzySetAdded`, `OnFuzzySetDeleted`, then
-/// `OnVariableChange`;
+/// - a set joins or leaves a variable: `OnFuzzySetAdded` or `OnFuzzySetDeleted`, then
+///   `OnVariableChange`;
 /// - a variable or its list of sets changes: `OnVariableChange`; a set changes: `OnFuzzySetChange`.
 ///
 /// A handler may read and change the model, replace handlers, free any object (the component by

@@ -26,10 +26,9 @@ using TFuzzyVariableClass = const TFuzzyVariableDescriptor*;
 /// Ownership: a variable owns its sets, and belongs to its collection (the component's) or to the
 /// caller, who ends it with `Free()`. When it ends, it lets its sets go first, then leaves.
 ///
-/// Invariants: minimum <= maximum, both finite (a setter pushes the other bound along); 0 <=
-/// threshold
-/// <= 1; after every change of the set list the current index lies below the number of sets. Points
-/// already set are not moved when the range changes. One thread at a time.
+/// Invariants: minimum <= maximum, both finite (a setter pushes the other bound along); a threshold
+/// from 0 to 1; after every change of the set list the current index lies below the number of sets.
+/// Points already set are not moved when the range changes. One thread at a time.
 class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
  public:
   static TFuzzyVariableClass Class();
