@@ -85,7 +85,8 @@ struct TFormReader::TBody {
   TFiler Description;
   bool IsLive;         // it was there before it was loaded
   bool IsTop = false;  // it is an object of the form itself
-  int Line = 0;  // with the path, of what a fault is blamed on that shows at the end of loading
+  // Of a component: what a fault is blamed on that shows at the end of loading.
+  int Line = 0;
   TString Path;
   std::vector<bool> Seen;
   std::size_t Next = 0;  // where the next property is looked for first
@@ -120,9 +121,11 @@ void TFormReader::ReadBody(TPersistent& object, bool isLive, const TString* name
   if (++FDepth > DeepestForm) Fail(SFormTooDeep);
   TBody body(object, isLive);
   body.IsTop = name != nullptr;
-  body.Line = FLines.GetNumber();
-  body.Path = GetPath();
   auto* component = isLive ? dynamic_cast<TComponent*>(&object) : nullptr;
+  if (component) {
+    body.Line = FLines.GetNumber();
+    body.Path = GetPath();
+  }
   if (name || component) FTransaction.Begin(object, !name);
   if (isLive) FTransaction.Remember(body.Description);
   for (const TProperty& property : body.Properties()) {
