@@ -17,9 +17,12 @@ class TObjectCopy {
  public:
   explicit TObjectCopy(TLoadTransaction& transaction) noexcept : FTransaction(transaction) {}
 
-  /// Both objects have the same description. Values come after all objects, on which some depend.
+  /// Values come after all objects, on which some depend.
   /// @param isLive  whether `dest` was there before
+  /// @throws EConvertError for objects of different classes, whose descriptions do not match
   void Copy(TPersistent& source, TPersistent& dest, bool isLive) {
+    if (typeid(source) != typeid(dest))
+      throw EConvertError(FormatText(SAssignError, {source.ClassName(), dest.ClassName()}));
     const TFiler from(source);
     const TFiler to(dest);
     auto* component = isLive ? dynamic_cast<TComponent*>(&dest) : nullptr;
@@ -67,10 +70,7 @@ class TObjectCopy {
     staged.Add(std::move(entry));
   }
   void Add(TStagedItems& staged, TPersistent& item) {
-    TPersistent& copy = staged.Begin();
-    if (typeid(copy) != typeid(item))
-      throw EConvertError(FormatText(SAssignError, {item.ClassName(), copy.ClassName()}));
-    Copy(item, copy, false);
+    Copy(item, staged.Begin(), false);
     staged.Complete();
   }
 
