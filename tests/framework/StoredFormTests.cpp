@@ -8,11 +8,14 @@
 #include "fuzzylogic/framework/Collection.h"
 #include "fuzzylogic/framework/FileStream.h"
 #include "fuzzylogic/framework/Properties.h"
-#include "fuzzylogic/framework/StoredForm.h"
 #include "fuzzylogic/framework/Strings.h"
+#include "tests/support/Forms.h"
 
 namespace fzy {
 namespace {
+
+using test::Load;
+using test::Stored;
 
 enum class TSize : std::uint8_t { Small, Large };
 std::span<const char* const> ValueNames(TSize) noexcept {
@@ -117,17 +120,6 @@ class TWheel final : public TComponent {
   using TComponent::TComponent;
   TString ClassName() const override { return "TWheel"; }
 };
-
-std::string Stored(std::initializer_list<TPersistent*> objects) {
-  TMemoryStream stream;
-  StoreForm(stream, objects);
-  return stream.GetBytes();
-}
-
-void Load(const std::string& form, std::initializer_list<TPersistent*> objects) {
-  TMemoryStream stream(form);
-  LoadForm(stream, objects);
-}
 
 std::string Fault(const std::string& form, std::initializer_list<TPersistent*> objects) {
   try {

@@ -4,27 +4,18 @@
 #include <gmock/gmock.h>
 
 #include "fuzzylogic/framework/Properties.h"
-#include "fuzzylogic/framework/StoredForm.h"
 #include "tests/language/Definitions.h"
+#include "tests/support/Forms.h"
 #include "tests/support/Random.h"
 #include "tests/support/Refusal.h"
 
 namespace fzy {
 namespace {
 
+using test::Load;
+using test::Stored;
 using test::TCountedScene;
 using test::TScene;
-
-std::string Stored(std::initializer_list<TPersistent*> objects) {
-  TMemoryStream stream;
-  StoreForm(stream, objects);
-  return stream.GetBytes();
-}
-
-void Load(const std::string& form, std::initializer_list<TPersistent*> objects) {
-  TMemoryStream stream(form);
-  LoadForm(stream, objects);
-}
 
 /// A scene whose component and parser have the names that forms tell them apart by.
 template <class Scene>
@@ -34,7 +25,7 @@ struct TNamed : Scene {
     this->Parser.SetName("parser");
   }
   std::string Form() { return Stored({&this->Fuzzy, &this->Parser}); }
-  void Load(const std::string& form) { fzy::Load(form, {&this->Fuzzy, &this->Parser}); }
+  void Load(const std::string& form) { test::Load(form, {&this->Fuzzy, &this->Parser}); }
 };
 using TOwnedScene = TNamed<TScene>;
 using TIntfScene = TNamed<TCountedScene>;

@@ -1,6 +1,7 @@
 #include "fuzzylogic/framework/detail/FormReader.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <optional>
 #include <set>
@@ -17,29 +18,21 @@ constexpr std::size_t ShownText = 40;
 
 using TKind = TProperty::TKind;
 
-/// What a value of the property looks like.
+/// What a value of each kind looks like; a choice has names.
+constexpr std::array<const char*, 8> Shapes{"true or false",
+                                            "a whole number",
+                                            "a number",
+                                            "a text in quotes",
+                                            "none or component \"...\"",
+                                            "one of",
+                                            "{ at the end of the line",
+                                            "a value"};
+
 TString ShapeOf(const TProperty& property) {
-  switch (property.Kind) {
-    case TKind::Flag:
-      return "true or false";
-    case TKind::Whole:
-      return "a whole number";
-    case TKind::Text:
-      return "a text in quotes";
-    case TKind::Link:
-      return "none or component \"...\"";
-    case TKind::Object:
-      return "{ at the end of the line";
-    case TKind::Number:
-      return "a number";
-    case TKind::Ignored:
-      return "a value";
-    case TKind::Choice:
-      break;
-  }
-  TString shape;
+  TString shape(Shapes[static_cast<std::size_t>(property.Kind)]);
   for (const char* name : property.Names) {
-    shape += shape.empty() ? u"one of " : u", ";
+    if (name != property.Names.front()) shape += u',';
+    shape += u' ';
     shape += TString(name);
   }
   return shape;
