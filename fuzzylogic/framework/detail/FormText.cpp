@@ -28,6 +28,11 @@ constexpr bool IsPlain(char16_t unit) {
 constexpr bool IsHigh(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 constexpr bool IsLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
+constexpr bool IsNameLetter(char ch) {
+  return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') ||
+         ch == '_';
+}
+
 void AppendEscape(std::string& out, char16_t unit) {
   out += '\\';
   for (const TEscape& escape : Escapes) {
@@ -165,9 +170,8 @@ bool Take(std::string_view& rest, std::string_view word) noexcept {
 }
 
 std::string_view TakeName(std::string_view& rest) noexcept {
-  constexpr std::string_view letters =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
-  const std::string_view name = rest.substr(0, rest.find_first_not_of(letters));
+  const auto end = std::find_if_not(rest.begin(), rest.end(), IsNameLetter);
+  const std::string_view name = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
   Take(rest, name);
   return name;
 }
