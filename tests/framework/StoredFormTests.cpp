@@ -1,12 +1,9 @@
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 
 #include <gmock/gmock.h>
 
 #include "fuzzylogic/framework/Collection.h"
-#include "fuzzylogic/framework/FileStream.h"
 #include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/framework/Strings.h"
 #include "tests/support/Forms.h"
@@ -428,59 +425,6 @@ TEST(StoredForm, CopiesAComponentOfItsClass) {
   pair.Right.Label = "broken";
   EXPECT_THROW(copy.Assign(&pair.Right), EListError);
   EXPECT_TRUE(EqualProperties(copy, pair.Left));
-}
-
-class TFileTest : public testing::Test {
- public:
-  TFileTest() { std::filesystem::create_directory(Folder); }
-  ~TFileTest() override { std::filesystem::remove_all(Folder); }
-  std::string Read(const std::filesystem::path& path) const {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  std::ptrdiff_t Files() const {
-    return std::distance(std::filesystem::directory_iterator(Folder), {});
-  }
-
-  const std::filesystem::path Folder =
-      std::filesystem::temp_directory_path() /
-      ("stored_form_" + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + "_" +
-       std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
-  const std::filesystem::path File = Folder / "gear.form";
-};
-
-TEST_F(TFileTest, IsReplacedAsAWholeOrNotAtAll) {
-  TGear gear, other;
-  gear.Label = "old";
-  StoreForm(File, {&gear});
-  const std::string old = Read(File);
-  LoadForm(File, {&other});
-  EXPECT_EQ(other.Label, "old");
-
-  for (int i = 0; i < 100'000; ++i) gear.Notes.Add("so much that a part is written before the end");
-  gear.Mate = &gear;  // has no name
-  std::filesystem::permissions(File, std::filesystem::perms::owner_all);
-  EXPECT_THROW(StoreForm(File, {&gear}), EConvertError);
-  {
-    TFileReplacer file(File);
-    file.Write("half");
-  }
-  EXPECT_EQ(Read(File), old);
-  EXPECT_EQ(Files(), 1) << "nothing is left behind";
-
-  std::filesystem::create_symlink(File, Folder / "link");
-  gear.Mate = nullptr;
-  StoreForm(Folder / "link", {&gear});
-  EXPECT_EQ(Read(File), Stored({&gear}));
-  EXPECT_TRUE(std::filesystem::is_symlink(Folder / "link"));
-  EXPECT_EQ(std::filesystem::status(File).permissions(), std::filesystem::perms::owner_all);
-
-  EXPECT_THROW(StoreForm(Folder, {&gear}), EStreamError);
-  EXPECT_THROW(StoreForm(Folder / "none" / "x", {&gear}), EStreamError);
-  EXPECT_THROW(LoadForm(Folder, {&gear}), EStreamError);
-  EXPECT_THROW(LoadForm(Folder / "none", {&gear}), EStreamError);
-  EXPECT_THROW(TMemoryStream().TStream::Write("x"), EStreamError);
-  EXPECT_EQ(Files(), 2);
 }
 
 }  // namespace
