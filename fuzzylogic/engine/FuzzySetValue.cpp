@@ -25,12 +25,7 @@ TFzyFloat AdmitY(TFzyFloat y, const char* operation) {
 TFuzzySetValue* TFuzzySetValue::Create(TCollection* collection) {
   auto* list = dynamic_cast<TFuzzySetValues*>(collection);
   if (collection && !list) throw EFzyException(SFzyNotAPointList, {collection->ClassName()});
-  TFuzzyPoint point;
-  if (list && list->GetCount() > 0) point.X = list->Points().back().X + 1.0;
-  auto* value = new TFuzzySetValue(point);
-  const TPin pinned(value);
-  if (list) list->InsertItem(value);
-  return value->IsFreed() ? nullptr : value;
+  return list ? list->Add() : new TFuzzySetValue({});
 }
 
 TFuzzySetValues* TFuzzySetValue::GetCollection() const noexcept {
@@ -43,19 +38,19 @@ void TFuzzySetValue::SetCollection(TFuzzySetValues* value) {
 
 TFzyFloat TFuzzySetValue::GetX() const noexcept {
   const TFuzzySetValues* list = GetCollection();
-  return list ? list->Points()[static_cast<std::size_t>(GetIndex())].X : FPoint.X;
+  return list ? list->PointAt(GetIndex()).X : FPoint.X;
 }
 
 TFzyFloat TFuzzySetValue::GetY() const noexcept {
   const TFuzzySetValues* list = GetCollection();
-  return list ? list->Points()[static_cast<std::size_t>(GetIndex())].Y : FPoint.Y;
+  return list ? list->PointAt(GetIndex()).Y : FPoint.Y;
 }
 
 void TFuzzySetValue::SetX(TFzyFloat value) {
   RequireNumber(value, "SetX");
   if (value == GetX()) return;
   if (TFuzzySetValues* list = GetCollection()) {
-    list->StoreX(GetIndex(), list->AdmitX(value));
+    list->StorePoint(GetIndex(), {list->AdmitX(value), GetY()});
     Tell({utX});
   } else {
     RequireFinite(value, "SetX");
@@ -67,7 +62,7 @@ void TFuzzySetValue::SetY(TFzyFloat value) {
   const TFzyFloat y = AdmitY(value, "SetY");
   if (value == GetY()) return;
   if (TFuzzySetValues* list = GetCollection()) {
-    list->FPoints[static_cast<std::size_t>(GetIndex())].Y = y;
+    list->StorePoint(GetIndex(), {GetX(), y});
     Tell({utY});
   } else {
     FPoint.Y = y;
@@ -85,8 +80,7 @@ void TFuzzySetValue::SetValue(TFzyFloat x, TFzyFloat y) {
     RequireFinite(y, "SetValue");
   }
   if (list) {
-    list->FPoints[static_cast<std::size_t>(GetIndex())].Y = y;
-    list->StoreX(GetIndex(), x);
+    list->StorePoint(GetIndex(), {x, y});
     Tell({utX, utY});
   } else {
     FPoint = {x, y};
@@ -131,8 +125,7 @@ void TFuzzySetValue::Load(TFuzzyPoint point, TXYUpdateTypes coordinates) {
     FPoint = point;
     return;
   }
-  list->FPoints[static_cast<std::size_t>(GetIndex())] = point;
-  list->NoteOrder(GetIndex());
+  list->StorePoint(GetIndex(), point);
   list->Record(GetIndex(), coordinates);
 }
 

@@ -5,18 +5,21 @@
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySet.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
+#include "fuzzylogic/engine/detail/SpreadPoints.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
 
+TFuzzySetValues::TFuzzySetValues(TFuzzySet* fuzzySet) noexcept : FFuzzySet(fuzzySet) {}
+
 TFuzzySetValues::~TFuzzySetValues() { TFuzzySetValues::ClearItems(); }
 
 TPersistent* TFuzzySetValues::GetOwner() const { return FFuzzySet; }
 
 bool TFuzzySetValues::IsAscending() const noexcept {
-  if (!FAscending) FAscending = fzy::IsAscending(FPoints);
+  if (!FAscending) FAscending = fzy::IsAscending(Points());
   return FAscending;
 }
 
@@ -27,7 +30,21 @@ TFuzzySetValue* TFuzzySetValues::GetItem(int index) const {
 
 void TFuzzySetValues::SetItem(int index, TFuzzySetValue* value) { GetItem(index)->Assign(value); }
 
-TFuzzySetValue* TFuzzySetValues::Add() { return TFuzzySetValue::Create(this); }
+TFuzzySetValue* TFuzzySetValues::Add() { return Join(NewHandle()); }
+
+TOwned<TFuzzySetValue> TFuzzySetValues::NewHandle() {
+  return TOwned<TFuzzySetValue>(new TFuzzySetValue({}));
+}
+
+TFuzzySetValue* TFuzzySetValues::Join(TOwned<TFuzzySetValue> value) {
+  const TPin self(this);
+  const TPin pinned(&*value);
+  ReserveRoom(static_cast<std::size_t>(Count()) + 1, true);
+  TFuzzySetValue* joined = value.Release();
+  joined->FPoint = NextPoint();
+  InsertItem(joined);
+  return joined->IsFreed() ? nullptr : joined;
+}
 
 TFuzzySetValue* TFuzzySetValues::Add(TFzyFloat x, TFzyFloat y) {
   const TPin self(this);
@@ -43,10 +60,12 @@ TFuzzySetValue* TFuzzySetValues::Add(TFzyFloat x, TFzyFloat y) {
   return value->IsFreed() ? nullptr : value;
 }
 
-TFuzzySetValue* TFuzzySetValues::Insert(int index) {
+TFuzzySetValue* TFuzzySetValues::Insert(int index) { return Insert(index, NewHandle()); }
+
+TFuzzySetValue* TFuzzySetValues::Insert(int index, TOwned<TFuzzySetValue> point) {
   if (index < 0 || index > GetCount()) FailIndex(index);
   const TPin self(this);
-  TFuzzySetValue* value = Add();
+  TFuzzySetValue* value = Join(std::move(point));
   if (!value) return nullptr;
   const TPin pinned(value);
   if (Holds(value)) value->SetIndex(std::min(index, GetCount() - 1));
@@ -59,10 +78,15 @@ void TFuzzySetValues::Append(TFuzzySetValues* source, int index, int count) {
   const TPin pinned(source);
   const int first = std::clamp(index, 0, std::max(0, source->GetCount() - 1));
   const int last = first + std::min(count, source->GetCount() - first);
+  if (last <= first) return;
+  const auto added = static_cast<std::size_t>(last - first);
+  std::vector<TOwned<TFuzzySetValue>> values(added);
+  for (TOwned<TFuzzySetValue>& value : values) value = NewHandle();
+  ReserveRoom(static_cast<std::size_t>(Count()) + added, true);
   // Each point is told for itself, and a handler may shorten the source meanwhile.
-  for (int i = first; i < last && i < source->GetCount(); ++i) {
-    const TFuzzyPoint point = source->FPoints[static_cast<std::size_t>(i)];
-    TFuzzySetValue* value = Add();
+  for (int i = first; i < last && i < source->Count(); ++i) {
+    const TFuzzyPoint point = source->PointAt(i);
+    TFuzzySetValue* value = Join(std::move(values[static_cast<std::size_t>(i - first)]));
     if (value) value->SetValue(point.X, point.Y);
   }
 }
@@ -75,21 +99,24 @@ void TFuzzySetValues::Assign(TPersistent* source) {
   const auto* list = dynamic_cast<const TFuzzySetValues*>(source);
   if (!list) return TGCollection::Assign(source);
   if (list == this) return;
+  const TFuzzyCurve points = list->Points();
+  detail::TPointWriter writer(*this);
+  for (const TFuzzyPoint& point : points) writer.Check(point);
+  ReserveRoom(points.size());
   TUpdateBlock block(*this);
   ClearItems();
-  detail::TPointWriter writer(*this);
-  writer.Reserve(list->FPoints.size());
-  for (const TFuzzyPoint& point : list->FPoints) writer.Assign(point);
+  for (const TFuzzyPoint& point : points) writer.Assign(point);
   block.Close();
 }
 
-// Handles and storage
+// The array, and the objects of its points
 
 bool TFuzzySetValues::Holds(const TFuzzySetValue* value) const noexcept {
   return value->GetCollection() == this;
 }
 
 TFuzzySetValue* TFuzzySetValues::Handle(int index) const noexcept {
+  if (FSpread) return static_cast<TFuzzySetValue*>(FSpread->At(index).Item);
   return FItems.empty() ? nullptr
                         : static_cast<TFuzzySetValue*>(FItems[static_cast<std::size_t>(index)]);
 }
@@ -98,57 +125,63 @@ TCollectionItem* TFuzzySetValues::ItemAt(int index) const {
   if (TFuzzySetValue* handle = Handle(index)) return handle;
   // Making the object for a point does not change the list.
   auto* self = const_cast<TFuzzySetValues*>(this);
+  TOwned<TFuzzySetValue> handle = NewHandle();
+  Settle();
+  self->ReserveRoom(FPoints.size(), true);
   self->FItems.resize(FPoints.size());
-  auto* handle = new TFuzzySetValue({});
-  self->Adopt(handle, index);
-  self->FItems[static_cast<std::size_t>(index)] = handle;
-  return handle;
+  self->Adopt(&*handle, index);
+  self->FItems[static_cast<std::size_t>(index)] = &*handle;
+  return handle.Release();
 }
 
 void TFuzzySetValues::StoreItem(TCollectionItem* item) {
-  FItems.resize(FPoints.size());
-  FItems.push_back(item);
-  FPoints.push_back(static_cast<TFuzzySetValue*>(item)->FPoint);
-  Adopt(item, GetCount() - 1);
-  NoteOrder(GetCount() - 1);
+  auto* value = static_cast<TFuzzySetValue*>(item);
+  AppendPoint(value->FPoint, value);
 }
 
 void TFuzzySetValues::DropItem(int index) {
-  auto* value = static_cast<TFuzzySetValue*>(FItems[static_cast<std::size_t>(index)]);
-  value->FPoint = FPoints[static_cast<std::size_t>(index)];
+  TFuzzySetValue* value = Handle(index);
+  value->FPoint = PointAt(index);
   Disown(value);
   ErasePoint(index);
 }
 
-void TFuzzySetValues::RelocateItem(int from, int to) {
-  const auto move = [from, to](auto& list) {
-    const auto first = list.begin() + std::min(from, to);
-    const auto last = list.begin() + std::max(from, to) + 1;
-    std::rotate(first, from < to ? first + 1 : last - 1, last);
-  };
-  move(FPoints);
-  if (!FItems.empty()) move(FItems);
-  NumberHandles(std::min(from, to), std::max(from, to) + 1);
-  NoteOrder(from);
-  NoteOrder(to);
-}
-
 void TFuzzySetValues::DeleteItem(int index) {
-  if (Handle(index)) return TGCollection::DeleteItem(index);
   const TPin self(this);
+  if (const TFuzzySetValue* handle = Handle(index)) {
+    if (FSpread) FSpread->Follow(detail::TSpreadPoints::TFollowed::Deleted, index);
+    FDeleted = handle;
+    return TGCollection::DeleteItem(index);
+  }
   ErasePoint(index);
   Changed();
 }
 
 void TFuzzySetValues::ClearItems() { Truncate(0); }
 
+int TFuzzySetValues::PositionOf(const TCollectionItem& item) const noexcept {
+  using TFollowed = detail::TSpreadPoints::TFollowed;
+  for (const auto& [followed, which] :
+       {std::pair(FChanged, TFollowed::Changed), std::pair(FDeleted, TFollowed::Deleted)}) {
+    if (FSpread && &item == followed && FSpread->PlaceOf(which) >= 0)
+      return FSpread->PlaceOf(which);
+  }
+  Settle();
+  return TGCollection::PositionOf(item);
+}
+
+/// Lets an object go whose point goes; it tells nobody, as it stands in no list any more.
+void TFuzzySetValues::Release(TFuzzySetValue* value, const TFuzzyPoint& point) noexcept {
+  value->FPoint = point;
+  Disown(value);
+  value->Free();
+}
+
 void TFuzzySetValues::DropHandle(int index) noexcept {
   TFuzzySetValue* value = Handle(index);
   if (!value) return;
-  value->FPoint = FPoints[static_cast<std::size_t>(index)];
   FItems[static_cast<std::size_t>(index)] = nullptr;
-  Disown(value);
-  value->Free();  // tells nobody: it stands in no list any more
+  Release(value, FPoints[static_cast<std::size_t>(index)]);
 }
 
 void TFuzzySetValues::NumberHandles(int first, int last) noexcept {
@@ -156,13 +189,6 @@ void TFuzzySetValues::NumberHandles(int first, int last) noexcept {
   for (int i = first; i < last; ++i) {
     if (TFuzzySetValue* value = Handle(i)) Adopt(value, i);
   }
-}
-
-void TFuzzySetValues::ErasePoint(int index) noexcept {
-  FPoints.erase(FPoints.begin() + index);
-  if (FItems.empty()) return;
-  FItems.erase(FItems.begin() + index);
-  NumberHandles(index, GetCount());
 }
 
 /// Moves a point down over another that is given up; for passes that thin the list out.
@@ -176,8 +202,9 @@ void TFuzzySetValues::Retain(int from, int to) noexcept {
 }
 
 void TFuzzySetValues::Truncate(int count) noexcept {
+  Settle();
   if (!FItems.empty()) {
-    for (int i = count; i < GetCount(); ++i) DropHandle(i);
+    for (int i = count; i < Count(); ++i) DropHandle(i);
     FItems.resize(static_cast<std::size_t>(count));
   }
   FPoints.resize(static_cast<std::size_t>(count));
@@ -185,42 +212,29 @@ void TFuzzySetValues::Truncate(int count) noexcept {
 }
 
 void TFuzzySetValues::NoteOrder(int index) noexcept {
-  if (!FAscending) return;
+  if (!FAscending.load(std::memory_order_relaxed)) return;
   const auto i = static_cast<std::size_t>(index);
-  FAscending = (i == 0 || FPoints[i - 1].X <= FPoints[i].X) &&
-               (i + 1 >= FPoints.size() || FPoints[i].X <= FPoints[i + 1].X);
-}
-
-void TFuzzySetValues::Reorder(const std::vector<int>& order) {
-  const auto apply = [&order](auto& list) {
-    auto sorted = list;
-    for (std::size_t i = 0; i < order.size(); ++i)
-      sorted[i] = list[static_cast<std::size_t>(order[i])];
-    list.swap(sorted);
-  };
-  apply(FPoints);
-  if (!FItems.empty()) apply(FItems);
-  NumberHandles(0, GetCount());
-  FAscending = fzy::IsAscending(FPoints);
+  FAscending.store((i == 0 || FPoints[i - 1].X <= FPoints[i].X) &&
+                       (i + 1 >= FPoints.size() || FPoints[i].X <= FPoints[i + 1].X),
+                   std::memory_order_relaxed);
 }
 
 // Look-ups and statistics
 
 int TFuzzySetValues::SkipX(int index, TFzyFloat x, int dir) const noexcept {
-  return fzy::SkipX(FPoints, index, x, dir);
+  return fzy::SkipX(Points(), index, x, dir);
 }
 
 int TFuzzySetValues::SkipY(int index, TFzyFloat y, int dir) const noexcept {
-  return fzy::SkipY(FPoints, index, y, dir);
+  return fzy::SkipY(Points(), index, y, dir);
 }
 
 int TFuzzySetValues::GetXCount(TFzyFloat x) const noexcept {
-  return static_cast<int>(std::count_if(FPoints.begin(), FPoints.end(),
-                                        [x](const TFuzzyPoint& point) { return point.X == x; }));
+  return static_cast<int>(std::ranges::count(Points(), x, &TFuzzyPoint::X));
 }
 
 void TFuzzySetValues::RequirePoints(const char* operation) const {
-  if (FPoints.empty()) throw EFzyException(SFuzzySetEmpty, {TString(operation)});
+  if (Points().empty()) throw EFzyException(SFuzzySetEmpty, {TString(operation)});
 }
 
 TFzyFloat TFuzzySetValues::GetMinValue() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "fuzzylogic/common/NamedCollection.h"
 #include "fuzzylogic/engine/FuzzyPoint.h"
 #include "fuzzylogic/engine/FuzzySetValue.h"
@@ -11,6 +13,8 @@ class TFuzzySet;
 namespace detail {
 class TPointWriter;
 class TResampler;
+class TSpreadPoints;
+struct TPlace;
 }  // namespace detail
 
 /// The point list of a fuzzy set: its membership function.
@@ -26,20 +30,33 @@ class TResampler;
 /// of every change.
 ///
 /// A new point has X 1 above the last point's (0 in an empty list) and Y 0; setting exactly that X
-/// or Y is no change, and so not clamped. One thread at a time.
+/// or Y is no change, and so not clamped.
+///
+/// While points of a long list change one by one out of order, they stand in blocks, where each
+/// finds its place quickly; the first look at the curve, or at the place of a point, puts them back
+/// into the array, in linear time.
+///
+/// When there is no memory for a change, std::bad_alloc is raised before anything changed. One
+/// thread at a time; several may ask a list that nobody changes.
 class TFuzzySetValues : public TGCollection {
  public:
   /// A list owned by `fuzzySet`, or a free one. A set makes its own by `TFuzzySet::CreateValues`.
-  explicit TFuzzySetValues(TFuzzySet* fuzzySet = nullptr) noexcept : FFuzzySet(fuzzySet) {}
+  explicit TFuzzySetValues(TFuzzySet* fuzzySet = nullptr) noexcept;
   ~TFuzzySetValues() override;
   TString ClassName() const override { return "TFuzzySetValues"; }
 
   TPersistent* GetOwner() const override;
   TFuzzySet* GetFuzzySet() const noexcept { return FFuzzySet; }
-  int GetCount() const override { return static_cast<int>(FPoints.size()); }
+  int GetCount() const override {
+    Settle();
+    return static_cast<int>(FPoints.size());
+  }
 
   /// The curve; valid until the list changes.
-  TFuzzyCurve Points() const noexcept { return FPoints; }
+  TFuzzyCurve Points() const noexcept {
+    Settle();
+    return FPoints;
+  }
   /// Whether X never descends, exactly. Constant time while it does not.
   bool IsAscending() const noexcept;
 
@@ -53,7 +70,8 @@ class TFuzzySetValues : public TGCollection {
   TListIterator<TFuzzySetValues> end() const { return {*this, GetCount()}; }
 
   /// Appends a point (see the class comment); the list owns it. Nothing is returned when a handler
-  /// freed it at once. Constant time on average, in order of X also with its normalization.
+  /// freed it at once. Constant time on average with its normalization, in order of X; out of order
+  /// the square root of the number of points, as long as nobody looks at them meanwhile.
   TFuzzySetValue* Add();
   /// Appends a point and then sets X and then Y, each told for itself.
   /// @throws EFzyException as the setters, before anything changes
@@ -63,13 +81,11 @@ class TFuzzySetValues : public TGCollection {
   TFuzzySetValue* Insert(int index);
 
   /// Normalizes after `value` changed in the given coordinates. Called by the point setters, not by
-  /// users; producers of many points inside a block record their changes without it. Linear in the
-  /// points that share the changed X, plus the cost of sorting when the order was broken.
+  /// users; producers of many points inside a block record their changes without it.
   virtual void UpdateValue(TFuzzySetValue* value, TXYUpdateTypes updateType);
 
-  /// Sorts when a change fell out of order, inside one block. Points within the tolerance of each
-  /// other keep their order. n log n, unless X values chain up within the tolerance: then
-  /// quadratic.
+  /// Sorts when a change fell out of order, inside one block: each point in turn goes before the
+  /// first one whose X exceeds its own by more than the tolerance. n log n.
   void Sort();
   /// Removes redundant points when a change put two side by side, inside one block: of equal
   /// neighbours the later, and of a run of one X the fifth (counting afresh after it; so a second
@@ -128,22 +144,46 @@ class TFuzzySetValues : public TGCollection {
   void RelocateItem(int from, int to) override;
   void DeleteItem(int index) override;
   void ClearItems() override;
+  int PositionOf(const TCollectionItem& item) const noexcept override;
 
  private:
   friend class TFuzzySet;
   friend class TFuzzySetValue;
+  friend class TIFSValues;
   friend class detail::TPointWriter;
   friend class detail::TResampler;
 
+  // The array, and the objects of its points.
+  static TOwned<TFuzzySetValue> NewHandle();
+  /// Appends a point that stands in no list; nothing is returned when a handler freed it.
+  TFuzzySetValue* Join(TOwned<TFuzzySetValue> value);
+  TFuzzySetValue* Insert(int index, TOwned<TFuzzySetValue> point);
   bool Holds(const TFuzzySetValue* value) const noexcept;
   TFuzzySetValue* Handle(int index) const noexcept;
+  void Release(TFuzzySetValue* value, const TFuzzyPoint& point) noexcept;
   void DropHandle(int index) noexcept;
   void NumberHandles(int first, int last) noexcept;
   void ErasePoint(int index) noexcept;
   void Retain(int from, int to) noexcept;
   void Truncate(int count) noexcept;
   void NoteOrder(int index) noexcept;
-  void Reorder(const std::vector<int>& order);
+  /// Makes room for that many points in all, and for as many objects when there are some.
+  void ReserveRoom(std::size_t count, bool handles = false);
+
+  // What one change after another asks of the points, in the array or in blocks.
+  void Settle() const noexcept {
+    if (FIsUnsettled.load(std::memory_order_acquire)) PutBack();
+  }
+  void PutBack() const noexcept;
+  void Spread(const TFuzzySetValue* changed) noexcept;
+  template <class Change>
+  bool ChangeSpread(Change change) noexcept;
+  int Count() const noexcept;
+  TFuzzyPoint PointAt(int index) const noexcept;
+  void StorePoint(int index, const TFuzzyPoint& point) noexcept;
+  void AppendPoint(const TFuzzyPoint& point, TFuzzySetValue* handle);
+  /// A new point, as it stands before its coordinates are set.
+  TFuzzyPoint NextPoint() const noexcept;
 
   /// Where X may lie: the owning set's range, or anywhere finite.
   struct TXRange {
@@ -154,10 +194,16 @@ class TFuzzySetValues : public TGCollection {
   };
   TXRange GetRange() const;
   TFzyFloat AdmitX(TFzyFloat x) const { return GetRange().Admit(x); }
-  void StoreX(int index, TFzyFloat x) noexcept;
   void Record(int index, TXYUpdateTypes updateType) noexcept;
   bool EqualsNeighbour(int index) const noexcept;
 
+  detail::TPlace FindPlace(int changed) const noexcept;
+  void PutInOrder() noexcept;
+  void Reorder(const std::vector<int>& order);
+  void SortInArray() noexcept;
+  void MoveInArray(int from, int to) noexcept;
+  void RemoveRedundant() noexcept;
+  void SpreadForFew() noexcept;
   void TrimSameX(TFuzzySetValue* value);
   void CleanGroup(TFuzzySetValue* value);
   void RequirePoints(const char* operation) const;
@@ -165,12 +211,20 @@ class TFuzzySetValues : public TGCollection {
   class TStagedPoints;
   void ReleaseHandles() noexcept;
 
-  // The handles (`FItems` of the base) are either none at all, or one for each point, some nothing.
-  std::vector<TFuzzyPoint> FPoints;
+  // The array and the handles (`FItems` of the base, either none at all, or one for each point,
+  // some nothing) are empty while the points stand in blocks, but have the room for all of them, so
+  // that coming back takes no memory.
+  mutable std::vector<TFuzzyPoint> FPoints;
+  mutable std::unique_ptr<detail::TSpreadPoints> FSpread;
   TFuzzySet* FFuzzySet;
   bool FSorted = true;
   bool FDuplicatesRemoved = true;
-  mutable bool FAscending = true;  // false: X may descend somewhere, looked up when asked
+  mutable std::atomic<bool> FAscending{true};  // false: X may descend, looked up when asked
+  int FChanges = 0;                            // recorded since the list was last in order
+
+  // Points on which somebody works: their places are known while the points stand in blocks.
+  const TCollectionItem* FChanged = nullptr;
+  const TCollectionItem* FDeleted = nullptr;
 };
 
 }  // namespace fzy

@@ -15,6 +15,7 @@ namespace fzy {
 class TFuzzySetValues::TStagedPoints final : public TStagedPairs {
  public:
   explicit TStagedPoints(TFuzzySetValues& list) : FPin(&list), FList(list) {
+    list.Settle();
     FHeld.reserve(list.FItems.size());
     for (const TCollectionItem* handle : list.FItems) FHeld.emplace_back(handle);
   }
@@ -40,12 +41,13 @@ class TFuzzySetValues::TStagedPoints final : public TStagedPairs {
 
   void Exchange() noexcept override {
     DropForeign();
+    FList.Settle();
     FList.ReleaseHandles();
     std::swap(FList.FPoints, FPoints);
     std::swap(FList.FItems, FHandles);
     std::swap(FList.FSorted, FSorted);
     std::swap(FList.FDuplicatesRemoved, FDuplicatesRemoved);
-    std::swap(FList.FAscending, FAscending);
+    FAscending = FList.FAscending.exchange(FAscending);
     FList.NumberHandles(0, FList.GetCount());
   }
   void Tell() override {
@@ -86,8 +88,7 @@ void TFuzzySetValues::DefineProperties(TFiler& filer) {
   TPersistent::DefineProperties(filer);  // NOLINT(bugprone-parent-virtual-call)
   filer.DefineEntries(TPairEntries{[this] { return GetCount(); },
                                    [this](int index) -> TNumberPair {
-                                     const TFuzzyPoint& point =
-                                         FPoints[static_cast<std::size_t>(index)];
+                                     const TFuzzyPoint point = PointAt(index);
                                      return {point.X, point.Y};
                                    },
                                    [this] { return std::make_unique<TStagedPoints>(*this); }});

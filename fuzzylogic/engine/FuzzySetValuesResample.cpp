@@ -23,7 +23,7 @@ int CountGaps(TFuzzyCurve curve) {
 void TFuzzySetValues::Expand(int newCount) {
   if (newCount < 2 || GetCount() >= newCount) return;
   int missing = newCount - GetCount();
-  int gaps = CountGaps(FPoints);
+  int gaps = CountGaps(Points());
   detail::TResampler sampler(*this);
   while (sampler.RestCount() > 1) {
     const TFuzzyPoint left = sampler.Here();

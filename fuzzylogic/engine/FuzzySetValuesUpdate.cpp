@@ -3,7 +3,7 @@
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySet.h"
 #include "fuzzylogic/engine/FuzzySetValues.h"
-#include "fuzzylogic/engine/detail/SortOrder.h"
+#include "fuzzylogic/engine/detail/PointOrder.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 
@@ -12,45 +12,10 @@
 namespace fzy {
 namespace {
 
-/// Where a changed point belongs among the points of its X, and which of them is one too many.
-struct TPlace {
-  int Position;
-  int Excess;  // -1 when there is none
-};
-
-/// The first index whose X reaches `x` less the tolerance, in a curve that ascends and has it at
-/// `from`.
-int RunStart(TFuzzyCurve curve, int from, TFzyFloat x) {
-  const auto below = [x](const TFuzzyPoint& point) { return point.X < x - FuzzyTolerance; };
-  constexpr int near = 4;  // runs of one X are short
-  for (int i = from; i > std::max(0, from - near); --i) {
-    if (below(curve[static_cast<std::size_t>(i) - 1])) return i;
-  }
-  const auto last = curve.begin() + std::max(0, from - near);
-  return static_cast<int>(std::partition_point(curve.begin(), last, below) - curve.begin());
-}
-
-/// Counts the other points of the changed point's X, in order, up to the third: that is one too
-/// many, and the second gives way. In a curve that ascends the count may start at the first of
-/// them.
-TPlace FindPlace(TFuzzyCurve curve, bool ascending, int changed) {
-  const TFzyFloat x = curve[static_cast<std::size_t>(changed)].X;
-  const int start = ascending ? RunStart(curve, changed, x) : 0;
-  int position = std::max(0, start - 1);
-  int second = -1;
-  int others = 0;
-  for (int i = start; i < static_cast<int>(curve.size()); ++i) {
-    const TFzyFloat other = curve[static_cast<std::size_t>(i)].X;
-    if (i != changed) {
-      if (other > x + FuzzyTolerance) break;
-      if (FloatEquals(other, x) && ++others == 3)
-        return {position, position == changed ? second : position};
-      if (others == 2 && second < 0) second = i;
-    }
-    position = i;
-  }
-  return {position, -1};
-}
+// Shorter lists are moved and searched as quickly as blocks are looked through.
+constexpr int ShortList = 64;
+// With more changes to a point the whole list is put in order at once.
+constexpr int PointsOfAChange = 16;
 
 }  // namespace
 
@@ -68,24 +33,19 @@ TFzyFloat TFuzzySetValues::TXRange::Admit(TFzyFloat x) const {
   return x < Minimum ? Minimum : x > Maximum ? Maximum : x;
 }
 
-void TFuzzySetValues::StoreX(int index, TFzyFloat x) noexcept {
-  FPoints[static_cast<std::size_t>(index)].X = x;
-  NoteOrder(index);
-}
-
 bool TFuzzySetValues::EqualsNeighbour(int index) const noexcept {
-  const auto i = static_cast<std::size_t>(index);
-  return (i > 0 && SamePoint(FPoints[i], FPoints[i - 1])) ||
-         (i + 1 < FPoints.size() && SamePoint(FPoints[i], FPoints[i + 1]));
+  const TFuzzyPoint point = PointAt(index);
+  return (index > 0 && SamePoint(point, PointAt(index - 1))) ||
+         (index + 1 < Count() && SamePoint(point, PointAt(index + 1)));
 }
 
 /// Lowers the flags when the changed point stands out of order, or beside one that equals it.
 void TFuzzySetValues::Record(int index, TXYUpdateTypes updateType) noexcept {
-  const auto i = static_cast<std::size_t>(index);
-  if (FSorted && updateType.Contains(utX) && FPoints.size() > 1) {
-    const TFzyFloat x = FPoints[i].X;
-    const TFzyFloat previous = i > 0 ? FPoints[i - 1].X : x;
-    const TFzyFloat next = i + 1 < FPoints.size() ? FPoints[i + 1].X : x;
+  ++FChanges;
+  if (FSorted && updateType.Contains(utX) && Count() > 1) {
+    const TFzyFloat x = PointAt(index).X;
+    const TFzyFloat previous = index > 0 ? PointAt(index - 1).X : x;
+    const TFzyFloat next = index + 1 < Count() ? PointAt(index + 1).X : x;
     FSorted = x >= previous - FuzzyTolerance && next + FuzzyTolerance >= x;
   }
   FDuplicatesRemoved = FDuplicatesRemoved && FSorted;
@@ -98,6 +58,8 @@ void TFuzzySetValues::UpdateValue(TFuzzySetValue* value, TXYUpdateTypes updateTy
   if (IsUpdating()) return;
   const TPin self(this);
   const TPin pinned(value);
+  const bool isSearched = updateType.Contains(utX) && !FAscending;
+  if ((isSearched || !FSorted || !FDuplicatesRemoved) && Count() > ShortList) Spread(value);
   // Each step may tell the set, and a handler may take the point away: it is looked for anew.
   TFirstException first;
   first.Run([&] { Sort(); });
@@ -107,30 +69,32 @@ void TFuzzySetValues::UpdateValue(TFuzzySetValue* value, TXYUpdateTypes updateTy
 }
 
 void TFuzzySetValues::TrimSameX(TFuzzySetValue* value) {
-  if (GetCount() < 2 || !Holds(value)) return;
-  const TPlace place = FindPlace(FPoints, IsAscending(), value->GetIndex());
+  if (Count() < 2 || !Holds(value)) return;
+  const detail::TPlace place = FindPlace(value->GetIndex());
   TFirstException first;
-  if (place.Excess >= 0) first.Run([&] { Delete(place.Excess); });
-  if (Holds(value)) first.Run([&] { value->SetIndex(std::min(place.Position, GetCount() - 1)); });
+  if (place.Excess >= 0) first.Run([&] { DeleteItem(place.Excess); });
+  if (Holds(value))
+    first.Run([&] { MoveItem(value->GetIndex(), std::min(place.Position, Count() - 1)); });
   first.Rethrow();
 }
 
 void TFuzzySetValues::CleanGroup(TFuzzySetValue* value) {
-  if (GetCount() < 2 || !Holds(value)) return;
+  if (Count() < 2 || !Holds(value)) return;
   const TFzyFloat x = value->GetX();
-  const auto start = [&] { return SkipX(value->GetIndex(), x, -1) + 1; };
-  const auto inGroup = [&](int i) {
-    return i < GetCount() && FloatEquals(FPoints[static_cast<std::size_t>(i)].X, x);
+  const auto inGroup = [&](int i) { return i >= 0 && i < Count() && FloatEquals(PointAt(i).X, x); };
+  const auto start = [&] {
+    int i = value->GetIndex();
+    while (inGroup(i - 1)) --i;
+    return i;
   };
   TFirstException first;
   int i = start() + 1;
   while (inGroup(i)) {
-    const auto at = FPoints.begin() + i;
-    if (!SamePoint(*at, *(at - 1))) {
+    if (!SamePoint(PointAt(i), PointAt(i - 1))) {
       ++i;
       continue;
     }
-    first.Run([&] { Delete(value->GetIndex() == i - 1 ? i : i - 1); });
+    first.Run([&] { DeleteItem(value->GetIndex() == i - 1 ? i : i - 1); });
     if (!Holds(value) || value->GetX() != x) return first.Rethrow();
   }
   // Counted anew: the list may have been cleaned up as a whole when it told of a deletion.
@@ -139,15 +103,21 @@ void TFuzzySetValues::CleanGroup(TFuzzySetValue* value) {
   while (inGroup(end)) ++end;
   if (end - start() > 3) {
     // The point before the changed one gives way; where that is another X's, the one after it.
-    first.Run([&] { Delete(index > start() ? index - 1 : index + 1); });
+    first.Run([&] { DeleteItem(index > start() ? index - 1 : index + 1); });
   }
   first.Rethrow();
+}
+
+/// After a few changes to a long list its points take their places one by one.
+void TFuzzySetValues::SpreadForFew() noexcept {
+  if (!FSpread && Count() > ShortList && FChanges * PointsOfAChange < Count()) Spread(nullptr);
 }
 
 void TFuzzySetValues::Sort() {
   if (FSorted) return;
   TUpdateBlock block(*this);
-  Reorder(detail::SortOrder(FPoints));
+  SpreadForFew();
+  PutInOrder();
   FSorted = true;  // before the block closes: its clean-up must find nothing left to sort
   block.Close();
 }
@@ -155,22 +125,8 @@ void TFuzzySetValues::Sort() {
 void TFuzzySetValues::RemoveDuplicates() {
   if (FDuplicatesRemoved) return;
   TUpdateBlock block(*this);
-  int kept = 0;
-  int run = 0;
-  for (int i = 0; i < GetCount(); ++i) {
-    const TFuzzyPoint& point = FPoints[static_cast<std::size_t>(i)];
-    if (i > 0) {
-      const TFuzzyPoint& last = FPoints[static_cast<std::size_t>(kept) - 1];
-      if (SamePoint(point, last)) continue;
-      run = FloatEquals(point.X, last.X) ? run + 1 : 0;
-      if (run == 4) {
-        run = 0;
-        continue;
-      }
-    }
-    Retain(i, kept++);
-  }
-  Truncate(kept);
+  SpreadForFew();
+  RemoveRedundant();
   FDuplicatesRemoved = true;  // as in `Sort`
   block.Close();
 }
@@ -186,9 +142,10 @@ void TFuzzySetValues::CleanupValues() {
 void TFuzzySetValues::Update(TCollectionItem* item) {
   const TPin self(this);
   TGCollection::Update(item);
-  if (GetCount() < 2) FSorted = FDuplicatesRemoved = true;
+  if (Count() < 2) FSorted = FDuplicatesRemoved = true;
   TFirstException first;
   if (!item) first.Run([this] { CleanupValues(); });
+  FChanges = 0;
   if (FFuzzySet) {
     first.Run([&] {
       if (item)

@@ -27,7 +27,7 @@ void TCollectionItem::SetCollection(TCollection* value) {
 void TCollectionItem::SetIndex(int value) {
   if (!FCollection) return;
   FCollection->RequireIndex(value);
-  FCollection->MoveItem(FIndex, value);
+  FCollection->MoveItem(GetIndex(), value);
 }
 
 const TString& TCollectionItem::GetItemName() const {
@@ -126,17 +126,27 @@ void TCollection::Clear() {
   first.Rethrow();
 }
 
+std::uint32_t TCollection::MarkAll() noexcept {
+  static std::atomic<std::uint32_t> walks{0};
+  const std::uint32_t mark = ++walks;
+  for (int i = 0; i < GetCount(); ++i) ItemAt(i)->FMark = mark;
+  return mark;
+}
+
 void TCollection::ClearItems() {
   const TPin self(this);
   // Handlers may free, move, take away and add items meanwhile: those that are here now go, and no
   // others.
-  std::vector<std::pair<TCollectionItem*, TPin>> items;
-  items.reserve(static_cast<std::size_t>(GetCount()));
-  for (int i = 0; i < GetCount(); ++i) items.emplace_back(ItemAt(i), TPin(ItemAt(i)));
+  const std::uint32_t mark = MarkAll();
   TFirstException first;
-  for (; !items.empty(); items.pop_back()) {
-    TCollectionItem* item = items.back().first;
-    if (item->FCollection == this) first.Run([item] { item->Free(); });
+  for (bool again = true; again;) {
+    again = false;  // unless an item may have moved to where the walk has been
+    for (int i = GetCount() - 1; i >= 0; i = std::min(i, GetCount()) - 1) {
+      TCollectionItem* item = ItemAt(i);
+      if (!TakeMark(item, mark)) continue;
+      again = true;
+      first.Run([item] { item->Free(); });
+    }
   }
   first.Rethrow();
 }
@@ -262,7 +272,7 @@ void TCollection::RemoveItem(TCollectionItem* item) {
     item->FLeaving = nullptr;
   }
   if (here && item->FCollection == this) {
-    DropItem(item->FIndex);
+    DropItem(item->GetIndex());
     item->CollectionChanged();
     first.Run([&] { Changed(); });
   }

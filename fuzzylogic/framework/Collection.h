@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -24,7 +27,7 @@ class TCollectionItem : public TPersistent {
   void SetCollection(TCollection* value);
 
   /// Position in the collection, -1 without one. Constant time.
-  int GetIndex() const noexcept { return FCollection ? FIndex : -1; }
+  int GetIndex() const noexcept;
   /// Moves the item; the items between shift by one. The index it already has changes nothing.
   /// Without a collection nothing happens.
   /// @throws the collection's index error
@@ -53,6 +56,7 @@ class TCollectionItem : public TPersistent {
 
   TCollection* FCollection = nullptr;
   int FIndex = -1;
+  std::uint32_t FMark = 0;          // of the walk over the collection that will come to the item
   TCollection* FLeaving = nullptr;  // which tells at this moment that the item is about to leave
 };
 
@@ -152,8 +156,13 @@ class TCollection : public TPersistent {
   void Adopt(TCollectionItem* item, int index) noexcept;
   static void Disown(TCollectionItem* item) noexcept;
 
+  /// Where an item of this collection stands, while the items do not know it themselves.
+  virtual int PositionOf(const TCollectionItem& item) const noexcept { return item.FIndex; }
+
   /// The stored pointers; a descendant with a storage of its own may use them as it likes.
   std::vector<TCollectionItem*> FItems;
+  /// Whether items may not know their index: then `PositionOf` is asked.
+  std::atomic<bool> FIsUnsettled{false};
 
  private:
   friend class TCollectionItem;
@@ -161,16 +170,37 @@ class TCollection : public TPersistent {
   void RemoveItem(TCollectionItem* item);
   void Renumber(int first, int last) noexcept;
 
+  // A walk over the items that are here now, whatever handlers do to them on the way: they are
+  // marked before, and each loses the mark when its turn comes. Takes no memory. No two walks have
+  // the same mark.
+  std::uint32_t MarkAll() noexcept;
+  static bool TakeMark(TCollectionItem* item, std::uint32_t mark) noexcept {
+    return item->FMark == mark && std::exchange(item->FMark, 0) == mark;
+  }
+
   int FUpdateCount = 0;
 };
 
+inline int TCollectionItem::GetIndex() const noexcept {
+  if (!FCollection) return -1;
+  return FCollection->FIsUnsettled.load(std::memory_order_acquire) ? FCollection->PositionOf(*this)
+                                                                   : FIndex;
+}
+
 template <class Tell>
 void TCollection::TellOfEach(Tell tell) {
-  std::vector<std::pair<TCollectionItem*, TPin>> items;
-  items.reserve(static_cast<std::size_t>(GetCount()));
-  for (int i = 0; i < GetCount(); ++i) items.emplace_back(ItemAt(i), TPin(ItemAt(i)));
-  for (const auto& [item, pin] : items) {
-    if (item->GetCollection() == this) tell(item);
+  const TPin self(this);
+  const std::uint32_t mark = MarkAll();
+  for (bool again = true; again;) {
+    again = false;  // unless an item may have moved to where the walk has been
+    for (int i = 0; i < GetCount(); ++i) {
+      TCollectionItem* item = ItemAt(i);
+      if (!TakeMark(item, mark)) continue;
+      const TPin pinned(item);
+      again = true;
+      tell(item);
+      i = std::min(i, item->GetCollection() == this ? item->GetIndex() : i - 1);
+    }
   }
 }
 

@@ -29,7 +29,8 @@ TString TIFSValues::ToString() const {
 int TIFSValues::Add(TFzyFloat x, TFzyFloat y) {
   detail::TPointWriter points(*this);
   points.Check({x, y});
-  const int index = GetCount();
+  const int index = Count();
+  ReserveRoom(static_cast<std::size_t>(index) + 1);
   TUpdateBlock block(*this);
   points.Assign({x, y});
   block.Close();
@@ -39,8 +40,10 @@ int TIFSValues::Add(TFzyFloat x, TFzyFloat y) {
 int TIFSValues::Insert(int index, TFzyFloat x, TFzyFloat y) {
   if (index < 0 || index > GetCount()) FailIndex(index);
   detail::TPointWriter(*this).Check({x, y});
+  TOwned<TFuzzySetValue> handle = NewHandle();
+  ReserveRoom(static_cast<std::size_t>(Count()) + 1, true);
   TUpdateBlock block(*this);
-  TFuzzySetValue* value = Insert(index);
+  TFuzzySetValue* value = TFuzzySetValues::Insert(index, std::move(handle));
   const int inserted = value->GetIndex();
   value->SetValue(x, y);
   block.Close();
@@ -58,6 +61,7 @@ void TIFSValues::Append(const Ref<IFuzzySet>& source, int index, int count) {
       static_cast<std::size_t>(std::max(0, std::min(count, size - first))));
   detail::TPointWriter writer(*this);
   for (const TFuzzyPoint& point : added) writer.Check(point);
+  ReserveRoom(static_cast<std::size_t>(Count()) + added.size());
   for (const TFuzzyPoint& point : added) Add(point.X, point.Y);
 }
 
@@ -71,9 +75,9 @@ void TIFSValues::AssignValues(const Ref<IFuzzySet>& source) {
   const std::vector<TFuzzyPoint> added = PointsOf(source, "AssignValues");
   detail::TPointWriter points(*this);
   for (const TFuzzyPoint& point : added) points.Check(point);
+  ReserveRoom(added.size());
   TUpdateBlock block(*this);
   Clear();
-  points.Reserve(added.size());
   for (const TFuzzyPoint& point : added) points.Assign(point);
   block.Close();
 }

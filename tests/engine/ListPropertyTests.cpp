@@ -1,3 +1,4 @@
+#include <array>
 #include <map>
 
 #include <gtest/gtest.h>
@@ -29,6 +30,15 @@ class TPair {
     if (operation < 10) return Both([more](auto& list) { list.Expand(more); });
     if (operation == 10) return TakeOver(RandomCurve(random, true), random.OneIn(2));
     if (count > 0) OperateOnPoint(operation, random.Below(count), random.Below(count), x, y);
+  }
+
+  /// Appends a point, one coordinate after the other or both at once inside a block.
+  void Add(double x, double y, bool atOnce) {
+    if (!atOnce) return Follow(FPlain.Add(x, y), FList.Add(x, y));
+    Both([](auto& list) { list.BeginUpdate(); });
+    FPlain.SetValue(FPlain.Add(), x, y);
+    FList.Add()->SetValue(x, y);
+    Both([](auto& list) { list.EndUpdate(); });
   }
 
   void Toggle() {
@@ -150,6 +160,54 @@ TEST(ListProperty, SortsThinsAndResamplesLikeItsPlainTwin) {
     list.Expand(count);
     plain.Expand(count);
     ASSERT_TRUE(SameBits(list.Points(), plain.Points())) << "round " << round << ", " << count;
+  }
+}
+
+/// X of the i-th of `count` points, in one of seven orders.
+double OrderedX(TRandom& random, int order, int i, int count, double step) {
+  switch (order) {
+    case 0:
+      return i * step;
+    case 1:
+      return (count - i) * step;
+    case 2:
+      return (i % 2 ? count - i / 2 : i / 2) * step;  // from both ends
+    case 3:
+      return (i / 2) * step + (i % 2 ? 1000 : 0);  // into two stretches
+    case 4:
+      return (i + (i % 2 ? -1 : 1)) * step;
+    case 5:
+      return (i % 7 ? 5 : i) * step;  // mostly one X
+    default:
+      return random.Below(count) * step;
+  }
+}
+
+// Long lists stand in blocks while they change: the same points, tellings and handles whatever the
+// order, also where X chain up within the tolerance, and whether or not somebody looks meanwhile.
+TEST(ListProperty, LongListsChangeLikeTheirPlainTwin) {
+  TRandom random;
+  SCOPED_TRACE(random.Trace());
+  for (int round = 0; round < 7 * 4 * 2; ++round) {
+    SCOPED_TRACE("round " + std::to_string(round));
+    const double step =
+        std::array{1.0, 0.00006, 0.00003, 0.000011}[static_cast<std::size_t>(round / 7 % 4)];
+    const bool atOnce = round >= 28;
+    const int count = random.OneIn(3) ? 1100 : 300;
+    const TOwned<TFuzzyVariable> variable = MakeVariable(-10, 3000);
+    TTellingSet& set =
+        static_cast<TTellingSet&>(*TFuzzySet::Create(variable->GetItems(), TTellingSet::Class()));
+    TPair pair(*set.GetValues(), &set, TPlainList(-10, 3000));
+    for (int i = 0; i < count; ++i) {
+      const double x = OrderedX(random, round % 7, i, count, step), y = random.Below(9) / 8.0;
+      pair.Add(x, y, atOnce);
+      if (random.OneIn(40)) pair.Operate(random);
+      if (random.OneIn(i < 100 ? 20 : 200)) pair.Check();
+      ASSERT_FALSE(testing::Test::HasFailure()) << "point " << i;
+    }
+    if (pair.IsBlocked()) pair.Toggle();
+    pair.Check();
+    ASSERT_FALSE(testing::Test::HasFailure());
   }
 }
 

@@ -9,19 +9,14 @@ TFzyFloat TPointWriter::AdmitX(TFzyFloat x) {
   return FRange->Admit(x);
 }
 
-void TPointWriter::Append() {
-  auto& points = FValues.FPoints;
-  points.push_back({points.empty() ? 0 : points.back().X + 1.0, 0});
-  if (!FValues.FItems.empty()) FValues.FItems.push_back(nullptr);
-}
-
 void TPointWriter::Add(TFzyFloat x, TFzyFloat y) {
   CheckDegree(y, "Add");
   const TFzyFloat admitted = AdmitX(x);
-  Append();
-  const int index = FValues.GetCount() - 1;
-  if (x != Point(index).X) {
-    FValues.StoreX(index, admitted);
+  const TFuzzyPoint added = FValues.NextPoint();
+  FValues.AppendPoint(added, nullptr);
+  const int index = FValues.Count() - 1;
+  if (x != added.X) {
+    FValues.StorePoint(index, {admitted, added.Y});
     FValues.Record(index, {utX});
   }
   SetY(index, y);
@@ -30,23 +25,22 @@ void TPointWriter::Add(TFzyFloat x, TFzyFloat y) {
 void TPointWriter::Assign(const TFuzzyPoint& point) {
   CheckDegree(point.Y, "Add");
   const TFzyFloat x = AdmitX(point.X);
-  Append();
-  const int index = FValues.GetCount() - 1;
   const bool hasRange = FValues.GetFuzzySet() != nullptr;
-  FValues.FPoints.back().Y = hasRange && point.Y < 0 ? 0 : point.Y;
-  FValues.StoreX(index, x);
-  FValues.Record(index, {utX, utY});
+  FValues.AppendPoint({x, hasRange && point.Y < 0 ? 0 : point.Y}, nullptr);
+  FValues.Record(FValues.Count() - 1, {utX, utY});
 }
 
 void TPointWriter::SetX(int index, TFzyFloat x) {
-  if (x == Point(index).X) return;
-  FValues.StoreX(index, AdmitX(x));
+  const TFuzzyPoint point = FValues.PointAt(index);
+  if (x == point.X) return;
+  FValues.StorePoint(index, {AdmitX(x), point.Y});
   FValues.Record(index, {utX});
 }
 
 void TPointWriter::SetY(int index, TFzyFloat y) {
-  if (y == Point(index).Y) return;
-  FValues.FPoints[static_cast<std::size_t>(index)].Y = y < 0 ? 0 : y;
+  const TFuzzyPoint point = FValues.PointAt(index);
+  if (y == point.Y) return;
+  FValues.StorePoint(index, {point.X, y < 0 ? 0 : y});
   FValues.Record(index, {utY});
 }
 

@@ -20,7 +20,7 @@ class TPointWriter {
   explicit TPointWriter(TFuzzySetValues& values) noexcept : FValues(values) {}
 
   /// Makes room for that many points more.
-  void Reserve(std::size_t count) { FValues.FPoints.reserve(FValues.FPoints.size() + count); }
+  void Reserve(std::size_t count) { FValues.ReserveRoom(FValues.Points().size() + count); }
 
   /// @throws EFzyException when the list will not take the point
   void Check(const TFuzzyPoint& point) {
@@ -38,11 +38,11 @@ class TPointWriter {
   /// opens, so that a refusal tells nobody.
   template <class Formula>
   void CheckY(Formula formula, const char* operation) const {
-    for (const TFuzzyPoint& point : FValues.FPoints) CheckDegree(formula(point.Y), operation);
+    for (const TFuzzyPoint& point : FValues.Points()) CheckDegree(formula(point.Y), operation);
   }
   template <class Formula>
   void CheckX(Formula formula, const char* operation) const {
-    for (const TFuzzyPoint& point : FValues.FPoints) RequireNumber(formula(point.X), operation);
+    for (const TFuzzyPoint& point : FValues.Points()) RequireNumber(formula(point.X), operation);
   }
   /// Every Y (X) becomes `formula` of it, which must pass the check.
   template <class Formula>
@@ -62,7 +62,6 @@ class TPointWriter {
   const TFuzzyPoint& Point(int index) const noexcept {
     return FValues.FPoints[static_cast<std::size_t>(index)];
   }
-  void Append();
   TFzyFloat AdmitX(TFzyFloat x);
 
   TFuzzySetValues& FValues;

@@ -7,7 +7,7 @@ namespace fzy::detail {
 
 TResampler::TResampler(TFuzzySetValues& values)
     : FValues(values),
-      FLast(values.FPoints.empty() ? TFuzzyPoint{} : values.FPoints.back()),
+      FLast(values.Points().empty() ? TFuzzyPoint{} : values.FPoints.back()),
       FSorted(values.FSorted),
       FDuplicatesRemoved(values.FDuplicatesRemoved) {
   FRest.reserve(values.FPoints.size());
@@ -38,8 +38,9 @@ void TResampler::Insert(TFzyFloat x) {
 }
 
 void TResampler::Commit() {
-  TUpdateBlock block(FValues);
   while (!FRest.empty()) Advance();
+  FValues.ReserveRoom(FPassed.size());
+  TUpdateBlock block(FValues);
   const bool hasHandles = !FValues.FItems.empty();
   FValues.FPoints.clear();
   FValues.FItems.clear();
@@ -47,7 +48,7 @@ void TResampler::Commit() {
     FValues.FPoints.push_back(sample.Point);
     if (hasHandles) FValues.FItems.push_back(sample.Handle);
   }
-  FValues.NumberHandles(0, FValues.GetCount());
+  FValues.NumberHandles(0, FValues.Count());
   FValues.FAscending = IsAscending(FValues.FPoints);
   FValues.FSorted = FSorted;
   FValues.FDuplicatesRemoved = FDuplicatesRemoved;
