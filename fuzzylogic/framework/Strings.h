@@ -62,7 +62,8 @@ class TStrings : public TPersistent {
   virtual bool GetOwnsObjects() const noexcept { return false; }
 
   /// From another string list: `Clear` and `AddStrings` inside one update block. Other sources are
-  /// asked to fill this list.
+  /// asked to fill this list. When memory fails the lines before are back, as after `SetText`;
+  /// those of `AddStrings` are gone again.
   void Assign(TPersistent* source) override;
   /// Its entries are the lines; the objects that they name are not stored.
   void DefineProperties(TFiler& filer) override;
@@ -104,8 +105,12 @@ class TStrings : public TPersistent {
 
  private:
   class TStagedLines;
+  class TReplaced;
+  template <class Fill>
+  void Replace(Fill fill);
 
   int FUpdateCount = 0;
+  std::vector<TLine>* FReplaced = nullptr;  // takes the lines that are about to be replaced
 };
 
 }  // namespace fzy
