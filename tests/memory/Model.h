@@ -75,7 +75,9 @@ struct TModel : Scene {
     std::string text = variable->GetName().Utf8() + "'" + variable->GetComment().Utf8() + "'" +
                        variable->GetUnits().Utf8() + ' ' + Number(variable->GetMinimum()) + ".." +
                        Number(variable->GetMaximum()) + ' ' + Number(variable->GetThreshold());
-    if constexpr (!Scene::Counted) text += '@' + std::to_string(variable->GetItemIndex());
+    if constexpr (!Scene::Counted) {
+      if (!OnlyTerms) text += "@" + std::to_string(variable->GetItemIndex());
+    }
     for (const auto& set : Sets(variable)) {
       if (OnlyTerms && !set->GetDefined()) continue;
       text += "\n  " + test::Tell(Engine(set));
