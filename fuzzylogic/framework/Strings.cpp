@@ -115,9 +115,7 @@ class TStrings::TReplaced {
   std::vector<TLine> FLines;
 };
 
-/// Fills the list anew inside one update block.
-template <class Fill>
-void TStrings::Replace(Fill fill) {
+void TStrings::Refill(const std::function<void()>& fill) {
   TUpdateBlock block(*this);
   {
     TReplaced replaced(*this);
@@ -145,7 +143,7 @@ TString TStrings::GetText() const {
 }
 
 void TStrings::SetText(TString text) {
-  Replace([&] {
+  Refill([&] {
     const std::u16string_view all = text;
     for (std::size_t start = 0; start < all.size();) {
       const std::size_t end = std::min(all.find_first_of(u"\r\n", start), all.size());
@@ -193,7 +191,7 @@ void TStrings::Assign(TPersistent* source) {
   if (!list) return TPersistent::Assign(source);
   if (list == this) return;
   const TPin pinned(list);
-  Replace([&] { AddStrings(*list); });
+  Refill([&] { AddStrings(*list); });
 }
 
 void TStrings::DefineProperties(TFiler& filer) {

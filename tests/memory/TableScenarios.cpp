@@ -131,8 +131,8 @@ void AddTables(TScenarios& all, const std::string& group) {
       {"clear", [](auto& f) { f.Table.Clear(); }},
       {"capacity", [](auto& f) { f.Table.SetCapacity(100); }},
       {"trim", [](auto& f) { f.Table.TrimExcess(); }, TPromise::Nothing, [](auto& f) { f.Table.SetCapacity(100); }},
-      {"assign", [](auto& f) { f.Table.Assign(&f.Other); }},
-      {"assign_lines", [](auto& f) { f.Table.Assign(&f.Lines); }},
+      {"assign", [](auto& f) { f.Table.Assign(&f.Other); }, TPromise::Rebuilt},
+      {"assign_lines", [](auto& f) { f.Table.Assign(&f.Lines); }, TPromise::Rebuilt},
       {"to_lines", [](auto& f) { f.Lines.Assign(&f.Table); }},
       {"walk", [](auto& f) {
          std::string result;
