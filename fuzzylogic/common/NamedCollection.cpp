@@ -1,6 +1,7 @@
 #include "fuzzylogic/common/NamedCollection.h"
 
 #include <algorithm>
+#include <new>
 
 #include "fuzzylogic/framework/FirstException.h"
 
@@ -19,9 +20,9 @@ TGCollectionItem::~TGCollectionItem() {
   for (TGCollectionItem* watcher : *FWatchers) watcher->Unwatch(this);
 }
 
-void TGCollectionItem::Watch(TGCollectionItem* item) {
+void TGCollectionItem::MakeRoomForWatcher() {
   if (!FWatchers) FWatchers = std::make_unique<TWatchers>();
-  FWatchers->push_back(item);
+  if (FWatchers->size() == FWatchers->capacity()) FWatchers->reserve(2 * FWatchers->size() + 1);
 }
 
 void TGCollectionItem::Unwatch(TGCollectionItem* item) noexcept {
@@ -30,9 +31,11 @@ void TGCollectionItem::Unwatch(TGCollectionItem* item) noexcept {
 
 void TGCollectionItem::FreeNotification(TGCollectionItem* item) {
   if (!item || item == this || IsFreed() || item->IsFreed()) return;
+  MakeRoomForWatcher();
+  item->MakeRoomForWatcher();
   RemoveFreeNotification(item);
-  Watch(item);
-  item->Watch(this);
+  FWatchers->push_back(item);
+  item->FWatchers->push_back(this);
 }
 
 void TGCollectionItem::RemoveFreeNotification(TGCollectionItem* item) noexcept {
@@ -90,9 +93,8 @@ int TGCollection::IndexOfPreferred(const TString& name) const {
 TGCollection::TFound TGCollection::Find(const TString& name) const {
   if (!FNames) {
     if (GetCount() <= ShortList || ++FScans <= FewScans) return Scan(name);
-    auto names = std::make_unique<TNames>();
-    for (int i = 0; i < GetCount(); ++i) names->insert(NamedItemAt(i));
-    FNames = std::move(names);
+    OrderNames();
+    if (!FNames) return Scan(name);
   }
   const auto first = [&](bool preferred) {
     const TKey key{name, preferred};
@@ -102,6 +104,16 @@ TGCollection::TFound TGCollection::Find(const TString& name) const {
                : -1;
   };
   return {first(true), first(false)};
+}
+
+/// Without memory for it there is no order.
+void TGCollection::OrderNames() const noexcept {
+  try {
+    auto names = std::make_unique<TNames>();
+    for (int i = 0; i < GetCount(); ++i) names->insert(NamedItemAt(i));
+    FNames = std::move(names);
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+  }
 }
 
 TGCollection::TFound TGCollection::Scan(const TString& name) const {
@@ -120,7 +132,12 @@ TGCollection::TFound TGCollection::Scan(const TString& name) const {
 
 void TGCollection::StoreItem(TCollectionItem* item) {
   TCollection::StoreItem(item);
-  if (FNames) FNames->insert(static_cast<TGCollectionItem*>(item));
+  if (!FNames) return;
+  try {
+    FNames->insert(static_cast<TGCollectionItem*>(item));
+  } catch (const std::bad_alloc&) {
+    FNames.reset();  // look-ups make it anew
+  }
 }
 
 void TGCollection::DropItem(int index) {

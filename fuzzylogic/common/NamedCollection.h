@@ -40,7 +40,7 @@ class TGCollectionItem : public TCollectionItem {
  private:
   using TWatchers = std::vector<TGCollectionItem*>;
   std::unique_ptr<TWatchers> FWatchers;  // symmetric: each watches the other's end
-  void Watch(TGCollectionItem* item);
+  void MakeRoomForWatcher();
   void Unwatch(TGCollectionItem* item) noexcept;
 };
 
@@ -87,6 +87,7 @@ class TGCollection : public TCollection {
 
   static TKey KeyOf(const TGCollectionItem& item);
   static std::strong_ordering Compare(const TKey& left, const TKey& right);
+  void OrderNames() const noexcept;
   TFound Scan(const TString& name) const;
   TGCollectionItem* NamedItemAt(int index) const {
     return static_cast<TGCollectionItem*>(ItemAt(index));

@@ -14,14 +14,18 @@ class TSparseText {
   ~TSparseText() { Drop(); }
 
   const TString& Get() const noexcept { return FText ? *FText : Empty(); }
-  bool IsEmpty() const noexcept { return !FText; }
-  void Set(const TString& text) {
-    if (text.empty() && !FText) return;
-    const bool blank = text.size() == 1 && text[0] == u' ';
-    const TString* next = text.empty() ? nullptr : blank ? &Blank() : new TString(text);
-    Drop();
-    FText = next;
+  bool IsEmpty() const noexcept { return !FText || FText->empty(); }
+  /// Takes memory only for the first text that needs its own: any before it, or after, can be set
+  /// again without.
+  void Set(TString text) {
+    if (FText && FText != &Blank())
+      *FText = std::move(text);
+    else if (text.empty())
+      FText = nullptr;
+    else
+      FText = text.size() == 1 && text[0] == u' ' ? &Blank() : new TString(std::move(text));
   }
+  void Swap(TSparseText& other) noexcept { std::swap(FText, other.FText); }
   void Clear() noexcept {
     Drop();
     FText = nullptr;
@@ -32,15 +36,15 @@ class TSparseText {
     static const TString text;
     return text;
   }
-  static const TString& Blank() noexcept {
-    static const TString text(1, u' ');
+  static TString& Blank() noexcept {
+    static TString text(1, u' ');
     return text;
   }
   void Drop() noexcept {
     if (FText && FText != &Blank()) delete FText;
   }
 
-  const TString* FText = nullptr;
+  TString* FText = nullptr;
 };
 
 }  // namespace fzy

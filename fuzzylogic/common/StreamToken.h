@@ -65,12 +65,15 @@ class TBaseStreamTokenOf : public TInterfaced<I> {
     return number ? FormatShortest(FNumber) : this->GetText();
   }
   void Assign(const IBaseStreamToken& source) override {
+    TSparseText text, whitespace;
+    text.Set(source.GetText());
+    whitespace.Set(source.GetWhitespace());
+    this->SetTag(source.GetTag());  // which may need memory too; nothing else does from here on
+    FText.Swap(text);
+    FWhitespace.Swap(whitespace);
     FDataType = source.GetDataType();
     FLineNumber = source.GetLineNumber();
     FNumber = source.GetNumber();
-    FText.Set(source.GetText());
-    FWhitespace.Set(source.GetWhitespace());
-    this->SetTag(source.GetTag());
   }
   bool Equals(const IBaseStreamToken& other) const override {
     return FDataType == other.GetDataType() && FNumber == other.GetNumber() &&

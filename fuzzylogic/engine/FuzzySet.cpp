@@ -82,9 +82,9 @@ void TFuzzySet::SetName(const TString& value) {
   Changed(false);
 }
 
-void TFuzzySet::StoreName(const TString& value) {
+void TFuzzySet::StoreName(TString value) {
   if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
-  StoreKey(FName, value);
+  StoreKey(FName, std::move(value));
 }
 
 void TFuzzySet::SetComment(const TString& value) {
@@ -131,7 +131,7 @@ void TFuzzySet::DefineProperties(TFiler& filer) {
       "Defined", [this] { return FDefined; }, [this](bool value) { SetDefined(value); });
   filer.DefineObject("Values", *FValues);
   filer.Define(
-      "Name", [this] { return FName; }, [this](const TString& value) { StoreName(value); });
+      "Name", [this] { return FName; }, [this](TString value) { StoreName(std::move(value)); });
   filer.DefineField("Comment", FComment);
   filer.DefineField("SetType", FSetType);
   filer.DefineField("Tag", FTag);
@@ -145,7 +145,7 @@ void TFuzzySet::DefineProperties(TFiler& filer) {
   filer.DefineField("Expression", FExpression, TString());
   filer.Define(
       "Definition", [this] { return FDefinition.Get(); },
-      [this](const TString& value) { FDefinition.Set(value); }, TString());
+      [this](TString value) { FDefinition.Set(std::move(value)); }, TString());
 }
 
 TFuzzySet* TFuzzySet::DoClone() {

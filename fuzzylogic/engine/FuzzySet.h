@@ -366,7 +366,7 @@ class TFuzzySet : public TGCollectionItem {
   TFzyFloat FMax = 0;  ///< the running maximum of `FuzzyOperatorMaxOfMin`
 
  private:
-  void StoreName(const TString& value);
+  void StoreName(TString value);
   TFuzzySetCollection* Siblings() const noexcept;
   TFuzzySet* Returned() noexcept { return IsFreed() ? nullptr : this; }
   void PointsChanged();

@@ -60,7 +60,12 @@ void TComponent::FreeNotification(TComponent* component) {
   if (Is(csDestroying) || component->Is(csDestroying)) return;
   if (std::find(FWatchers.begin(), FWatchers.end(), component) != FWatchers.end()) return;
   FWatchers.push_back(component);
-  component->FWatched.push_back(this);
+  try {
+    component->FWatched.push_back(this);
+  } catch (...) {
+    FWatchers.pop_back();
+    throw;
+  }
 }
 
 bool TComponent::Unwatch(TComponent* watcher) noexcept {

@@ -53,7 +53,12 @@ TFileReplacer::TFileReplacer(const fs::path& path)
   const fs::file_status status = fs::status(FPath, error);
   // A folder or a device is not to be replaced by a file.
   if (fs::exists(status) && !fs::is_regular_file(status)) Fail();
-  FFile.open(FPart, std::ios::binary);
+  try {
+    FFile.open(FPart, std::ios::binary);
+  } catch (...) {  // the file is there, but no memory for its buffer
+    fs::remove(FPart, error);
+    throw;
+  }
   FIsOpen = FFile.is_open();
   if (!FIsOpen) Fail();
   if (fs::exists(status)) fs::permissions(FPart, status.permissions(), error);

@@ -9,17 +9,22 @@
 namespace fzy {
 
 TInterfaceList::~TInterfaceList() {
-  // The items of lists that go with this one are moved here first and freed in a loop.
-  std::vector<Ref<IInterface>> doomed = std::move(FItems);
-  while (!doomed.empty()) {
-    const Ref<IInterface> item = std::move(doomed.back());
-    doomed.pop_back();
-    const IInterface* object = item.Get();
-    if (!object || typeid(*object) != typeid(TInterfaceList)) continue;  // as nearly all are
-    auto* list = dynamic_cast<TInterfaceList*>(item.Get());
-    if (!list->IsLastReference()) continue;
-    for (Ref<IInterface>& nested : list->FItems) doomed.push_back(std::move(nested));
-    list->FItems.clear();
+  // Lists that go with this one are freed in a loop. They are chained by a field of theirs, because
+  // there may be no memory for them now.
+  std::vector<Ref<IInterface>> items = std::move(FItems);
+  Ref<TInterfaceList> doomed;
+  for (;;) {
+    for (; !items.empty(); items.pop_back()) {
+      IInterface* object = items.back().Get();
+      if (!object || typeid(*object) != typeid(TInterfaceList)) continue;  // as nearly all are
+      auto* list = dynamic_cast<TInterfaceList*>(object);
+      if (!list->IsLastReference()) continue;
+      list->FNext = std::move(doomed);
+      doomed = list;
+    }
+    if (!doomed) return;
+    items = std::move(doomed->FItems);
+    doomed = std::move(doomed->FNext);
   }
 }
 

@@ -37,6 +37,7 @@ class TInterfaceList final : public TInterfaced<IInterfaceList> {
   TInterfaceList() = default;
 
   std::vector<Ref<IInterface>> FItems;
+  Ref<TInterfaceList> FNext;  // of lists that go
 };
 
 }  // namespace fzy

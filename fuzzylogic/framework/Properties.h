@@ -94,9 +94,9 @@ struct TProperty {
   TKind Kind;
   /// Of all kinds but the last two. `Set` takes, clamps and refuses a value like the public setter,
   /// but it only stores: it tells nobody, makes nothing anew, and changes no other property unless
-  /// the two contradict each other.
+  /// the two contradict each other. A value that `Get` gave is set again without memory.
   std::function<TPropertyValue()> Get;
-  std::function<void(const TPropertyValue&)> Set;
+  std::function<void(TPropertyValue)> Set;
   /// A property equal to its default is not stored; one without a default always is.
   std::optional<TPropertyValue> Default = {};
   /// Of a choice: the names of its values, in order.
@@ -148,7 +148,7 @@ class TFiler {
   template <class Value, class... Default>
   TProperty& DefineField(const char* name, Value& field, Default... byDefault) {
     return Define(
-        name, [&field] { return field; }, [&field](const Value& value) { field = value; },
+        name, [&field] { return field; }, [&field](Value value) { field = std::move(value); },
         Value(byDefault)...);
   }
   /// A link to a component, which is stored by its name; the setter sees to free notification.
@@ -178,7 +178,7 @@ class TFiler {
   template <class Value>
   static TPropertyValue Pack(const Value& value);
   template <class Value>
-  static Value Unpack(const TPropertyValue& value);
+  static Value Unpack(TPropertyValue value);
   TProperty& Add(TProperty property);
   static std::int64_t RequireChoice(std::int64_t value, std::size_t count);
   static std::int64_t RequireRange(std::int64_t value, std::int64_t least, std::int64_t most);
@@ -240,7 +240,7 @@ TPropertyValue TFiler::Pack(const Value& value) {
 }
 
 template <class Value>
-Value TFiler::Unpack(const TPropertyValue& value) {
+Value TFiler::Unpack(TPropertyValue value) {
   if constexpr (KindOf<Value>() == TProperty::TKind::Choice) {
     const std::int64_t choice = std::get<std::int64_t>(value);
     return static_cast<Value>(RequireChoice(choice, ValueNames(Value{}).size()));
@@ -249,15 +249,16 @@ Value TFiler::Unpack(const TPropertyValue& value) {
     return static_cast<Value>(
         RequireRange(std::get<std::int64_t>(value), TLimits::min(), TLimits::max()));
   } else {
-    return std::get<Value>(value);
+    return std::get<Value>(std::move(value));
   }
 }
 
 template <class Get, class Set>
 TProperty& TFiler::Define(const char* name, Get get, Set set) {
   using TValue = std::remove_cvref_t<std::invoke_result_t<Get>>;
-  TProperty& property = Add({name, KindOf<TValue>(), [get] { return Pack<TValue>(get()); },
-                             [set](const TPropertyValue& value) { set(Unpack<TValue>(value)); }});
+  TProperty& property =
+      Add({name, KindOf<TValue>(), [get] { return Pack<TValue>(get()); },
+           [set](TPropertyValue value) { set(Unpack<TValue>(std::move(value))); }});
   if constexpr (std::is_enum_v<TValue>) property.Names = ValueNames(TValue{});
   return property;
 }
@@ -273,7 +274,7 @@ template <class Get, class Set>
 TProperty& TFiler::DefineLink(const char* name, Get get, Set set) {
   using TTarget = std::invoke_result_t<Get>;
   return Add({name, TProperty::TKind::Link, [get]() -> TPropertyValue { return get(); },
-              [set](const TPropertyValue& value) {
+              [set](TPropertyValue value) {
                 auto* component = std::get<TComponent*>(value);
                 auto* target = dynamic_cast<TTarget>(component);
                 if (component && !target) RefuseLink(*component);

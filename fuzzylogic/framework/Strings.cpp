@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
@@ -50,12 +51,21 @@ void TStrings::AddStrings(const TStrings& source) {
   TUpdateBlock block(*this);
   const bool data = TakesDataOf(source), objects = !GetOwnsObjects() || !source.GetOwnsObjects();
   const int count = source.GetCount();  // it may be this list, or change while it is copied
-  Reserve(std::int64_t{GetCount()} + count);
-  for (int i = 0; i < count && i < source.GetCount(); ++i) {
-    TLine line = source.Line(i);
-    if (!data) line.Data = nullptr;
-    if (!objects) line.Object = nullptr;
-    AddLine(std::move(line));
+  std::vector<int> added;               // the index of each at the time
+  added.reserve(static_cast<std::size_t>(count));
+  try {
+    Reserve(std::int64_t{GetCount()} + count);
+    for (int i = 0; i < count && i < source.GetCount(); ++i) {
+      TLine line = source.Line(i);
+      if (!data) line.Data = nullptr;
+      if (!objects) line.Object = nullptr;
+      const int before = GetCount();
+      const int index = AddLine(std::move(line));
+      if (GetCount() > before) added.push_back(index);
+    }
+  } catch (const std::bad_alloc&) {
+    for (; !added.empty(); added.pop_back()) FLines.erase(FLines.begin() + added.back());
+    throw;
   }
   block.Close();
 }
@@ -71,7 +81,54 @@ void TStrings::Delete(int index) {
   FLines.erase(FLines.begin() + index);
 }
 
-void TStrings::Clear() { const std::vector<TLine> taken = std::exchange(FLines, {}); }
+void TStrings::Clear() {
+  std::vector<TLine> taken = std::exchange(FLines, {});
+  if (FReplaced) return FReplaced->swap(taken);
+  if (!GetOwnsObjects()) return;
+  for (const TLine& line : taken) delete line.Object;
+}
+
+/// The lines that a list had before it is filled anew. They stand aside until the new ones are
+/// there, because those may not find the memory that they need.
+class TStrings::TReplaced {
+ public:
+  explicit TReplaced(TStrings& list) noexcept : FList(list) {}
+  TReplaced(const TReplaced&) = delete;
+  TReplaced& operator=(const TReplaced&) = delete;
+  ~TReplaced() {
+    FList.FReplaced = nullptr;
+    if (!FList.GetOwnsObjects()) return;
+    for (const TLine& line : FLines) delete line.Object;
+  }
+  void Take() {
+    FList.FReplaced = &FLines;
+    FList.Clear();
+    FList.FReplaced = nullptr;
+  }
+  void GiveBack() noexcept {
+    FList.FLines.swap(FLines);
+    FLines.clear();  // the objects of the new lines are not the list's
+  }
+
+ private:
+  TStrings& FList;
+  std::vector<TLine> FLines;
+};
+
+void TStrings::Refill(const std::function<void()>& fill) {
+  TUpdateBlock block(*this);
+  {
+    TReplaced replaced(*this);
+    replaced.Take();
+    try {
+      fill();
+    } catch (const std::bad_alloc&) {
+      replaced.GiveBack();
+      throw;
+    }
+  }
+  block.Close();
+}
 
 TString TStrings::GetText() const {
   std::size_t length = 0;
@@ -86,17 +143,16 @@ TString TStrings::GetText() const {
 }
 
 void TStrings::SetText(TString text) {
-  TUpdateBlock block(*this);
-  Clear();
-  const std::u16string_view all = text;
-  for (std::size_t start = 0; start < all.size();) {
-    const std::size_t end = std::min(all.find_first_of(u"\r\n", start), all.size());
-    const bool pair = all.substr(end, 2) == u"\r\n";
-    const char16_t* sign = pair ? u"\r\n" : all.substr(end, 1) == u"\r" ? u"\r" : u"\n";
-    AddLine({all.substr(start, end - start), nullptr, sign});
-    start = end + (pair ? 2 : 1);
-  }
-  block.Close();
+  Refill([&] {
+    const std::u16string_view all = text;
+    for (std::size_t start = 0; start < all.size();) {
+      const std::size_t end = std::min(all.find_first_of(u"\r\n", start), all.size());
+      const bool pair = all.substr(end, 2) == u"\r\n";
+      const char16_t* sign = pair ? u"\r\n" : all.substr(end, 1) == u"\r" ? u"\r" : u"\n";
+      AddLine({all.substr(start, end - start), nullptr, sign});
+      start = end + (pair ? 2 : 1);
+    }
+  });
 }
 
 int TStrings::IndexOf(const TString& text) const {
@@ -135,10 +191,7 @@ void TStrings::Assign(TPersistent* source) {
   if (!list) return TPersistent::Assign(source);
   if (list == this) return;
   const TPin pinned(list);
-  TUpdateBlock block(*this);
-  Clear();
-  AddStrings(*list);
-  block.Close();
+  Refill([&] { AddStrings(*list); });
 }
 
 void TStrings::DefineProperties(TFiler& filer) {

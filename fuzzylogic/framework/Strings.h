@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "fuzzylogic/framework/Interface.h"
@@ -39,6 +40,9 @@ class TStrings : public TPersistent {
   virtual void Exchange(int left, int right) { std::swap(Line(left), Line(right)); }
   virtual void Delete(int index);
   virtual void Clear();
+  /// `Clear` and what `fill` adds, inside one update block. When memory fails the lines before are
+  /// back.
+  void Refill(const std::function<void()>& fill);
 
   /// All lines, each closed by a line feed; setting splits at CR LF, CR or LF. A line keeps the end
   /// that it had there, so that a text that was set comes back as it was, with a line feed behind a
@@ -62,7 +66,8 @@ class TStrings : public TPersistent {
   virtual bool GetOwnsObjects() const noexcept { return false; }
 
   /// From another string list: `Clear` and `AddStrings` inside one update block. Other sources are
-  /// asked to fill this list.
+  /// asked to fill this list. As with `Refill` and `SetText`, the lines before are back
+  /// when memory fails; `AddStrings` takes its own away again.
   void Assign(TPersistent* source) override;
   /// Its entries are the lines; the objects that they name are not stored.
   void DefineProperties(TFiler& filer) override;
@@ -104,8 +109,10 @@ class TStrings : public TPersistent {
 
  private:
   class TStagedLines;
+  class TReplaced;
 
   int FUpdateCount = 0;
+  std::vector<TLine>* FReplaced = nullptr;  // takes the lines that are about to be replaced
 };
 
 }  // namespace fzy

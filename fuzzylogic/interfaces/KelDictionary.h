@@ -137,16 +137,16 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   }
 
   /// The keys, and the values, as sequences of their own that stay with the table.
-  const TKelEnumerable<TKey>& GetKeys() const { return View(FKeyCollection); }
-  const TKelEnumerable<TValue>& GetValues() const { return View(FValueCollection); }
+  const TKelEnumerable<TKey>& GetKeys() const { return FKeyCollection; }
+  const TKelEnumerable<TValue>& GetValues() const { return FValueCollection; }
 
   const TKeyNotifyEvent& GetOnKeyNotify() const noexcept { return FOnKeyNotify; }
   void SetOnKeyNotify(TKeyNotifyEvent value) { FOnKeyNotify = std::move(value); }
   const TValueNotifyEvent& GetOnValueNotify() const noexcept { return FOnValueNotify; }
   void SetOnValueNotify(TValueNotifyEvent value) { FOnValueNotify = std::move(value); }
 
-  /// From a table of the same types: `Clear`, then `Add` of each entry in the source's order. Other
-  /// sources are refused.
+  /// From a table of the same types: `Clear`, then `Add` of each entry in the source's order; an
+  /// entry for which there is no memory is left out. Other sources are refused.
   void Assign(TPersistent* source) override {
     const auto* table = dynamic_cast<const TKelDictionary*>(source);
     if (!table) return TPersistent::Assign(source);
@@ -172,17 +172,17 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
 
   /// Fills a free slot.
   virtual void DoAdd(std::int32_t hashCode, int index, const TKey& key, const TValue& value) {
-    TSlot& slot = FItems[Index(index)];
-    slot.Key = key;
-    slot.Value = value;
-    slot.HashCode = hashCode;
+    const TEntry added{key, value};
+    TSlot stored{hashCode, key, value};
+    FItems[Index(index)] = std::move(stored);
     SetCount(GetCount() + 1);
-    Tell(TKey(key), TValue(value), knAdded);
+    Tell(added.Key, added.Value, knAdded);
   }
   virtual void DoSetValue(int index, const TValue& value) {
     const TPin self(this);
     const TValue added = value;
-    const TValue removed = std::exchange(FItems[Index(index)].Value, added);
+    TValue stored = value;
+    const TValue removed = std::exchange(FItems[Index(index)].Value, std::move(stored));
     TFirstException first;
     first.Run([&] { ValueNotify(removed, knRemoved); });
     first.Run([&] { ValueNotify(added, knAdded); });
@@ -271,12 +271,6 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
     static const TComparer comparer = std::make_shared<const TKeyComparer<TKey>>();
     return comparer;
   }
-  template <class Collection>
-  const Collection& View(std::unique_ptr<Collection>& view) const {
-    if (!view) view = std::make_unique<Collection>(this);
-    return *view;
-  }
-
   void SetCount(int value) noexcept { FCount.store(value, std::memory_order_relaxed); }
   std::size_t Mask() const noexcept { return FItems.size() - 1; }
   /// Never negative, so that no key is taken for an empty slot.
@@ -384,8 +378,8 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   std::vector<TSlot> FItems;
   TKeyNotifyEvent FOnKeyNotify;
   TValueNotifyEvent FOnValueNotify;
-  mutable std::unique_ptr<TKeyView> FKeyCollection;
-  mutable std::unique_ptr<TValueView> FValueCollection;
+  const TKeyView FKeyCollection{this};
+  const TValueView FValueCollection{this};
   THashSeed FSeed{};
   mutable bool FIsAttacked = false;
 };

@@ -24,8 +24,8 @@ class TKelStringHashTable : public TKelHashTable<TString, Ref<I>> {
   TString ClassName() const override { return "TKelStringHashTable"; }
 
   /// From a string list: its texts as keys, with no values, inside one update block. A text that
-  /// repeats raises the error of `Add`; then the texts before it are here. From a table as its
-  /// base.
+  /// repeats raises the error of `Add`; then the texts before it are here, as they are when memory
+  /// fails. From a table as its base.
   void Assign(TPersistent* source) override {
     const auto* list = dynamic_cast<const TStrings*>(source);
     if (!list) return TTable::Assign(source);
@@ -40,10 +40,9 @@ class TKelStringHashTable : public TKelHashTable<TString, Ref<I>> {
   void AssignTo(TPersistent* dest) override {
     const TPin self(this);
     if (auto* list = dynamic_cast<TStrings*>(dest)) {
-      TUpdateBlock block(*list);
-      list->Clear();
-      for (const TString& key : TTable::GetKeys()) list->Add(key);
-      return block.Close();
+      return list->Refill([&] {
+        for (const TString& key : TTable::GetKeys()) list->Add(key);
+      });
     }
     TStrings keys;
     AssignTo(&keys);

@@ -64,7 +64,7 @@ class TStringList : public TStrings {
   /// Lets all entries go and tells nobody.
   ~TStringList() override {
     FOnChanging = FOnChange = nullptr;
-    while (GetCount() > 0) ReleaseLines();
+    while (GetCount() > 0) TStrings::Clear();
   }
   using TPersistent::Free;
   TString ClassName() const override { return "TStringList"; }
@@ -97,7 +97,7 @@ class TStringList : public TStrings {
     });
   }
   void Clear() override {
-    if (GetCount() > 0) Change(false, 0, 1, [this] { ReleaseLines(); });
+    if (GetCount() > 0) Change(false, 0, 1, [this] { TStrings::Clear(); });
   }
 
   /// The interface of an entry, or none.
@@ -244,11 +244,6 @@ class TStringList : public TStrings {
     if (!FSorted || !Find(text, index) || FDuplicates == dupAccept) return true;
     if (FDuplicates == dupError) throw EStringListError(SDuplicateString);
     return false;
-  }
-  void ReleaseLines() {
-    const std::vector<TLine> taken = std::exchange(FLines, {});
-    if (!FOwnsObjects) return;
-    for (const TLine& line : taken) delete line.Object;
   }
   static TCompare ByText(bool caseSensitive) {
     return [caseSensitive](const TStringList& list, int left, int right) {

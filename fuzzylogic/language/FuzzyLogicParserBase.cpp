@@ -119,9 +119,9 @@ void TCustomFuzzyLogicParser::Leave() {
 void TCustomFuzzyLogicParser::SetFuzzyLogic(TCustomFuzzyLogic* value) {
   if (Is(csDestroying)) value = nullptr;  // nobody would tell of the component's end any more
   if (value == FFuzzyLogic) return;
+  if (value) value->FreeNotification(this);  // first, as it may find no memory
   if (FFuzzyLogic) FFuzzyLogic->RemoveFreeNotification(this);
   FFuzzyLogic = value;
-  if (FFuzzyLogic) FFuzzyLogic->FreeNotification(this);
 }
 
 void TCustomFuzzyLogicParser::Notification(TComponent* component, TOperation operation) {

@@ -100,10 +100,11 @@ Ref<IBaseStreamToken> TFuzzyStreamToken::Clone() const {
 }
 
 void TFuzzyStreamToken::Assign(const IBaseStreamToken& source) {
+  const auto* token = dynamic_cast<const TFuzzyStreamToken*>(&source);
+  std::unique_ptr<TPayload> payload;
+  if (token && token->FPayload) payload = std::make_unique<TPayload>(*token->FPayload);
   TBaseStreamTokenOf::Assign(source);
-  if (const auto* token = dynamic_cast<const TFuzzyStreamToken*>(&source)) {
-    FPayload = token->FPayload ? std::make_unique<TPayload>(*token->FPayload) : nullptr;
-  }
+  if (token) FPayload = std::move(payload);
 }
 
 bool TFuzzyStreamToken::Equals(const IBaseStreamToken& other) const {
@@ -182,24 +183,37 @@ void TFuzzyStreamToken::SetFuzzySet(TFuzzySet* value) {
 // TFuzzyStreamTokenList
 
 TFuzzyStreamTokenList::~TFuzzyStreamTokenList() {
-  // A nested list would free its own content in turn, one stack frame a level. So the tokens of
-  // lists that go with this one are moved here first and freed in a loop.
-  std::vector<Ref<IFuzzyStreamToken>> doomed = std::move(FTokens.Items());
-  while (!doomed.empty()) {
-    const Ref<IFuzzyStreamToken> token = std::move(doomed.back());
-    doomed.pop_back();
-    const int kind = token->GetDataType();
-    if (kind != KindOf(fstList) && kind != KindOf(fstInterface)) continue;
-    auto* last = dynamic_cast<TFuzzyStreamToken*>(token.Get());
-    if (!last || !last->IsLastReference()) continue;
-    const Ref<IInterface> held = last->GetIntfValue();
-    auto* list = dynamic_cast<TFuzzyStreamTokenList*>(held.Get());
-    if (!list) continue;
-    last->Payload().Intf = nullptr;
-    if (!list->IsLastReference()) continue;
-    for (auto& item : list->FTokens.Items()) doomed.push_back(std::move(item));
-    list->FTokens.Clear();
+  // A nested list would free its own content in turn, one stack frame a level. So lists that go
+  // with this one are taken out of their tokens and freed in a loop; they are chained by a field of
+  // theirs, because there may be no memory for them now.
+  std::vector<Ref<IFuzzyStreamToken>> tokens = std::move(FTokens.Items());
+  Ref<TFuzzyStreamTokenList> doomed;
+  for (;;) {
+    for (; !tokens.empty(); tokens.pop_back()) {
+      Ref<TFuzzyStreamTokenList> list = TakeLastList(*tokens.back());
+      if (!list) continue;
+      list->FNext = std::move(doomed);
+      doomed = std::move(list);
+    }
+    if (!doomed) return;
+    tokens = std::move(doomed->FTokens.Items());
+    doomed = std::move(doomed->FNext);
   }
+}
+
+/// The list of a token that nobody else holds, when nobody but the token holds it either; else
+/// nothing.
+Ref<TFuzzyStreamTokenList> TFuzzyStreamTokenList::TakeLastList(IFuzzyStreamToken& token) noexcept {
+  const int kind = token.GetDataType();
+  if (kind != KindOf(fstList) && kind != KindOf(fstInterface)) return nullptr;
+  auto* last = dynamic_cast<TFuzzyStreamToken*>(&token);
+  if (!last || !last->IsLastReference() || !last->FPayload) return nullptr;
+  Ref<IInterface>& held = last->FPayload->Intf;
+  auto* list = dynamic_cast<TFuzzyStreamTokenList*>(held.Get());
+  if (!list || !list->IsLastReference()) return nullptr;
+  Ref<TFuzzyStreamTokenList> taken(list);
+  held = nullptr;
+  return taken;
 }
 
 void TFuzzyStreamTokenList::PutBaseStreamToken(int index, const Ref<IBaseStreamToken>& value) {

@@ -157,8 +157,11 @@ class TFuzzyStreamTokenList final : public TInterfaced<IFuzzyStreamTokenList> {
  private:
   TFuzzyStreamTokenList() = default;
 
+  static Ref<TFuzzyStreamTokenList> TakeLastList(IFuzzyStreamToken& token) noexcept;
+
   TTokenArray<IFuzzyStreamToken> FTokens;
   std::intptr_t FTag = 0;
+  Ref<TFuzzyStreamTokenList> FNext;  // of lists that go
 };
 
 }  // namespace fzy

@@ -1,5 +1,6 @@
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
 
+#include <new>
 #include <vector>
 
 #include "fuzzylogic/framework/Properties.h"
@@ -48,7 +49,8 @@ class TNewVariable {
   TFuzzyVariable* Get() const noexcept { return FVariable; }
 
   /// Puts the variable back and closes the block; both are done even when a handler throws. Where
-  /// the component has gone there is nothing to go back to, and the variable goes too.
+  /// the component has gone there is nothing to go back to, and the variable goes too, as it does
+  /// when the collection finds no memory for it.
   void Close() {
     TFirstException first;
     if (std::exchange(FDetached, false) && !FVariable->IsFreed() && !FVariable->GetCollection()) {
@@ -56,7 +58,7 @@ class TNewVariable {
         if (FFuzzy.IsFreed())
           FVariable->Free();
         else
-          FVariable->SetCollection(FItems);
+          Return();
       });
     }
     first.Run([this] { FBlock.Close(); });
@@ -69,6 +71,15 @@ class TNewVariable {
   }
 
  private:
+  void Return() {
+    try {
+      FVariable->SetCollection(FItems);
+    } catch (const std::bad_alloc&) {
+      if (!FVariable->GetCollection()) FVariable->Free();
+      throw;
+    }
+  }
+
   TFuzzyLogic& FFuzzy;
   TPin FFuzzyPin;
   TFuzzyVariables* FItems;

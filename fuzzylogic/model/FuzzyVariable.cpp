@@ -148,7 +148,8 @@ void TFuzzyVariable::DefineProperties(TFiler& filer) {
       "Minimum", [this] { return FMinimum; }, [this](TFzyFloat value) { StoreMinimum(value); });
   filer.DefineObject("Items", *FItems);
   filer.Define(
-      "Name", [this] { return FName; }, [this](const TString& value) { StoreKey(FName, value); });
+      "Name", [this] { return FName; },
+      [this](TString value) { StoreKey(FName, std::move(value)); });
   filer.DefineField("Units", FUnits);
   filer.DefineField("Comment", FComment);
   filer.Define(

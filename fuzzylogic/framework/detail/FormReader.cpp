@@ -158,9 +158,9 @@ void TFormReader::Complete(TBody& body) {
       Fail(SFormMissing);
     FPath.pop_back();
   }
-  for (const TBody::TLate& late : body.Late) {
+  for (TBody::TLate& late : body.Late) {
     FPath.push_back({late.Property->Name});
-    Guard(late.Line, nullptr, [&] { late.Property->Set(late.Value); });
+    Guard(late.Line, nullptr, [&] { late.Property->Set(std::move(late.Value)); });
     FPath.pop_back();
   }
 }
@@ -278,7 +278,7 @@ void TFormReader::ReadProperty(TBody& body, const TProperty& property, std::stri
   if (property.IsLate)
     body.Late.push_back({&property, std::move(value), line});
   else
-    Guard(line, nullptr, [&] { property.Set(value); });
+    Guard(line, nullptr, [&] { property.Set(std::move(value)); });
 }
 
 /// Any value in a line, or a text.

@@ -42,14 +42,16 @@ void TLoadTransaction::Keep() {
   first.Rethrow();
 }
 
-void TLoadTransaction::SetAgain(const TValues& values, bool late) noexcept {
-  for (const TValue& value : values) {
+/// Each value moves back: this needs no memory.
+void TLoadTransaction::SetAgain(TValues& values, bool late) noexcept {
+  for (TValue& value : values) {
     if (value.IsLate != late) continue;
     try {
       // A handler may have freed what a link led to.
       const auto* link = std::get_if<TComponent*>(&value.Value);
       const bool hasGone = link && *link && (*link)->IsFreed();
-      value.Set(hasGone ? TPropertyValue(static_cast<TComponent*>(nullptr)) : value.Value);
+      if (hasGone) value.Value = static_cast<TComponent*>(nullptr);
+      value.Set(std::move(value.Value));
     } catch (...) {  // NOLINT(bugprone-empty-catch): of a setter that refuses what it had
     }
   }

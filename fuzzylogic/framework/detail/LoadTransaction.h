@@ -35,13 +35,13 @@ class TLoadTransaction {
 
  private:
   struct TValue {
-    std::function<void(const TPropertyValue&)> Set;
+    std::function<void(TPropertyValue)> Set;
     TPropertyValue Value;
     bool IsLate;
   };
   using TValues = std::vector<TValue>;  // of one object
   void TakeBack() noexcept;
-  static void SetAgain(const TValues& values, bool late) noexcept;
+  static void SetAgain(TValues& values, bool late) noexcept;
 
   std::vector<TPin> FPins;
   std::vector<TComponent*> FLoading;
