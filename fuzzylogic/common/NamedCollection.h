@@ -35,7 +35,12 @@ class TGCollectionItem : public TCollectionItem {
   /// Stores `value` in `field`, on which `GetItemName` or `IsPreferred` rests, so that the
   /// collection finds the item as it is now. Nobody is told.
   template <class Value>
-  void StoreKey(Value& field, Value value);
+  void StoreKey(Value& field, Value value) {
+    ChangeKey([&] { field = std::move(value); });
+  }
+  /// The same by `change()`, which must not throw unless there is nothing to undo.
+  template <class Change>
+  void ChangeKey(Change change);
 
  private:
   using TWatchers = std::vector<TGCollectionItem*>;
@@ -97,15 +102,17 @@ class TGCollection : public TCollection {
   mutable int FScans = 0;
 };
 
-template <class Value>
-void TGCollectionItem::StoreKey(Value& field, Value value) {
+template <class Change>
+void TGCollectionItem::ChangeKey(Change change) {
   auto* list = static_cast<TGCollection*>(GetCollection());
-  if (!list || !list->FNames) {
-    field = std::move(value);
-    return;
-  }
+  if (!list || !list->FNames) return change();
   auto entry = list->FNames->extract(this);
-  field = std::move(value);
+  try {
+    change();
+  } catch (...) {
+    list->FNames->insert(std::move(entry));
+    throw;
+  }
   list->FNames->insert(std::move(entry));
 }
 

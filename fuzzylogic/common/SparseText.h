@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "fuzzylogic/framework/Text.h"
 
 namespace fzy {
@@ -24,6 +26,24 @@ class TSparseText {
       FText = nullptr;
     else
       FText = text.size() == 1 && text[0] == u' ' ? &Blank() : new TString(std::move(text));
+  }
+  /// Takes the memory for a text of that many characters.
+  void Reserve(std::size_t count) {
+    if (count <= 1 && (!FText || FText == &Blank())) return;
+    if (!FText || FText == &Blank()) {
+      auto text = std::make_unique<TString>(Get());
+      text->Reserve(count);
+      FText = text.release();
+    } else {
+      FText->Reserve(count);
+    }
+  }
+  /// The same as `Set`, without memory where there is room.
+  void Assign(const TString& text) {
+    if (FText && FText != &Blank())
+      *FText = text;
+    else
+      Set(text);
   }
   void Swap(TSparseText& other) noexcept { std::swap(FText, other.FText); }
   void Clear() noexcept {

@@ -28,9 +28,22 @@ TFuzzySetClass TFuzzySet::Class() {
 }
 
 TFuzzySet* TFuzzySet::Create(TFuzzySetCollection* collection, TFuzzySetClass setClass) {
+  return Create(collection, setClass, 0);
+}
+
+/// @param room  characters that the name will take, so that naming the set takes no memory
+TFuzzySet* TFuzzySet::Create(TFuzzySetCollection* collection, TFuzzySetClass setClass,
+                             std::size_t room) {
   TFuzzySet* set = setClass->New();
   const TPin pinned(set);
-  set->Build(collection);
+  try {
+    set->FName.Reserve(room);
+    set->Build(collection);
+  } catch (...) {
+    // One that has joined stays: it was a handler that threw.
+    if (!set->Siblings()) set->Free();
+    throw;
+  }
   return set->Returned();
 }
 
@@ -78,7 +91,13 @@ TString TFuzzySet::GetDisplayName() const {
 
 void TFuzzySet::SetName(const TString& value) {
   if (value == FName) return;
-  StoreName(value);
+  if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
+  ChangeKey([&] {
+    if (&value == FGivenName)
+      FName = std::move(*FGivenName);
+    else
+      FName = value;
+  });
   Changed(false);
 }
 
@@ -113,14 +132,24 @@ void TFuzzySet::Assign(TPersistent* source) {
   DoAssign(set);
 }
 
+/// Takes the memory for the content of another set, so that assigning it needs none.
+/// @throws EFzyException when the list of points refuses one
+void TFuzzySet::PrepareFor(const TFuzzySet& source) {
+  FName.Reserve(source.FName.size());
+  FExpression.Reserve(source.FExpression.size());
+  FDefinition.Reserve(source.FDefinition.Get().size());
+  FValues->PrepareFor(source.FValues->Points());
+}
+
 void TFuzzySet::DoAssign(TFuzzySet* source) {
-  StoreKey(FName, source->FName);
+  PrepareFor(*source);
+  ChangeKey([&] { FName = source->FName; });
   TFirstException first;
   first.Run([&] { SetValues(source->FValues); });
   FSetType = source->FSetType;
   FInflectionPoint = source->FInflectionPoint;
   FExpression = source->FExpression;
-  FDefinition.Set(source->FDefinition.Get());
+  FDefinition.Assign(source->FDefinition.Get());
   first.Run([this] { Changed(false); });
   first.Rethrow();
 }

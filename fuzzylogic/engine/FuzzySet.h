@@ -43,7 +43,8 @@ using TFuzzyOperator = std::function<bool(TFuzzySetValues& result, TFzyFloat x1,
 /// points are finite: a number argument that is not a number, and any result that would leave the
 /// finite numbers, is refused with an EFzyException (`SFzyNotANumber`, `SFzyNotFinite`) before the
 /// set changes. An infinite X is clamped into the range like any other that lies outside; degrees
-/// below 0 become 0.
+/// below 0 become 0. Likewise an operation for which there is no memory raises std::bad_alloc
+/// before the set changes.
 ///
 /// A set without a variable ranges from -2147483647 to 2147483647, with threshold 0, 7 points for
 /// generated shapes and the first value of each method. One thread at a time; even a set that is
@@ -366,6 +367,10 @@ class TFuzzySet : public TGCollectionItem {
   TFzyFloat FMax = 0;  ///< the running maximum of `FuzzyOperatorMaxOfMin`
 
  private:
+  friend class TFuzzySets;
+  static TFuzzySet* Create(TFuzzySetCollection* collection, TFuzzySetClass setClass,
+                           std::size_t room);
+  void PrepareFor(const TFuzzySet& source);
   void StoreName(TString value);
   TFuzzySetCollection* Siblings() const noexcept;
   TFuzzySet* Returned() noexcept { return IsFreed() ? nullptr : this; }
@@ -377,12 +382,18 @@ class TFuzzySet : public TGCollectionItem {
   template <class Fill>
   TFuzzySet* Combine(TFuzzySet* other, const TString& keyword, Fill fill);
   TFuzzySet* CombineBy(TFuzzySet* other, const detail::TCombination& combination);
+  class TModification;
+  template <class Make>
+  class TNextExpression;
+  template <class Expression>
+  void GiveName(TString& name, Expression& expression);
   void ComplementBeyond(bool above);
   bool ApplySlightly();
 
   TFuzzySurroundings* FSurroundings = nullptr;
   TFuzzySetValues* FValues = nullptr;
   TString FName;
+  TString* FGivenName = nullptr;  // that an operation has made for the set, and need not be copied
   TString FComment;
   TString FExpression;
   TSparseText FDefinition;

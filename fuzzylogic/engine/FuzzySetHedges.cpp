@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySet.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
+#include "fuzzylogic/engine/detail/Resampler.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
@@ -72,6 +74,19 @@ TFzyFloat Contrasted(TFzyFloat y, TFzyFloat x) {
   return lowered > 1 ? 1 : lowered;
 }
 
+/// The degree that a degree becomes where the greatest becomes 1.
+auto NormalizedBy(TFzyFloat greatest) {
+  return [factor = 1 / greatest](TFzyFloat y) { return y * factor; };
+}
+
+/// @throws EFzyException when a degree of the normalized curve would leave the numbers
+void CheckNormalized(TFuzzyCurve curve) {
+  const TFzyFloat greatest = GreatestY(curve);
+  if (greatest == 0) return;
+  for (const TFuzzyPoint& point : curve)
+    detail::CheckDegree(NormalizedBy(greatest)(point.Y), "normalize");
+}
+
 /// The peak of a curve scanned from one end: the first point of exactly 1, else the last of those
 /// that attain the maximum.
 template <class Iterator>
@@ -89,9 +104,46 @@ Iterator FindPeak(Iterator first, Iterator last) {
 
 }  // namespace
 
+/// The expression of a set after an operation, made before it by `make(expression)`: the change of
+/// the points clears the expression that was there, unless an update block on them is held open.
+template <class Make>
+class TFuzzySet::TNextExpression {
+ public:
+  TNextExpression(const TFuzzySet& set, bool isHeld, Make make)
+      : FMake(std::move(make)),
+        FBefore(isHeld || set.FValues->IsUpdating() ? set.FExpression : TString()),
+        FNext(FMake(FBefore)) {}
+  /// Made anew where a handler has given the set another one meanwhile.
+  TString Take(const TString& present) {
+    return present == FBefore ? std::move(FNext) : FMake(present);
+  }
+
+ private:
+  Make FMake;
+  TString FBefore;
+  TString FNext;
+};
+
+/// Names the set and gives it its expression after a change.
+template <class Expression>
+void TFuzzySet::GiveName(TString& name, Expression& expression) {
+  TFirstException first;
+  first.Run([&] {
+    FGivenName = &name;
+    SetName(name);
+  });
+  FGivenName = nullptr;
+  FExpression = expression.Take(FExpression);
+  first.Rethrow();
+}
+
 TFuzzySet* TFuzzySet::DoHedge(TFuzzyHedge hedgeType) {
   const TPin self(this);
-  const TString newName = CreateFuzzyName(hedgeType, FName);
+  TString newName = CreateFuzzyName(hedgeType, FName);
+  TNextExpression expression(
+      *this, false, [&, plain = FormatFuzzyExpression(newName)](const TString& s) {
+        return s.empty() ? plain : CreateFuzzyName(hedgeType, FormatFuzzyExpression(s));
+      });
   const TFzyFloat modifier = HedgeModifiers[Ordinal(hedgeType)];
   switch (Transformations[Ordinal(hedgeType)]) {
     case Complement: {
@@ -120,52 +172,93 @@ TFuzzySet* TFuzzySet::DoHedge(TFuzzyHedge hedgeType) {
       FuzzyContrast(HedgePoints, modifier);
       break;
   }
-  TFirstException first;
-  first.Run([&] { SetName(newName); });
-  FExpression = FExpression.empty()
-                    ? FormatFuzzyExpression(FName)
-                    : CreateFuzzyName(hedgeType, FormatFuzzyExpression(FExpression));
-  first.Rethrow();
+  GiveName(newName, expression);
   return Returned();
 }
 
+/// A numeric modifier with all that it needs, taken before anything changes.
+class TFuzzySet::TModification {
+ public:
+  /// @param points  to which the list is expanded first
+  /// @param isHeld  whether an update block on the points will be open
+  TModification(TFuzzySet& set, TBaseFuzzyHedge modifyType, TFzyFloat value, bool modifyY,
+                int points, bool isHeld)
+      : FSet(set),
+        FFormula(Modifiers[Ordinal(modifyType)]),
+        FOperand(Applied(modifyType, value)),
+        FIsPower(modifyType == bfhPower),
+        FModifiesY(modifyY),
+        FName(CreateFuzzyName(set.FName, Symbol(modifyType, modifyY), FOperand)),
+        FExpression(set, isHeld, {modifyType, modifyY}),
+        FExpansion(set.FValues->Expansion(points)) {
+    detail::TPointWriter writer(*set.FValues);
+    const auto of = [this](TFzyFloat c) { return (*this)(c); };
+    modifyY ? writer.CheckY(of, "Hedge") : writer.CheckX(of, "Hedge");
+  }
+
+  void Run() {
+    TUpdateBlock block(*FSet.FValues);
+    if (FExpansion) FExpansion->Commit();
+    detail::TPointWriter writer(*FSet.FValues);
+    const auto of = [this](TFzyFloat c) { return (*this)(c); };
+    FModifiesY ? writer.TransformY(of) : writer.TransformX(of);
+    block.Close();
+    FSet.GiveName(FName, FExpression);
+  }
+
+ private:
+  struct TMakeExpression {
+    TBaseFuzzyHedge ModifyType;
+    bool ModifyY;
+    TString operator()(const TString& s) const { return CreateFuzzyName(ModifyType, ModifyY, s); }
+  };
+
+  static TString Symbol(TBaseFuzzyHedge modifyType, bool modifyY) {
+    const TString symbol = BaseHedgeNames[Ordinal(modifyType)];
+    return modifyY ? symbol : symbol + "X";
+  }
+  /// The coordinate that a coordinate becomes.
+  TFzyFloat operator()(TFzyFloat c) const {
+    const bool isKept = FIsPower && !(c > 0 && (!FModifiesY || c < 1));
+    return isKept ? c : FFormula(c, FOperand);
+  }
+
+  TFuzzySet& FSet;
+  TModifier FFormula;
+  TFzyFloat FOperand;
+  bool FIsPower;
+  bool FModifiesY;
+  TString FName;
+  TNextExpression<TMakeExpression> FExpression;
+  std::optional<detail::TResampler> FExpansion;
+};
+
 TFuzzySet* TFuzzySet::Hedge(TBaseFuzzyHedge modifyType, TFzyFloat value, bool modifyY) {
-  const TString symbol = BaseHedgeNames[Ordinal(modifyType)];
   RequireNumber(value, "Hedge");
-  const TFzyFloat v = Applied(modifyType, value);
-  const TModifier modifier = Modifiers[Ordinal(modifyType)];
-  const bool power = modifyType == bfhPower;
   const TPin self(this);
-  const auto ofY = [&](TFzyFloat y) { return power && !(y > 0 && y < 1) ? y : modifier(y, v); };
-  const auto ofX = [&](TFzyFloat x) { return power && !(x > 0) ? x : modifier(x, v); };
-  detail::TPointWriter points(*FValues);
-  modifyY ? points.CheckY(ofY, "Hedge") : points.CheckX(ofX, "Hedge");
-  TUpdateBlock block(*FValues);
-  modifyY ? points.TransformY(ofY) : points.TransformX(ofX);
-  block.Close();
-  TFirstException first;
-  first.Run([&] { SetName(CreateFuzzyName(FName, modifyY ? symbol : symbol + "X", v)); });
-  FExpression = CreateFuzzyName(modifyType, modifyY, FExpression);
-  first.Rethrow();
+  TModification(*this, modifyType, value, modifyY, 0, false).Run();
   return Returned();
 }
 
 void TFuzzySet::Intensify(int n, TFzyFloat x) {
+  TModification modification(*this, bfhPower, x, true, n, true);
   TUpdateBlock block(*FValues);
-  FValues->Expand(n);
-  Hedge(bfhPower, x, true);
+  modification.Run();
   block.Close();
 }
 
 void TFuzzySet::FuzzyContrast(int n, TFzyFloat x) {
   const auto contrasted = [x](TFzyFloat y) { return Contrasted(y, x); };
-  detail::TPointWriter points(*FValues);
-  points.CheckY(contrasted, "contrast");
+  const auto check = [&](const TFuzzyPoint& point) {
+    detail::CheckDegree(contrasted(point.Y), "contrast");
+  };
+  for (const TFuzzyPoint& point : FValues->Points()) check(point);
+  std::optional<detail::TResampler> expansion = FValues->Expansion(n);
+  // Points that are added lie between those there, unless the range has narrowed meanwhile.
+  if (expansion) expansion->ForEachPoint(check);
   TUpdateBlock block(*FValues);
-  FValues->Expand(n);
-  // Points that `Expand` adds lie between those there, unless the range has narrowed meanwhile.
-  points.CheckY(contrasted, "contrast");
-  points.TransformY(contrasted);
+  if (expansion) expansion->Commit();
+  detail::TPointWriter(*FValues).TransformY(contrasted);
   block.Close();
 }
 
@@ -182,17 +275,25 @@ void TFuzzySet::FuzzyApproximation(int n, TFzyFloat x) {
   grid.Add(maximum, 0);
   grid.Expand(ApproximationPoints);
 
-  TUpdateBlock block(*FValues);
-  FValues->Expand(n);
+  std::optional<detail::TResampler> expansion = FValues->Expansion(n);
+  std::vector<TFuzzyPoint> expanded;
+  if (expansion)
+    expansion->ForEachPoint([&](const TFuzzyPoint& point) { expanded.push_back(point); });
+  else
+    expanded.assign(curve.begin(), curve.end());
   std::vector<TFuzzyPoint> bells(grid.Points().begin(), grid.Points().end());
-  for (const TFuzzyPoint& point : FValues->Points()) {
+  for (const TFuzzyPoint& point : expanded) {
     if (!(point.Y > 0)) continue;
     for (TFuzzyPoint& bell : bells) {
       const TFzyFloat distance = std::abs(bell.X - point.X) * scale;
       bell.Y = std::max(bell.Y, point.Y / (std::pow(distance, x) + 1));
     }
   }
-  FValues->Clear();
+  CheckNormalized(bells);
+  FValues->PrepareFor(bells);
+  TUpdateBlock block(*FValues);
+  if (expansion) expansion->Commit();
+  FValues->ClearItems();
   detail::TPointWriter points(*FValues);
   for (const TFuzzyPoint& bell : bells) points.Assign(bell);
   Normalize();
@@ -203,12 +304,9 @@ TFuzzySet* TFuzzySet::Normalize() {
   const TFzyFloat greatest = FValues->GetMaxValue();
   if (greatest == 0) return this;
   const TPin self(this);
-  const TFzyFloat factor = 1 / greatest;
-  const auto scaled = [factor](TFzyFloat y) { return y * factor; };
-  detail::TPointWriter points(*FValues);
-  points.CheckY(scaled, "normalize");
+  CheckNormalized(FValues->Points());
   TUpdateBlock block(*FValues);
-  points.TransformY(scaled);
+  detail::TPointWriter(*FValues).TransformY(NormalizedBy(greatest));
   block.Close();
   return Returned();
 }

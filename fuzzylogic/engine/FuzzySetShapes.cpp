@@ -55,9 +55,9 @@ void TFuzzySet::CreateTriangleFunctionValues(TFzyFloat left, TFzyFloat middle, T
   else if (middle > right)
     middle = right;
   const TPin self(this);
-  TUpdateBlock block(*FValues);
   detail::TPointWriter points(*FValues);
-  points.Reserve(3);
+  points.Reserve(FewestShapePoints);
+  TUpdateBlock block(*FValues);
   points.Add(left, 0);
   points.Add(middle, 1);
   points.Add(right, 0);
@@ -70,8 +70,9 @@ void TFuzzySet::CreateCurveValues(int num, TFzyFloat left, TFzyFloat right,
   RequireFinite(inflectionPoint, "CreateCurveValues");
   num = std::max(num, FewestShapePoints);
   const TPin self(this);
-  TUpdateBlock block(*FValues);
   detail::TPointWriter points(*FValues);
+  points.Reserve(static_cast<std::size_t>(num));
+  TUpdateBlock block(*FValues);
   const TFzyFloat w = right - left;
   const TFzyFloat step = w / (num - 1);
   TFzyFloat x = left;
@@ -92,6 +93,8 @@ void TFuzzySet::CreatePIFunctionValues(int num, TFzyFloat left, TFzyFloat right,
                         {TString("CreatePIFunctionValues"), std::int64_t{num}});
   center = std::clamp(center, left, right);
   const TPin self(this);
+  detail::TPointWriter(*FValues).Reserve(
+      2 * static_cast<std::size_t>(std::max(num / 2 + 1, FewestShapePoints)));
   TUpdateBlock block(*FValues);
   CreateCurveValues(num / 2 + 1, left, center, left + (center - left) / 2, true);
   if (num % 2 == 0) FValues->Delete(FValues->GetCount() - 1);
@@ -119,8 +122,9 @@ void TFuzzySet::CreateBetaCurveFunctionValues(int num, TFzyFloat range, TFzyFloa
     x += step;
   }
   const TPin self(this);
-  TUpdateBlock block(*FValues);
   detail::TPointWriter points(*FValues);
+  points.Reserve(bell.size());
+  TUpdateBlock block(*FValues);
   for (const TFuzzyPoint& point : bell) points.Add(point.X, point.Y);
   FInflectionPoint = inflectionPoint;
   CloseShape(block, fstBetaCurve);
@@ -134,12 +138,14 @@ void TFuzzySet::CreateBetaCurveFunctionValues(int num, TFzyFloat range, TFzyFloa
 void TFuzzySet::CreateCrispValue(TFzyFloat value) {
   RequireNumber(value, "CreateCrispValue");
   const TPin self(this);
+  TString expression = FormatFixed(value, 4);
+  detail::TPointWriter(*FValues).Reserve(FewestShapePoints);
   TUpdateBlock block(*FValues);
   FValues->Clear();
   CreateTriangleFunctionValues(value, value, value);
   TFirstException first;
   first.Run([&] { block.Close(); });
-  FExpression = FormatFixed(value, 4);
+  FExpression = std::move(expression);
   first.Rethrow();
 }
 

@@ -100,13 +100,18 @@ void TFuzzySetValues::Assign(TPersistent* source) {
   if (!list) return TGCollection::Assign(source);
   if (list == this) return;
   const TFuzzyCurve points = list->Points();
+  PrepareFor(points);
+  TUpdateBlock block(*this);
+  ClearItems();
+  detail::TPointWriter writer(*this);
+  for (const TFuzzyPoint& point : points) writer.Assign(point);
+  block.Close();
+}
+
+void TFuzzySetValues::PrepareFor(TFuzzyCurve points) {
   detail::TPointWriter writer(*this);
   for (const TFuzzyPoint& point : points) writer.Check(point);
   ReserveRoom(points.size());
-  TUpdateBlock block(*this);
-  ClearItems();
-  for (const TFuzzyPoint& point : points) writer.Assign(point);
-  block.Close();
 }
 
 // The array, and the objects of its points

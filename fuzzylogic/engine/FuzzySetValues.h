@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "fuzzylogic/common/NamedCollection.h"
 #include "fuzzylogic/engine/FuzzyPoint.h"
@@ -139,6 +140,7 @@ class TFuzzySetValues : public TGCollection {
   [[noreturn]] void FailIndex(int index) const override { RaiseFuzzyIndex(index); }
 
   TCollectionItem* ItemAt(int index) const override;
+  void MakeRoom(int count) override { ReserveRoom(static_cast<std::size_t>(count), true); }
   void StoreItem(TCollectionItem* item) override;
   void DropItem(int index) override;
   void RelocateItem(int from, int to) override;
@@ -154,6 +156,9 @@ class TFuzzySetValues : public TGCollection {
   friend class detail::TResampler;
 
   // The array, and the objects of its points.
+  /// Sees to it that the list can take these points instead of its own: it has the room.
+  /// @throws EFzyException when it refuses one
+  void PrepareFor(TFuzzyCurve points);
   static TOwned<TFuzzySetValue> NewHandle();
   /// Appends a point that stands in no list; nothing is returned when a handler freed it.
   TFuzzySetValue* Join(TOwned<TFuzzySetValue> value);
@@ -196,6 +201,8 @@ class TFuzzySetValues : public TGCollection {
   TFzyFloat AdmitX(TFzyFloat x) const { return GetRange().Admit(x); }
   void Record(int index, TXYUpdateTypes updateType) noexcept;
   bool EqualsNeighbour(int index) const noexcept;
+
+  std::optional<detail::TResampler> Expansion(int newCount);
 
   detail::TPlace FindPlace(int changed) const noexcept;
   void PutInOrder() noexcept;

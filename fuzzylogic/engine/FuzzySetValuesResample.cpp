@@ -20,26 +20,32 @@ int CountGaps(TFuzzyCurve curve) {
 
 }  // namespace
 
-void TFuzzySetValues::Expand(int newCount) {
-  if (newCount < 2 || GetCount() >= newCount) return;
+/// What `Expand` will make of the list; nothing when that is the list as it is.
+std::optional<detail::TResampler> TFuzzySetValues::Expansion(int newCount) {
+  if (newCount < 2 || GetCount() >= newCount) return std::nullopt;
   int missing = newCount - GetCount();
   int gaps = CountGaps(Points());
-  detail::TResampler sampler(*this);
-  while (sampler.RestCount() > 1) {
-    const TFuzzyPoint left = sampler.Here();
-    const TFuzzyPoint right = sampler.Next();
-    sampler.Advance();
+  std::optional<detail::TResampler> sampler(*this);
+  while (sampler->RestCount() > 1) {
+    const TFuzzyPoint left = sampler->Here();
+    const TFuzzyPoint right = sampler->Next();
+    sampler->Advance();
     if (!IsGap(left, right)) continue;
     const int share = missing > 0 ? (missing + gaps - 1) / gaps : 0;
     const TFzyFloat step = (right.X - left.X) / (share + 1);
     --gaps;
     missing -= share;
     for (int k = 0; k < share; ++k) {
-      sampler.Insert(sampler.Passed().X + step);
-      sampler.Advance();
+      sampler->Insert(sampler->Passed().X + step);
+      sampler->Advance();
     }
   }
-  sampler.Commit();
+  sampler->Finish();
+  return sampler;
+}
+
+void TFuzzySetValues::Expand(int newCount) {
+  if (std::optional<detail::TResampler> expansion = Expansion(newCount)) expansion->Commit();
 }
 
 void TFuzzySetValues::ExpandSimple(int newCount) {
@@ -55,6 +61,7 @@ void TFuzzySetValues::ExpandSimple(int newCount) {
     while (sampler.RestCount() > 1 && FloatEquals(sampler.Here().X, x)) sampler.Advance();
     sampler.Insert(x);
   }
+  sampler.Finish();
   sampler.Commit();
 }
 

@@ -17,6 +17,7 @@ void TCollectionItem::SetCollection(TCollection* value) {
   if (value == FCollection) return;
   const TPin self(this);
   const TPin target(value);
+  if (value) value->MakeRoom(value->GetCount() + 1);
   TFirstException first;
   if (FCollection) first.Run([this] { FCollection->RemoveItem(this); });
   // A handler of the removal may have freed the item or filed it elsewhere.
@@ -160,6 +161,7 @@ void TCollection::Assign(TPersistent* source) {
   auto* from = dynamic_cast<TCollection*>(source);
   if (!from) return TPersistent::Assign(source);
   const TPin pinned(from);
+  MakeRoom(from->GetCount());
   TUpdateBlock block(*this);
   Clear();
   const int count = from->GetCount();  // handlers may change the source while it is copied
@@ -209,6 +211,11 @@ void TCollection::Notify(TCollectionItem* /*item*/, TCollectionNotification /*ac
 
 void TCollection::FailIndex(int index) const {
   throw EListError(FormatText(SListIndexError, {std::int64_t{index}}));
+}
+
+void TCollection::MakeRoom(int count) {
+  const auto room = static_cast<std::size_t>(count);
+  if (FItems.capacity() < room) FItems.reserve(std::max(room, 2 * FItems.capacity()));
 }
 
 void TCollection::StoreItem(TCollectionItem* item) {

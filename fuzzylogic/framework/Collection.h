@@ -128,6 +128,8 @@ class TCollection : public TPersistent {
   virtual TCollectionItem* ItemAt(int index) const {
     return FItems[static_cast<std::size_t>(index)];
   }
+  /// Takes the memory for that many items in all.
+  virtual void MakeRoom(int count);
   virtual void StoreItem(TCollectionItem* item);
   virtual void DropItem(int index);
   virtual void RelocateItem(int from, int to);

@@ -127,12 +127,16 @@ bool EqualProperties(TPersistent& left, TPersistent& right) {
 void CopyValues(TPersistent& source, TPersistent& dest) {
   const TFiler from(source);
   const TFiler to(dest);
+  // All values are taken before one is set, which needs no memory.
+  std::vector<std::pair<const TProperty*, TPropertyValue>> values;
+  values.reserve(to.GetProperties().size());
   for (const TProperty& property : to.GetProperties()) {
     const TProperty* other = from.Find(property.Name);
     if (other && other->Kind == property.Kind && property.IsPlain() && !property.IsLate &&
         !property.IsInHeader)
-      property.Set(other->Get());
+      values.emplace_back(&property, other->Get());
   }
+  for (auto& [property, value] : values) property->Set(std::move(value));
 }
 
 bool SetTextProperty(TPersistent& object, const TString& name, const TString& value) {

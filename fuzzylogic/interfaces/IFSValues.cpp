@@ -74,8 +74,7 @@ void TIFSValues::AssignValues(const Ref<IFuzzySet>& source) {
   const TPin set(GetFuzzySet());
   const std::vector<TFuzzyPoint> added = PointsOf(source, "AssignValues");
   detail::TPointWriter points(*this);
-  for (const TFuzzyPoint& point : added) points.Check(point);
-  ReserveRoom(added.size());
+  PrepareFor(added);
   TUpdateBlock block(*this);
   Clear();
   for (const TFuzzyPoint& point : added) points.Assign(point);

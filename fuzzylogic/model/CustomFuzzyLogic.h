@@ -128,7 +128,7 @@ class TCustomFuzzyLogic : public TComponent {
   void StoreThreshold(TFzyFloat value);
 
   int FNumFunctionValues = 7;
-  TNotifyEvent FOnChange;
+  TEvent<TNotifyEvent> FOnChange;
   TDefuzzificationMethod FDefuzzificationMethod = dmCenterOfGravity;
   TFuzzyTextParser* FParser = nullptr;
   TStrings FStrings;

@@ -1,5 +1,8 @@
 #include "fuzzylogic/model/FuzzyLogic.h"
 
+#include <array>
+#include <new>
+
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/Properties.h"
@@ -86,7 +89,8 @@ void TFuzzyLogic::VariablesLoaded(TFuzzyVariables* replaced) {
 
 void TFuzzyLogic::ThresholdChanged() {
   TCustomFuzzyLogic::ThresholdChanged();
-  for (TFuzzyVariable* variable : *GetItems()) variable->SetThreshold(GetThreshold());
+  if (!FItems) return;
+  for (TFuzzyVariable* variable : *FItems) variable->SetThreshold(GetThreshold());
 }
 
 void TFuzzyLogic::UpdateStrings() {
@@ -112,13 +116,15 @@ void TFuzzyLogic::AddAutoTerms(TFuzzyVariable* fuzzyVariable) {
   const TPin pinned(fuzzyVariable);
   const TFzyFloat min = fuzzyVariable->GetMinimum();
   const TFzyFloat max = fuzzyVariable->GetMaximum();
-  const auto add = [&](const TString& name, auto&& shape) {
+  std::array<TOwned<TFuzzySet>, 3> added;
+  const auto add = [&](std::size_t index, const TString& name, auto&& shape) {
     if (fuzzyVariable->IsFreed() || fuzzyVariable->GetItems()->IndexOf(name) >= 0) return;
-    TFuzzySet* set = fuzzyVariable->GetItems()->Add(name);
+    TString expression = name;
+    TOwned<TFuzzySet>& set = added[index];
+    set = TOwned<TFuzzySet>(fuzzyVariable->GetItems()->Add(name));
     if (!set) return;
-    const TPin pinnedSet(set);
     shape(*set);
-    set->SetExpression(name);
+    set->SetExpression(std::move(expression));
   };
   const auto line = [&](TFzyFloat from, TFzyFloat to) {
     return [=](TFuzzySet& set) {
@@ -127,13 +133,24 @@ void TFuzzyLogic::AddAutoTerms(TFuzzyVariable* fuzzyVariable) {
     };
   };
   TFirstException first;
-  first.Run([&] { add(SLowFuzzyTerm, line(1, 0)); });
+  first.Run([&] { add(0, SLowFuzzyTerm, line(1, 0)); });
   first.Run([&] {
-    add(SMediumFuzzyTerm,
+    add(1, SMediumFuzzyTerm,
         [=](TFuzzySet& set) { set.CreateTriangleFunctionValues(min, (min + max) / 2, max); });
   });
-  first.Run([&] { add(SHighFuzzyTerm, line(0, 1)); });
-  first.Rethrow();
+  first.Run([&] { add(2, SHighFuzzyTerm, line(0, 1)); });
+  const auto keep = [&] {
+    for (TOwned<TFuzzySet>& set : added) set.Release();
+  };
+  try {
+    first.Rethrow();
+  } catch (const std::bad_alloc&) {
+    throw;  // they go again
+  } catch (...) {
+    keep();
+    throw;
+  }
+  keep();
 }
 
 void TFuzzyLogic::NotifyVariable(TFuzzyVariable* fuzzyVariable, TCollectionNotification action) {
@@ -144,8 +161,16 @@ void TFuzzyLogic::NotifyVariable(TFuzzyVariable* fuzzyVariable, TCollectionNotif
   fuzzyVariable->SetThreshold(GetThreshold());
   first.Run([&] { FireEvent(FOnVariableAdded, this, fuzzyVariable); });
   // A handler may have taken the variable out again.
-  if (GetAutoTerms() && fuzzyVariable->GetFuzzy() == this)
-    first.Run([&] { AddAutoTerms(fuzzyVariable); });
+  if (GetAutoTerms() && fuzzyVariable->GetFuzzy() == this) {
+    first.Run([&] {
+      try {
+        AddAutoTerms(fuzzyVariable);
+      } catch (const std::bad_alloc&) {
+        fuzzyVariable->SetCollection(nullptr);  // without them it is none of this component's
+        throw;
+      }
+    });
+  }
   first.Rethrow();
 }
 

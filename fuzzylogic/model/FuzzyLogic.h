@@ -96,13 +96,13 @@ class TFuzzyLogic : public TCustomFuzzyLogic {
   void Dismantle() noexcept;
   void VariablesLoaded(TFuzzyVariables* replaced);
 
-  TFuzzySetEvent FOnFuzzySetChange;
-  TFuzzyVariableEvent FOnVariableChange;
+  TEvent<TFuzzySetEvent> FOnFuzzySetChange;
+  TEvent<TFuzzyVariableEvent> FOnVariableChange;
   TFuzzyVariables* FItems = nullptr;
-  TFuzzyVariableEvent FOnVariableDeleted;
-  TFuzzyVariableEvent FOnVariableAdded;
-  TFuzzySetEvent FOnFuzzySetDeleted;
-  TFuzzySetEvent FOnFuzzySetAdded;
+  TEvent<TFuzzyVariableEvent> FOnVariableDeleted;
+  TEvent<TFuzzyVariableEvent> FOnVariableAdded;
+  TEvent<TFuzzySetEvent> FOnFuzzySetDeleted;
+  TEvent<TFuzzySetEvent> FOnFuzzySetAdded;
 };
 
 }  // namespace fzy

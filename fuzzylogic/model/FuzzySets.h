@@ -41,6 +41,9 @@ class TFuzzySets final : public TFuzzySetCollection {
   TFuzzySet* GetItemByName(const TString& name) const;
   /// Assigns the content of `value` to that set; raises likewise.
   void SetItemByName(const TString& name, TFuzzySet* value);
+  /// Copies the sets of another list: inside one update block those here go, and a copy of each is
+  /// added. Other sources are refused.
+  void Assign(TPersistent* source) override;
   TListIterator<TFuzzySets> begin() const { return {*this, 0}; }
   TListIterator<TFuzzySets> end() const { return {*this, GetCount()}; }
 
@@ -54,6 +57,10 @@ class TFuzzySets final : public TFuzzySetCollection {
  private:
   friend class TFuzzyVariable;
   int RequireName(const TString& name) const;
+  TFuzzySet* AddWithRoom(std::size_t room);
+  using TRoom = std::vector<TOwned<TFuzzySet>>;
+  TRoom RoomFor(TFuzzySets& source);
+  void Replace(TFuzzySets& source, TRoom room);
 
   TFuzzyVariable* FVariable;
   TFuzzySetClass FSetClass;

@@ -20,9 +20,22 @@ TFuzzyVariableClass TFuzzyVariable::Class() {
 
 TFuzzyVariable* TFuzzyVariable::Create(TFuzzyVariables* collection, TFuzzySetClass setClass,
                                        TFuzzyVariableClass variableClass) {
+  return Create(collection, setClass, variableClass, 0);
+}
+
+/// @param room  characters that the name will take, so that naming the variable takes no memory
+TFuzzyVariable* TFuzzyVariable::Create(TFuzzyVariables* collection, TFuzzySetClass setClass,
+                                       TFuzzyVariableClass variableClass, std::size_t room) {
   TFuzzyVariable* variable = variableClass->New();
   const TPin pinned(variable);
-  variable->Build(collection, setClass);
+  try {
+    variable->FName.Reserve(room);
+    variable->Build(collection, setClass);
+  } catch (...) {
+    // One that has joined stays: it was a handler that threw.
+    if (!variable->FVariables) variable->Free();
+    throw;
+  }
   return variable->IsFreed() ? nullptr : variable;
 }
 
@@ -40,7 +53,7 @@ TFuzzyVariable::~TFuzzyVariable() {
 
 void TFuzzyVariable::Leave() {
   TFirstException first;
-  first.Run([this] { FItems->Leave(); });
+  if (FItems) first.Run([this] { FItems->Leave(); });
   first.Run([this] { TGCollectionItem::Leave(); });
   first.Rethrow();
 }
@@ -69,7 +82,7 @@ void TFuzzyVariable::SetText(TString TFuzzyVariable::*property, const TString& v
 
 void TFuzzyVariable::SetName(const TString& value) {
   if (value == FName) return;
-  StoreKey(FName, value);
+  ChangeKey([&] { FName = value; });
   Changed(false);
 }
 
@@ -126,10 +139,12 @@ void TFuzzyVariable::Assign(TPersistent* source) {
   auto* variable = dynamic_cast<TFuzzyVariable*>(source);
   if (!variable) return TGCollectionItem::Assign(source);
   if (variable == this) return;
+  const TPin self(this);
   const TPin pinned(variable);
+  TFuzzySets::TRoom room = FItems->RoomFor(*variable->FItems);
   CopyValues(*variable, *this);
   FItemIndex = variable->FItemIndex;
-  SetItems(variable->FItems);
+  FItems->Replace(*variable->FItems, std::move(room));
 }
 
 void TFuzzyVariable::DefineProperties(TFiler& filer) {

@@ -141,6 +141,8 @@ class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
  private:
   friend class TFuzzySets;
   friend class TFuzzyVariables;
+  static TFuzzyVariable* Create(TFuzzyVariables* collection, TFuzzySetClass setClass,
+                                TFuzzyVariableClass variableClass, std::size_t room);
   void SetText(TString TFuzzyVariable::*property, const TString& value);
   void StoreMinimum(TFzyFloat value);
   void StoreMaximum(TFzyFloat value);

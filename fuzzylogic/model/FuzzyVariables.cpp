@@ -16,7 +16,7 @@ TFuzzyVariable* TFuzzyVariables::Add() {
 
 TFuzzyVariable* TFuzzyVariables::Add(const TString& name) {
   const TPin self(this);
-  TFuzzyVariable* variable = Add();
+  TFuzzyVariable* variable = TFuzzyVariable::Create(this, FSetClass, FVariableClass, name.size());
   if (!variable) return nullptr;
   const TPin pinned(variable);
   variable->SetName(name);

@@ -37,9 +37,12 @@ void TResampler::Insert(TFzyFloat x) {
   FRest.push_back({point, nullptr});
 }
 
-void TResampler::Commit() {
+void TResampler::Finish() {
   while (!FRest.empty()) Advance();
   FValues.ReserveRoom(FPassed.size());
+}
+
+void TResampler::Commit() {
   TUpdateBlock block(FValues);
   const bool hasHandles = !FValues.FItems.empty();
   FValues.FPoints.clear();
