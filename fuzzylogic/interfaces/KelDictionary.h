@@ -376,8 +376,8 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   TComparer FComparer;
   std::int32_t FGrowThreshold = 0;
   std::vector<TSlot> FItems;
-  TKeyNotifyEvent FOnKeyNotify;
-  TValueNotifyEvent FOnValueNotify;
+  TEvent<TKeyNotifyEvent> FOnKeyNotify;
+  TEvent<TValueNotifyEvent> FOnValueNotify;
   const TKeyView FKeyCollection{this};
   const TValueView FValueCollection{this};
   THashSeed FSeed{};

@@ -136,7 +136,7 @@ class TKelHashTable : public TKelDictionary<TKey, TValue> {
     return FCachedItemIndex;
   }
 
-  TNotifyEvent FOnChange;
+  TEvent<TNotifyEvent> FOnChange;
   std::int32_t FUpdating = 0;
   mutable std::int32_t FCachedIndex = -1;
   mutable std::int32_t FCachedItemIndex = -1;

@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "fuzzylogic/framework/Component.h"
+#include "fuzzylogic/framework/Event.h"
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/Format.h"
 #include "fuzzylogic/framework/Message.h"
@@ -63,7 +64,8 @@ class TStringList : public TStrings {
   }
   /// Lets all entries go and tells nobody.
   ~TStringList() override {
-    FOnChanging = FOnChange = nullptr;
+    FOnChanging = nullptr;
+    FOnChange = nullptr;
     while (GetCount() > 0) TStrings::Clear();
   }
   using TPersistent::Free;
@@ -200,11 +202,10 @@ class TStringList : public TStrings {
 
  private:
   /// Whether there was somebody to tell.
-  bool Fire(const TNotifyEvent& handler) {
-    if (!handler || IsUpdating() || IsFreed()) return false;
+  bool Fire(const TEvent<TNotifyEvent>& event) {
+    if (!event || IsUpdating() || IsFreed()) return false;
     const TPin self(this);
-    const TNotifyEvent copy = handler;  // it may replace itself
-    copy(this);
+    event.Fire(this);
     return true;
   }
 
@@ -274,8 +275,8 @@ class TStringList : public TStrings {
 
   bool FSorted = false;
   TDuplicates FDuplicates = dupIgnore;
-  TNotifyEvent FOnChange;
-  TNotifyEvent FOnChanging;
+  TEvent<TNotifyEvent> FOnChange;
+  TEvent<TNotifyEvent> FOnChanging;
   bool FOwnsObjects;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fuzzylogic/framework/Event.h"
 #include "fuzzylogic/interfaces/FuzzyInterfaces.h"
 #include "fuzzylogic/language/FuzzyStreamToken.h"
 #include "fuzzylogic/model/FuzzyLogic.h"
@@ -18,8 +19,10 @@ using TCalcFuzzyIntfFunctionEvent = std::function<void(TObject* sender, const TS
                                                        const Ref<IFuzzyStreamTokenList>& list,
                                                        Ref<IFuzzySet>& result, bool& handled)>;
 namespace detail {
+struct TClassModel;
+struct TInterfaceModel;
 class TParserFace;
-}
+}  // namespace detail
 
 /// The frame of a parser: its link to the component that it reads into (weak, cleared when that
 /// goes), its events, its error reports, and the shape functions "pi", "tri", "s", "z" and "beta".
@@ -148,19 +151,22 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   void Leave() override;
 
  private:
+  friend class TKelFuzzyLogicParser;  // which fire the events
+  friend struct detail::TClassModel;
+  friend struct detail::TInterfaceModel;
   int ShapePoints() const noexcept { return FFuzzyLogic ? FFuzzyLogic->GetNumFunctionValues() : 7; }
 
-  TFuzzySetEvent FOnParseFuzzySet;
-  TFuzzyVariableEvent FOnParseFuzzyVariable;
+  TEvent<TFuzzySetEvent> FOnParseFuzzySet;
+  TEvent<TFuzzyVariableEvent> FOnParseFuzzyVariable;
   TCustomFuzzyLogic* FFuzzyLogic = nullptr;
-  TFuzzyExpressionEvent FOnEvalExpression;
-  TCalcFuzzyFunctionEvent FOnCalcFuzzyFunction;
-  TIFuzzySetEvent FOnParseFuzzySetIntf;
-  TIFuzzyVariableEvent FOnParseFuzzyVariableIntf;
-  TCalcFuzzyIntfFunctionEvent FOnCalcFuzzyIntfFunction;
-  TIFuzzyExpressionEvent FOnEvalExpressionIntf;
-  TNotifyEvent FOnParsed;
-  TNotifyEvent FOnParsing;
+  TEvent<TFuzzyExpressionEvent> FOnEvalExpression;
+  TEvent<TCalcFuzzyFunctionEvent> FOnCalcFuzzyFunction;
+  TEvent<TIFuzzySetEvent> FOnParseFuzzySetIntf;
+  TEvent<TIFuzzyVariableEvent> FOnParseFuzzyVariableIntf;
+  TEvent<TCalcFuzzyIntfFunctionEvent> FOnCalcFuzzyIntfFunction;
+  TEvent<TIFuzzyExpressionEvent> FOnEvalExpressionIntf;
+  TEvent<TNotifyEvent> FOnParsed;
+  TEvent<TNotifyEvent> FOnParsing;
   Ref<detail::TParserFace> FFace;
 };
 

@@ -220,7 +220,7 @@ TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
   });
   first.Run([&] { variable.Close(); });
   first.Rethrow();
-  if (variable.Result()) FireEvent(GetOnParseFuzzyVariable(), this, variable.Result());
+  if (variable.Result()) FireEvent(FOnParseFuzzyVariable, this, variable.Result());
   return variable.Result();
 }
 
@@ -236,7 +236,7 @@ Ref<IFuzzyVariable> TKelFuzzyLogicParser::ParseFuzzyVariableIntf() {
   variable->SetParser(GetInterface());
   TInterfaceReader(*this, Stream()).ReadClauses(variable, t);
   if (!fuzzy->IsFreed()) fuzzy->GetItems()->Put(name, variable);
-  FireEvent(GetOnParseFuzzyVariableIntf(), variable);
+  FireEvent(FOnParseFuzzyVariableIntf, variable);
   return variable;
 }
 

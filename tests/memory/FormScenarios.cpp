@@ -31,6 +31,11 @@ struct TForms : TModel<Scene> {
   std::string Form;
 };
 
+TPersistent& Persistent(TFuzzyVariable* variable) { return *variable; }
+TPersistent& Persistent(const Ref<IFuzzyVariable>& variable) {
+  return dynamic_cast<TPersistent&>(*variable);
+}
+
 /// A form in a file of its own.
 struct TFiles : TForms<TScene> {
   TFiles() {
@@ -79,6 +84,16 @@ void AddForms(TScenarios& all, const std::string& model) {
          while (owner.GetComponentCount() > 0) owner.GetComponent(0)->Free();
        }},
       {"copy", [](auto& f) { TLogic other; f.Fuzzy.Assign(&other); }},
+      {"set", [](auto& f) { test::Load(f.Form, {&Engine(f.Mild)}); }, TPromise::Nothing,
+       [](auto& f) { Engine(f.Cold).SetDefinition(Long); f.Form = Stored({&Engine(f.Cold)}); Engine(f.Mild).SetDefinition("short"); }},
+      {"faulty_set", [](auto& f) { f.Text = MessageOf([&] { test::Load(f.Form, {&Engine(f.Mild)}); }); }, TPromise::Nothing,
+       [](auto& f) { f.Form = Stored({&Engine(f.Cold)}); f.Form.insert(f.Form.rfind('}'), "Shape = 7\n"); Engine(f.Mild).SetDefinition(Long); }},
+      {"variable", [](auto& f) { test::Load(f.Form, {&Persistent(f.Other)}); }, TPromise::Nothing,
+       [](auto& f) { f.Variable->SetUnits(Long); f.Form = Stored({&Persistent(f.Variable)}); f.Other->SetComment(Long); }},
+      {"points", [](auto& f) { test::Load(f.Form, {Engine(f.Hot).GetValues()}); }, TPromise::Nothing,
+       [](auto& f) { f.Form = Stored({Engine(f.Mild).GetValues()}); }},
+      {"lines", [](auto& f) { test::Load(f.Form, {f.Fuzzy.GetVariables()}); }, TPromise::Nothing,
+       [](auto& f) { TStrings lines; lines.SetText(Long + u"\n" + Long); f.Form = Stored({&lines}); }},
   });
   // clang-format on
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/language/FuzzyStreamToken.h"
 #include "tests/memory/Memory.h"
 #include "tests/memory/Scenario.h"
@@ -91,9 +92,13 @@ TReport Try(const TRound& round, const TWhole& whole) {
   if (!other.empty()) return {other, hasFailed};
   const TPromise promise = round.Scenario->Promise;
   if (hasRefused) {
-    const std::string now = trial->Show();
-    if (promise == TPromise::Nothing && now != whole.Before)
-      return {"changed:\n" + now + "\ninstead of\n" + whole.Before};
+    try {
+      if (const std::string now = trial->Show();
+          promise == TPromise::Nothing && now != whole.Before)
+        return {"changed:\n" + now + "\ninstead of\n" + whole.Before};
+    } catch (const EException& error) {  // a text shows nothing of what was read halfway
+      if (promise == TPromise::Nothing) return {std::string("changed: ") + error.what()};
+    }
     try {
       trial->Operate();
     } catch (const std::exception& error) {

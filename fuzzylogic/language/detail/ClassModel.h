@@ -89,12 +89,12 @@ struct TClassModel {
 
   static void FireParseFuzzySet(TKelFuzzyLogicParser& parser, TFuzzyVariable* /*variable*/,
                                 TFuzzySet* set) {
-    FireEvent(parser.GetOnParseFuzzySet(), &parser, set);
+    FireEvent(parser.FOnParseFuzzySet, &parser, set);
   }
   static void FireEvalExpression(TKelFuzzyLogicParser& parser, TFuzzyVariable* variable,
                                  const IFuzzyStreamTokenList& expression, TFuzzySet*& result) {
-    if (!parser.GetOnEvalExpression()) return;  // a long expression makes a long text
-    FireEvent(parser.GetOnEvalExpression(), &parser, variable, expression.ToString(), result);
+    if (!parser.FOnEvalExpression) return;  // a long expression makes a long text
+    FireEvent(parser.FOnEvalExpression, &parser, variable, expression.ToString(), result);
   }
 };
 

@@ -100,12 +100,12 @@ struct TInterfaceModel {
 
   static void FireParseFuzzySet(TKelFuzzyLogicParser& parser, const TVariable& variable,
                                 const TSet& set) {
-    FireEvent(parser.GetOnParseFuzzySetIntf(), variable, set);
+    FireEvent(parser.FOnParseFuzzySetIntf, variable, set);
   }
   static void FireEvalExpression(TKelFuzzyLogicParser& parser, const TVariable& variable,
                                  const IFuzzyStreamTokenList& expression, TSet& result) {
-    if (!parser.GetOnEvalExpressionIntf()) return;  // a long expression makes a long text
-    FireEvent(parser.GetOnEvalExpressionIntf(), variable, expression.ToString(), result);
+    if (!parser.FOnEvalExpressionIntf) return;  // a long expression makes a long text
+    FireEvent(parser.FOnEvalExpressionIntf, variable, expression.ToString(), result);
   }
 };
 
