@@ -23,12 +23,17 @@ TFzyFloat AdmitY(TFzyFloat y, const char* operation) {
 }  // namespace
 
 TFuzzySetValue* TFuzzySetValue::Create(TCollection* collection) {
-  auto* list = dynamic_cast<TFuzzySetValues*>(collection);
-  if (collection && !list) throw EFzyException(SFzyNotAPointList, {collection->ClassName()});
-  TFuzzyPoint point;
-  if (list && list->GetCount() > 0) point.X = list->Points().back().X + 1.0;
-  auto* value = new TFuzzySetValue(point);
+  return Join(new TFuzzySetValue, collection);
+}
+
+TFuzzySetValue* TFuzzySetValue::Join(TFuzzySetValue* value, TCollection* collection) {
   const TPin pinned(value);
+  auto* list = dynamic_cast<TFuzzySetValues*>(collection);
+  if (collection && !list) {
+    value->Free();
+    throw EFzyException(SFzyNotAPointList, {collection->ClassName()});
+  }
+  value->FPoint = {list && list->GetCount() > 0 ? list->Points().back().X + 1.0 : 0, 0};
   if (list) list->InsertItem(value);
   return value->IsFreed() ? nullptr : value;
 }
@@ -136,7 +141,7 @@ void TFuzzySetValue::Load(TFuzzyPoint point, TXYUpdateTypes coordinates) {
   list->Record(GetIndex(), coordinates);
 }
 
-bool TFuzzySetValue::Equals(const TFuzzySetValue& source) const noexcept {
+bool TFuzzySetValue::Equals(const TFuzzySetValue& source) const {
   return SamePoint(GetPoint(), source.GetPoint());
 }
 

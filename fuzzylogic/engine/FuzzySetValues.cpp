@@ -1,6 +1,7 @@
 #include "fuzzylogic/engine/FuzzySetValues.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySet.h"
@@ -94,12 +95,17 @@ TFuzzySetValue* TFuzzySetValues::Handle(int index) const noexcept {
                         : static_cast<TFuzzySetValue*>(FItems[static_cast<std::size_t>(index)]);
 }
 
+TFuzzySetValue* TFuzzySetValues::FindDescendant(int index) const noexcept {
+  TFuzzySetValue* value = Handle(index);
+  return value && typeid(*value) != typeid(TFuzzySetValue) ? value : nullptr;
+}
+
 TCollectionItem* TFuzzySetValues::ItemAt(int index) const {
   if (TFuzzySetValue* handle = Handle(index)) return handle;
   // Making the object for a point does not change the list.
   auto* self = const_cast<TFuzzySetValues*>(this);
   self->FItems.resize(FPoints.size());
-  auto* handle = new TFuzzySetValue({});
+  auto* handle = new TFuzzySetValue;
   self->Adopt(handle, index);
   self->FItems[static_cast<std::size_t>(index)] = handle;
   return handle;

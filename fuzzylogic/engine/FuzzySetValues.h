@@ -137,6 +137,12 @@ class TFuzzySetValues : public TGCollection {
 
   bool Holds(const TFuzzySetValue* value) const noexcept;
   TFuzzySetValue* Handle(int index) const noexcept;
+  /// The object of a point if it is of a descendant class, whose overrides then count.
+  TFuzzySetValue* Descendant(int index) const noexcept {
+    return FItems.empty() ? nullptr : FindDescendant(index);
+  }
+  TFuzzySetValue* FindDescendant(int index) const noexcept;
+  bool AreEqual(int index, int other) const;
   void DropHandle(int index) noexcept;
   void NumberHandles(int first, int last) noexcept;
   void ErasePoint(int index) noexcept;
@@ -155,8 +161,8 @@ class TFuzzySetValues : public TGCollection {
   TXRange GetRange() const;
   TFzyFloat AdmitX(TFzyFloat x) const { return GetRange().Admit(x); }
   void StoreX(int index, TFzyFloat x) noexcept;
-  void Record(int index, TXYUpdateTypes updateType) noexcept;
-  bool EqualsNeighbour(int index) const noexcept;
+  void Record(int index, TXYUpdateTypes updateType);
+  bool EqualsNeighbour(int index) const;
 
   void TrimSameX(TFuzzySetValue* value);
   void CleanGroup(TFuzzySetValue* value);

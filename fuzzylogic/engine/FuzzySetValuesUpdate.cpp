@@ -73,14 +73,19 @@ void TFuzzySetValues::StoreX(int index, TFzyFloat x) noexcept {
   NoteOrder(index);
 }
 
-bool TFuzzySetValues::EqualsNeighbour(int index) const noexcept {
-  const auto i = static_cast<std::size_t>(index);
-  return (i > 0 && SamePoint(FPoints[i], FPoints[i - 1])) ||
-         (i + 1 < FPoints.size() && SamePoint(FPoints[i], FPoints[i + 1]));
+bool TFuzzySetValues::AreEqual(int index, int other) const {
+  if (const TFuzzySetValue* value = Descendant(index)) return value->Equals(*GetItem(other));
+  return SamePoint(FPoints[static_cast<std::size_t>(index)],
+                   FPoints[static_cast<std::size_t>(other)]);
+}
+
+bool TFuzzySetValues::EqualsNeighbour(int index) const {
+  return (index > 0 && AreEqual(index, index - 1)) ||
+         (index + 1 < GetCount() && AreEqual(index, index + 1));
 }
 
 /// Lowers the flags when the changed point stands out of order, or beside one that equals it.
-void TFuzzySetValues::Record(int index, TXYUpdateTypes updateType) noexcept {
+void TFuzzySetValues::Record(int index, TXYUpdateTypes updateType) {
   const auto i = static_cast<std::size_t>(index);
   if (FSorted && updateType.Contains(utX) && FPoints.size() > 1) {
     const TFzyFloat x = FPoints[i].X;
@@ -125,8 +130,7 @@ void TFuzzySetValues::CleanGroup(TFuzzySetValue* value) {
   TFirstException first;
   int i = start() + 1;
   while (inGroup(i)) {
-    const auto at = FPoints.begin() + i;
-    if (!SamePoint(*at, *(at - 1))) {
+    if (!AreEqual(i, i - 1)) {
       ++i;
       continue;
     }
@@ -161,7 +165,7 @@ void TFuzzySetValues::RemoveDuplicates() {
     const TFuzzyPoint& point = FPoints[static_cast<std::size_t>(i)];
     if (i > 0) {
       const TFuzzyPoint& last = FPoints[static_cast<std::size_t>(kept) - 1];
-      if (SamePoint(point, last)) continue;
+      if (AreEqual(i, kept - 1)) continue;
       run = FloatEquals(point.X, last.X) ? run + 1 : 0;
       if (run == 4) {
         run = 0;

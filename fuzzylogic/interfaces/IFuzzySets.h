@@ -16,7 +16,7 @@ class TIFuzzyVariable;
 ///
 /// `Clear` fires the table's `OnChange` and the variable's `ClearFuzzySets`, nothing for single
 /// sets, and starts the numbers anew.
-class TIFuzzySets final : public TMemberTable<IFuzzySet> {
+class TIFuzzySets : public TMemberTable<IFuzzySet> {
  public:
   using TTable = TMemberTable<IFuzzySet>;
   using TTable::Add;

@@ -39,12 +39,14 @@ void TPointWriter::Assign(const TFuzzyPoint& point) {
 }
 
 void TPointWriter::SetX(int index, TFzyFloat x) {
+  if (TFuzzySetValue* value = FValues.Descendant(index)) return value->SetX(x);
   if (x == Point(index).X) return;
   FValues.StoreX(index, AdmitX(x));
   FValues.Record(index, {utX});
 }
 
 void TPointWriter::SetY(int index, TFzyFloat y) {
+  if (TFuzzySetValue* value = FValues.Descendant(index)) return value->SetY(y);
   if (y == Point(index).Y) return;
   FValues.FPoints[static_cast<std::size_t>(index)].Y = y < 0 ? 0 : y;
   FValues.Record(index, {utY});
