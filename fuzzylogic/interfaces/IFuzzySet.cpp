@@ -154,6 +154,7 @@ TFzyFloat TIFuzzySet::GetXRange(int index) const {
 }
 
 TFzyFloat TIFuzzySet::EqualityThreshold() const {
+  const Ref<IFuzzyVariable> held = HoldForeignVariable();
   return FVariable ? FVariable->GetThreshold() : 0;
 }
 

@@ -226,13 +226,19 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   TFormulaOperator FuzzyOperatorUnionBoundedSum;
   TFormulaOperator FuzzyOperatorUnionSum;
 
-  // Hedges, cuts, correlation and inference.
+  // Hedges, cuts, correlation and inference. Sets that `fhSlightly` and the cuts make know the
+  // variable's range while they are made, and clamp into it the points that lie outside since it
+  // changed; the variable is told nothing of them.
 
+  /// `fhSlightly` makes its three temporary sets in no table: nobody sees them come and go.
   Ref<IFuzzySet> Hedge(TFuzzyHedge hedgeType) override;
   Ref<IFuzzySet> Hedge(TBaseFuzzyHedge modifyType, TFzyFloat value, bool modifyY) override;
   Ref<IFuzzySet> Normalize() override;
-  /// Named "mid (alpha=0.2500)", by the cut given.
+  /// Named "mid (alpha=0.2500)", by the cut given. The result belongs to this set's variable, in no
+  /// table.
   Ref<IFuzzySet> AlphaCutoff(TFzyFloat cutOff, bool strongCutoff) override;
+  /// The result belongs to no variable: from then on its X is free, and its range what its points
+  /// span.
   Ref<IFuzzySet> Cutoff(TFzyFloat cutOff, bool cutValuesBelow) override;
   TFzyFloat GetCorrelationStrength(const Ref<IFuzzySet>& match) override;
   Ref<IFuzzySet> Correlate(TFzyFloat correlationStrength,
