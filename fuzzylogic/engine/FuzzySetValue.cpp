@@ -23,9 +23,14 @@ TFzyFloat AdmitY(TFzyFloat y, const char* operation) {
 }  // namespace
 
 TFuzzySetValue* TFuzzySetValue::Create(TCollection* collection) {
+  return Join(new TFuzzySetValue, collection);
+}
+
+TFuzzySetValue* TFuzzySetValue::Join(TFuzzySetValue* value, TCollection* collection) {
+  TOwned<TFuzzySetValue> made(value);
   auto* list = dynamic_cast<TFuzzySetValues*>(collection);
   if (collection && !list) throw EFzyException(SFzyNotAPointList, {collection->ClassName()});
-  return list ? list->Add() : new TFuzzySetValue({});
+  return list ? list->Join(std::move(made)) : made.Release();
 }
 
 TFuzzySetValues* TFuzzySetValue::GetCollection() const noexcept {
@@ -129,7 +134,7 @@ void TFuzzySetValue::Load(TFuzzyPoint point, TXYUpdateTypes coordinates) {
   list->Record(GetIndex(), coordinates);
 }
 
-bool TFuzzySetValue::Equals(const TFuzzySetValue& source) const noexcept {
+bool TFuzzySetValue::Equals(const TFuzzySetValue& source) const {
   return SamePoint(GetPoint(), source.GetPoint());
 }
 

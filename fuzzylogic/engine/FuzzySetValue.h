@@ -14,7 +14,10 @@ class TFuzzySetValues;
 ///
 /// Not-a-number is refused by every setter before anything changes. An infinite X is clamped where
 /// the point has a range and refused where it has none; an infinite Y above is refused.
-class TFuzzySetValue final : public TCollectionItem {
+///
+/// Lists make points of this very class. One of a descendant, which joins a list by `Join`, keeps
+/// its overrides whatever changes the point or compares it, until the list gives the point up.
+class TFuzzySetValue : public TCollectionItem {
  public:
   /// A point with Y 0, and X 1 above the last point's X (0 in an empty list or without a list),
   /// appended to `collection`, which owns it; without a collection the caller does. The list is
@@ -31,10 +34,10 @@ class TFuzzySetValue final : public TCollectionItem {
   /// Sets X, clamped into the range of the owning set when there is one; exactly the current X
   /// changes nothing. The list is normalized (`TFuzzySetValues::UpdateValue`), then told.
   /// @throws EFzyException when the value is not a number, or infinite without a range
-  void SetX(TFzyFloat value);
+  virtual void SetX(TFzyFloat value);
   /// Sets Y, 0 for a negative value; exactly the current Y changes nothing. Then as `SetX`.
   /// @throws EFzyException when the value is not a number, or positive infinity
-  void SetY(TFzyFloat value);
+  virtual void SetY(TFzyFloat value);
   /// Sets both at once, always as a change. In a list with an owning set X is clamped and a
   /// negative Y becomes 0; elsewhere both are stored as given.
   /// @throws EFzyException as `SetX` and `SetY`
@@ -46,16 +49,21 @@ class TFuzzySetValue final : public TCollectionItem {
   /// brought into order with its next change.
   void DefineProperties(TFiler& filer) override;
   /// Whether both coordinates agree within 0.0001.
-  bool Equals(const TFuzzySetValue& source) const noexcept;
+  virtual bool Equals(const TFuzzySetValue& source) const;
 
   TFuzzySetValues* GetCollection() const noexcept;
   void SetCollection(TFuzzySetValues* value);
 
+ protected:
+  explicit TFuzzySetValue(TFuzzyPoint point = {}) noexcept : FPoint(point) {}
+  ~TFuzzySetValue() override = default;
+
+  /// What `Create` does, with a point that was just made: for a `Create` of a descendant.
+  static TFuzzySetValue* Join(TFuzzySetValue* value, TCollection* collection);
+
  private:
   friend class TFuzzySetValues;
   friend class TFuzzySet;
-  explicit TFuzzySetValue(TFuzzyPoint point) noexcept : FPoint(point) {}
-  ~TFuzzySetValue() override = default;
 
   void Tell(TXYUpdateTypes coordinates);
   void Load(TFuzzyPoint point, TXYUpdateTypes coordinates);

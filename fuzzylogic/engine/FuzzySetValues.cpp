@@ -1,6 +1,7 @@
 #include "fuzzylogic/engine/FuzzySetValues.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySet.h"
@@ -33,7 +34,7 @@ void TFuzzySetValues::SetItem(int index, TFuzzySetValue* value) { GetItem(index)
 TFuzzySetValue* TFuzzySetValues::Add() { return Join(NewHandle()); }
 
 TOwned<TFuzzySetValue> TFuzzySetValues::NewHandle() {
-  return TOwned<TFuzzySetValue>(new TFuzzySetValue({}));
+  return TOwned<TFuzzySetValue>(new TFuzzySetValue);
 }
 
 TFuzzySetValue* TFuzzySetValues::Join(TOwned<TFuzzySetValue> value) {
@@ -126,6 +127,11 @@ TFuzzySetValue* TFuzzySetValues::Handle(int index) const noexcept {
                         : static_cast<TFuzzySetValue*>(FItems[static_cast<std::size_t>(index)]);
 }
 
+TFuzzySetValue* TFuzzySetValues::FindDescendant(int index) const noexcept {
+  TFuzzySetValue* value = Handle(index);
+  return value && typeid(*value) != typeid(TFuzzySetValue) ? value : nullptr;
+}
+
 TCollectionItem* TFuzzySetValues::ItemAt(int index) const {
   if (TFuzzySetValue* handle = Handle(index)) return handle;
   // Making the object for a point does not change the list.
@@ -214,6 +220,7 @@ void TFuzzySetValues::Truncate(int count) noexcept {
   }
   FPoints.resize(static_cast<std::size_t>(count));
   if (count < 2) FAscending = true;
+  FHasDescendants = FHasDescendants && count > 0;
 }
 
 void TFuzzySetValues::NoteOrder(int index) noexcept {

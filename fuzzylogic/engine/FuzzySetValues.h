@@ -166,6 +166,12 @@ class TFuzzySetValues : public TGCollection {
   bool Holds(const TFuzzySetValue* value) const noexcept;
   TFuzzySetValue* Handle(int index) const noexcept;
   void Release(TFuzzySetValue* value, const TFuzzyPoint& point) noexcept;
+  /// The object of a point if it is of a descendant class, whose overrides then count.
+  TFuzzySetValue* Descendant(int index) const noexcept {
+    return FHasDescendants ? FindDescendant(index) : nullptr;
+  }
+  TFuzzySetValue* FindDescendant(int index) const noexcept;
+  bool AreEqual(int index, int other) const;
   void DropHandle(int index) noexcept;
   void NumberHandles(int first, int last) noexcept;
   void ErasePoint(int index) noexcept;
@@ -199,8 +205,8 @@ class TFuzzySetValues : public TGCollection {
   };
   TXRange GetRange() const;
   TFzyFloat AdmitX(TFzyFloat x) const { return GetRange().Admit(x); }
-  void Record(int index, TXYUpdateTypes updateType) noexcept;
-  bool EqualsNeighbour(int index) const noexcept;
+  void Record(int index, TXYUpdateTypes updateType);
+  bool EqualsNeighbour(int index) const;
 
   std::optional<detail::TResampler> Expansion(int newCount);
 
@@ -226,6 +232,7 @@ class TFuzzySetValues : public TGCollection {
   TFuzzySet* FFuzzySet;
   bool FSorted = true;
   bool FDuplicatesRemoved = true;
+  bool FHasDescendants = false;                // points may have objects of descendant classes
   mutable std::atomic<bool> FAscending{true};  // false: X may descend, looked up when asked
   int FChanges = 0;                            // recorded since the list was last in order
 

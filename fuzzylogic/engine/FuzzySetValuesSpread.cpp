@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <mutex>
 #include <new>
+#include <typeinfo>
 
 #include "fuzzylogic/engine/FuzzySetValues.h"
 #include "fuzzylogic/engine/detail/SpreadPoints.h"
@@ -22,6 +23,7 @@ void TFuzzySetValues::ReserveRoom(std::size_t count, bool handles) {
 }
 
 void TFuzzySetValues::Spread(const TFuzzySetValue* changed) noexcept {
+  if (FHasDescendants) return;
   const int place = changed ? changed->GetIndex() : -1;
   if (!FSpread) {
     try {
@@ -86,6 +88,10 @@ void TFuzzySetValues::StorePoint(int index, const TFuzzyPoint& point) noexcept {
 void TFuzzySetValues::AppendPoint(const TFuzzyPoint& point, TFuzzySetValue* handle) {
   const int index = Count();
   ReserveRoom(static_cast<std::size_t>(index) + 1, handle != nullptr);
+  if (handle && typeid(*handle) != typeid(TFuzzySetValue)) {
+    FHasDescendants = true;
+    Settle();
+  }
   if (!ChangeSpread([&](TSpreadPoints& points) { return points.Append({point, handle}), true; })) {
     if (handle) FItems.resize(FPoints.size());
     FPoints.push_back(point);
@@ -171,10 +177,20 @@ void TFuzzySetValues::RemoveRedundant() noexcept {
       Release(static_cast<TFuzzySetValue*>(entry.Item), entry.Point);
     });
   }
+  // Objects of descendants are compared by themselves, where there is memory for all objects.
+  bool asks = FHasDescendants;
+  try {
+    for (int i = 0; asks && i < Count(); ++i) ItemAt(i);
+  } catch (const std::bad_alloc&) {
+    asks = false;
+  }
   detail::TRedundancy pass;
   int kept = 0;
   for (int i = 0; i < Count(); ++i) {
-    if (!pass.IsRedundant(PointAt(i))) Retain(i, kept++);
+    const bool isRedundant = asks && Descendant(i)
+                                 ? pass.IsRedundant(PointAt(i), kept > 0 && AreEqual(i, kept - 1))
+                                 : pass.IsRedundant(PointAt(i));
+    if (!isRedundant) Retain(i, kept++);
   }
   Truncate(kept);
 }

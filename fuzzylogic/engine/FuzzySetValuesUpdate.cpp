@@ -33,14 +33,18 @@ TFzyFloat TFuzzySetValues::TXRange::Admit(TFzyFloat x) const {
   return x < Minimum ? Minimum : x > Maximum ? Maximum : x;
 }
 
-bool TFuzzySetValues::EqualsNeighbour(int index) const noexcept {
-  const TFuzzyPoint point = PointAt(index);
-  return (index > 0 && SamePoint(point, PointAt(index - 1))) ||
-         (index + 1 < Count() && SamePoint(point, PointAt(index + 1)));
+bool TFuzzySetValues::AreEqual(int index, int other) const {
+  if (const TFuzzySetValue* value = Descendant(index)) return value->Equals(*GetItem(other));
+  return SamePoint(PointAt(index), PointAt(other));
+}
+
+bool TFuzzySetValues::EqualsNeighbour(int index) const {
+  return (index > 0 && AreEqual(index, index - 1)) ||
+         (index + 1 < Count() && AreEqual(index, index + 1));
 }
 
 /// Lowers the flags when the changed point stands out of order, or beside one that equals it.
-void TFuzzySetValues::Record(int index, TXYUpdateTypes updateType) noexcept {
+void TFuzzySetValues::Record(int index, TXYUpdateTypes updateType) {
   ++FChanges;
   if (FSorted && updateType.Contains(utX) && Count() > 1) {
     const TFzyFloat x = PointAt(index).X;
@@ -90,7 +94,7 @@ void TFuzzySetValues::CleanGroup(TFuzzySetValue* value) {
   TFirstException first;
   int i = start() + 1;
   while (inGroup(i)) {
-    if (!SamePoint(PointAt(i), PointAt(i - 1))) {
+    if (!AreEqual(i, i - 1)) {
       ++i;
       continue;
     }

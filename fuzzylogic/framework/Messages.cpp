@@ -2,13 +2,13 @@
 
 namespace fzy {
 
-TMessage SAssignError{u"Cannot assign a %s to a %s"};
-TMessage SListIndexError{u"List index out of bounds (%d)"};
-TMessage SDuplicateItem{u"Duplicates not allowed"};
-TMessage SItemNotFound{u"Item not found"};
-TMessage SArgumentOutOfRange{u"Argument out of range"};
+TMessage SAssignError{u"There is no assignment from %s to %s"};
+TMessage SListIndexError{u"There is no item with index %d"};
+TMessage SDuplicateItem{u"The key is there already"};
+TMessage SItemNotFound{u"There is no such item"};
+TMessage SArgumentOutOfRange{u"The argument is beyond what is allowed"};
 TMessage SValueOutOfRange{u"The value must lie between %d and %d"};
-TMessage SIntfCastError{u"Interface not supported"};
+TMessage SIntfCastError{u"The object lacks the interface that is asked for"};
 
 TMessage SStreamNotWritable{u"The stream cannot be written"};
 TMessage SFileNotRead{u"Cannot read \"%s\""};

@@ -4,20 +4,20 @@
 
 namespace fzy {
 
-/// "Cannot assign a %s to a %s"
+/// "There is no assignment from %s to %s"
 extern TMessage SAssignError;
-/// "List index out of bounds (%d)"
+/// "There is no item with index %d"
 extern TMessage SListIndexError;
 
-/// "Duplicates not allowed"
+/// "The key is there already"
 extern TMessage SDuplicateItem;
-/// "Item not found"
+/// "There is no such item"
 extern TMessage SItemNotFound;
-/// "Argument out of range"
+/// "The argument is beyond what is allowed"
 extern TMessage SArgumentOutOfRange;
 /// "The value must lie between %d and %d"
 extern TMessage SValueOutOfRange;
-/// "Interface not supported"
+/// "The object lacks the interface that is asked for"
 extern TMessage SIntfCastError;
 
 // Streams and files.

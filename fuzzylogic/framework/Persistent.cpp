@@ -7,13 +7,13 @@
 namespace fzy {
 
 void TPersistent::Assign(TPersistent* source) {
-  if (!source) throw EConvertError(FormatText(SAssignError, {TString("nil"), ClassName()}));
+  if (!source) throw EConvertError(FormatText(SAssignError, {TString("nothing"), ClassName()}));
   source->AssignTo(this);
 }
 
 void TPersistent::AssignTo(TPersistent* dest) {
   throw EConvertError(
-      FormatText(SAssignError, {ClassName(), dest ? dest->ClassName() : TString("nil")}));
+      FormatText(SAssignError, {ClassName(), dest ? dest->ClassName() : TString("nothing")}));
 }
 
 void TPersistent::DefineProperties(TFiler& /*filer*/) {}

@@ -48,32 +48,50 @@ std::int32_t TIFuzzySet::Release() noexcept {
   return count;
 }
 
-TIFuzzySet::~TIFuzzySet() {
-  if (FBorrowed) FVariable.Detach();
+// The variable
+
+namespace {
+
+TIFuzzyVariable* OwnVariable(IFuzzyVariable* variable) noexcept {
+  if (variable && typeid(*variable) == typeid(TIFuzzyVariable))  // which is faster than the cast
+    return static_cast<TIFuzzyVariable*>(variable);
+  return dynamic_cast<TIFuzzyVariable*>(variable);
+}
+
+}  // namespace
+
+void TIFuzzySet::TVariableLink::Set(Ref<IFuzzyVariable> variable) noexcept {
+  TIFuzzyVariable* own = OwnVariable(variable.Get());
+  if (own) ++own->FSetReferences;
+  std::swap(FVariable, variable);
+  std::swap(FOwn, own);
+  if (std::exchange(FBorrowed, false))
+    variable.Detach();
+  else if (own)
+    --own->FSetReferences;  // before the reference goes, with which the variable may end
+}
+
+void TIFuzzySet::TVariableLink::Borrow(const TVariableLink& other) noexcept {
+  Set(nullptr);
+  FVariable = Ref<IFuzzyVariable>::Attach(other.FVariable.Get());
+  FOwn = other.FOwn;
+  FBorrowed = true;
 }
 
 TOwned<TFuzzySet> TIFuzzySet::NewInstance() const {
   TOwned<TFuzzySet> set = TFuzzySet::NewInstance();
-  if (!FLends && !FBorrowed) return set;
-  auto& borrower = static_cast<TIFuzzySet&>(*set);
-  borrower.FVariable = Ref<IFuzzyVariable>::Attach(FVariable.Get());
-  borrower.FBorrowed = true;
+  if (FLends || FVariable.IsBorrowed()) static_cast<TIFuzzySet&>(*set).FVariable.Borrow(FVariable);
   return set;
 }
 
 Ref<TIFuzzySet> TIFuzzySet::Made(TFuzzySet* set) noexcept {
   auto* made = static_cast<TIFuzzySet*>(set);
-  made->FVariable.Detach();
-  made->FBorrowed = false;
+  made->FVariable.Set(nullptr);
   return Ref<TIFuzzySet>::Attach(made);
 }
 
 Ref<IFuzzyVariable> TIFuzzySet::HoldForeignVariable() const {
-  IFuzzyVariable* variable = FVariable.Get();
-  if (!variable || typeid(*variable) == typeid(TIFuzzyVariable) ||
-      dynamic_cast<TIFuzzyVariable*>(variable))
-    return nullptr;
-  return FVariable;
+  return FVariable.IsForeign() ? FVariable.Get() : nullptr;
 }
 
 // Properties
@@ -88,7 +106,7 @@ void TIFuzzySet::SetName(const TString& value) {
 /// all that hold it.
 template <class Rename>
 void TIFuzzySet::Refile(Rename rename) {
-  if (FBorrowed) return rename();
+  if (FVariable.IsBorrowed()) return rename();
   const Ref<IFuzzySet> self(this);
   const Ref<IFuzzyVariable> held = HoldForeignVariable();
   TFirstException first;
@@ -99,7 +117,7 @@ void TIFuzzySet::Refile(Rename rename) {
 }
 
 void TIFuzzySet::SetVariable(const Ref<IFuzzyVariable>& value) {
-  if (value == FVariable) return;
+  if (value == FVariable.Get()) return;
   const Ref<IFuzzySet> self(this);
   Ref<IFuzzyVariable> next(value);
   const Ref<IFuzzyVariable> held = HoldForeignVariable();
@@ -110,8 +128,7 @@ void TIFuzzySet::SetVariable(const Ref<IFuzzyVariable>& value) {
         FVariable->Remove(self);
     });
   }
-  std::swap(FVariable, next);
-  next = nullptr;  // which may be the end of the old variable
+  FVariable.Set(std::move(next));  // which may be the end of the old variable
   const Ref<IFuzzyVariable> heldNext = HoldForeignVariable();
   if (FVariable && TFuzzySet::GetDefined()) first.Run([&] { FVariable->Add(self); });
   if (FVariable) FParser = FVariable->GetParser();
@@ -137,6 +154,7 @@ TFzyFloat TIFuzzySet::GetXRange(int index) const {
 }
 
 TFzyFloat TIFuzzySet::EqualityThreshold() const {
+  const Ref<IFuzzyVariable> held = HoldForeignVariable();
   return FVariable ? FVariable->GetThreshold() : 0;
 }
 
@@ -192,7 +210,7 @@ void TIFuzzySet::ChangePoints(Change change) {
   const TPin self(this);
   TFirstException first;
   first.Run(change);
-  if (FVariable && !FBorrowed) {
+  if (FVariable && !FVariable.IsBorrowed()) {
     const Ref<IFuzzyVariable> held = HoldForeignVariable();
     first.Run([this] { FVariable->FuzzySetChanged(TBorrowed<IFuzzySet>(this)); });
   }
@@ -210,7 +228,7 @@ void TIFuzzySet::Assign(const Ref<IInterface>& value) {
   for (const TFuzzyPoint& point : source.Curve().Points) points.Check(point);
   TIFuzzySet* own = detail::OwnSet(set.Get());
   TFirstException first;
-  first.Run([&] { own ? SetVariable(own->FVariable) : SetVariable(set->GetVariable()); });
+  first.Run([&] { own ? SetVariable(own->FVariable.Get()) : SetVariable(set->GetVariable()); });
   first.Run([&] { SetSetType(set->GetSetType()); });
   StoreInflectionPoint(set->GetInflectionPoint());
   first.Run([&] { GetValues()->AssignValues(set); });
@@ -222,7 +240,7 @@ void TIFuzzySet::Assign(const Ref<IInterface>& value) {
 void TIFuzzySet::DoAssign(TFuzzySet* source) {
   TFirstException first;
   if (auto* own = dynamic_cast<TIFuzzySet*>(source)) {
-    first.Run([&] { SetVariable(own->FVariable); });
+    first.Run([&] { SetVariable(own->FVariable.Get()); });
     FParser = own->FParser;
   }
   const TFuzzySet& other = *source;
@@ -233,7 +251,7 @@ void TIFuzzySet::DoAssign(TFuzzySet* source) {
 
 Ref<IInterface> TIFuzzySet::Clone() {
   const TPin self(this);
-  Ref<TIFuzzySet> copy = Create(FVariable, TFuzzySet::GetName(), GetClass());
+  Ref<TIFuzzySet> copy = Create(FVariable.Get(), TFuzzySet::GetName(), GetClass());
   copy->Assign(this);
   return copy;
 }

@@ -6,6 +6,7 @@
 namespace fzy {
 
 class TIFuzzySet;
+class TIFuzzyVariable;
 
 /// A class of counted sets, as a variable is given it for the sets that it creates: what it makes
 /// is a `TIFuzzySet`.
@@ -31,6 +32,8 @@ class TPointAssignment : public IFuzzySet {
 ///
 /// Ownership: the references to it own the set, and it owns its points. It is in no collection; it
 /// holds a counted reference to the variable that it belongs to, and to the parser that writes it.
+/// A variable that nobody but its sets holds any more takes none of them in: neither a new name nor
+/// a move then enters the set in the table.
 /// Operations that return a new set return it counted; those that change the set return the set
 /// itself. A set that belongs to a variable need not be in its table: results of operations, clones
 /// and cuts are not. The set that `Cutoff` makes belongs to no variable.
@@ -81,10 +84,10 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   void SetDefined(bool value) override { TFuzzySet::SetDefined(value); }
   int GetIndex() override { return FIndex; }
   void SetIndex(int value) override { FIndex = value; }
-  Ref<IFuzzyVariable> GetVariable() override { return FVariable; }
+  Ref<IFuzzyVariable> GetVariable() override { return FVariable.Get(); }
   /// The same uncounted, for a look: a counted reference that is dropped again makes the variable
   /// compare its counts.
-  IFuzzyVariable* PeekVariable() const noexcept { return FVariable.Get(); }
+  IFuzzyVariable* PeekVariable() const noexcept { return FVariable.Get().Get(); }
   /// Moves the set to another variable, or to none: it leaves the table of its old variable, and
   /// joins that of the new one when it is defined. Its parser becomes the new variable's.
   void SetVariable(const Ref<IFuzzyVariable>& value) override;
@@ -223,13 +226,19 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   TFormulaOperator FuzzyOperatorUnionBoundedSum;
   TFormulaOperator FuzzyOperatorUnionSum;
 
-  // Hedges, cuts, correlation and inference.
+  // Hedges, cuts, correlation and inference. Sets that `fhSlightly` and the cuts make know the
+  // variable's range while they are made, and clamp into it the points that lie outside since it
+  // changed; the variable is told nothing of them.
 
+  /// `fhSlightly` makes its three temporary sets in no table: nobody sees them come and go.
   Ref<IFuzzySet> Hedge(TFuzzyHedge hedgeType) override;
   Ref<IFuzzySet> Hedge(TBaseFuzzyHedge modifyType, TFzyFloat value, bool modifyY) override;
   Ref<IFuzzySet> Normalize() override;
-  /// Named "mid (alpha=0.2500)", by the cut given.
+  /// Named "mid (alpha=0.2500)", by the cut given. The result belongs to this set's variable, in no
+  /// table.
   Ref<IFuzzySet> AlphaCutoff(TFzyFloat cutOff, bool strongCutoff) override;
+  /// The result belongs to no variable: from then on its X is free, and its range what its points
+  /// span.
   Ref<IFuzzySet> Cutoff(TFzyFloat cutOff, bool cutValuesBelow) override;
   TFzyFloat GetCorrelationStrength(const Ref<IFuzzySet>& match) override;
   Ref<IFuzzySet> Correlate(TFzyFloat correlationStrength,
@@ -244,7 +253,7 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
 
  protected:
   TIFuzzySet() = default;
-  ~TIFuzzySet() override;
+  ~TIFuzzySet() override = default;
 
   /// Builds a bare object, with one reference to it, its maker's.
   void Build(TFuzzySetCollection* collection) override;
@@ -282,6 +291,31 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
     TIFuzzySet& FSet;
   };
 
+  /// The set's link to its variable. A variable of the library's own is told which of its
+  /// references are such links, so that it knows whether anybody else holds it.
+  class TVariableLink {
+   public:
+    TVariableLink() = default;
+    TVariableLink(const TVariableLink&) = delete;
+    TVariableLink& operator=(const TVariableLink&) = delete;
+    ~TVariableLink() { Set(nullptr); }
+
+    const Ref<IFuzzyVariable>& Get() const noexcept { return FVariable; }
+    IFuzzyVariable* operator->() const noexcept { return FVariable.Get(); }
+    explicit operator bool() const noexcept { return FVariable != nullptr; }
+    /// Whether the variable is of somebody else's making.
+    bool IsForeign() const noexcept { return FVariable && !FOwn; }
+    bool IsBorrowed() const noexcept { return FBorrowed; }
+    void Set(Ref<IFuzzyVariable> variable) noexcept;
+    /// Knows the variable of another link from now on, without counting it: that link lasts longer.
+    void Borrow(const TVariableLink& other) noexcept;
+
+   private:
+    Ref<IFuzzyVariable> FVariable;
+    TIFuzzyVariable* FOwn = nullptr;  // the same, when it is of the library's own making
+    bool FBorrowed = false;
+  };
+
   using TFuzzySet::Free;  // references end it
   using TFuzzySet::Intersection;
   using TFuzzySet::Union;
@@ -306,14 +340,13 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
                            const detail::TCombination& combination);
 
   std::atomic<std::int32_t> FRefCount{0};
-  Ref<IFuzzyVariable> FVariable;
+  TVariableLink FVariable;
   Ref<IFuzzyParser> FParser;
   std::int32_t FIndex = 0;
   std::int32_t FEntries = 0;  // how many tables' entries hold the set
-  // Sets that an operation of the engine makes on the way know the variable only for its range: it
-  // is lent to them uncounted and told of nothing.
-  bool FLends = false;     // such an operation runs on this set
-  bool FBorrowed = false;  // this is such a set
+  // Whether an operation of the engine runs whose sets on the way borrow the variable: they know it
+  // for its range only, and tell it of nothing.
+  bool FLends = false;
   TCloneableFace FCloneable{*this};
 };
 

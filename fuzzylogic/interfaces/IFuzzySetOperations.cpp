@@ -30,8 +30,8 @@ Ref<IFuzzySet> TIFuzzySet::Combine(const Ref<IFuzzySet>& set, const char* operat
   // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
   const Ref<IFuzzySet> held = set;
   const TOperand other(held, operation);
-  Ref<TIFuzzySet> result =
-      Create(FVariable, CreateFuzzyName(TFuzzySet::GetName(), other.Name(), keyword), GetClass());
+  Ref<TIFuzzySet> result = Create(
+      FVariable.Get(), CreateFuzzyName(TFuzzySet::GetName(), other.Name(), keyword), GetClass());
   result->StoreInflectionPoint(TFuzzySet::GetInflectionPoint());
   result->FParser = FParser;
   TUpdateBlock block(*result->GetValues());
@@ -219,7 +219,7 @@ Ref<IFuzzySet> TIFuzzySet::AlphaCutoff(TFzyFloat cutOff, bool strongCutoff) {
   const Ref<TIFuzzySet> result =
       Made(Lending([&] { return TFuzzySet::AlphaCutoff(cutOff, strongCutoff); }));
   result->SetName(result->GetName() + " (alpha=" + FormatFixed(cutOff, 4) + ")");
-  result->SetVariable(FVariable);
+  result->SetVariable(FVariable.Get());
   return result;
 }
 

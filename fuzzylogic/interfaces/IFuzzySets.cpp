@@ -63,8 +63,10 @@ std::optional<TString> TIFuzzySets::KeyOf(const Ref<IFuzzySet>& set) const {
 }
 
 /// Puts a set under its name, and never under two names at once: the table would then have more
-/// entries than references to the variable go with them.
+/// entries than references to the variable go with them. Not in a table that goes with its sets
+/// only: they would keep each other for ever.
 void TIFuzzySets::Enter(const Ref<IFuzzySet>& set) {
+  if (FVariable && !FVariable->IsHeldOutside()) return;
   TFirstException first;
   const std::optional<TString> key = KeyOf(set);
   const bool elsewhere = key && *key != set->GetName();
@@ -190,7 +192,7 @@ void TIFuzzySets::ExchangeSets(TIFuzzySets& other) noexcept {
   for (int slot = DoNext(-1); slot >= 0; slot = DoNext(slot)) {
     TIFuzzySet* own = detail::OwnSet(ValueAt(slot).Get());
     if (!FVariable || !own || own->FVariable) continue;
-    own->FVariable = FVariable;
+    own->FVariable.Set(FVariable);
     own->FParser = FVariable->FParser;
   }
 }

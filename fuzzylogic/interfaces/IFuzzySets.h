@@ -16,7 +16,7 @@ class TIFuzzyVariable;
 ///
 /// `Clear` fires the table's `OnChange` and the variable's `ClearFuzzySets`, nothing for single
 /// sets, and starts the numbers anew.
-class TIFuzzySets final : public TMemberTable<IFuzzySet> {
+class TIFuzzySets : public TMemberTable<IFuzzySet> {
  public:
   using TTable = TMemberTable<IFuzzySet>;
   using TTable::Add;
@@ -33,7 +33,7 @@ class TIFuzzySets final : public TMemberTable<IFuzzySet> {
   /// Enters a set of this table's variable when it is defined. A set of another variable, or none,
   /// leaves that one's table, comes to belong to this variable, and is entered in any case. A set
   /// stored under the same name makes room without being reported; it still belongs to its
-  /// variable.
+  /// variable. A variable that only its sets hold takes in none.
   /// @throws EFzyException (`SFzySetMissing`) without a set
   virtual void Add(const Ref<IFuzzySet>& fuzzySet);
   /// A new set of the variable's set class, defined and entered; under the name "__Empty" neither.

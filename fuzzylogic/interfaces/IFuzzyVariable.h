@@ -28,7 +28,9 @@ class TIFuzzyVariablePersistent : public TPersistent {};
 /// `OnVariableChange` once, and when that lets the last reference go the variable ends. The counts
 /// alone are compared, not who holds what. A set that is held elsewhere outlives the clearing,
 /// keeps its variable and keeps it alive; so does a set that belongs to the variable without being
-/// in the table. Exceptions of handlers are dropped while a release lasts.
+/// in the table. A variable that only its sets hold enters none of them in the table (they would
+/// keep each other for ever): adding one, renaming it or moving it there tells of no addition then.
+/// Exceptions of handlers are dropped while a release lasts.
 ///
 /// Events, fired by every entry, removal and change whether or not the table's update block is open
 /// (that holds back only what the table itself tells): `OnFuzzySetAdded` for each entry and each
@@ -193,7 +195,14 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   TIFuzzySetClass FFuzzySetClass = TIFuzzySet::Class();
 
  private:
+  friend class TIFuzzySet;
   friend class TIFuzzySets;
+  /// Whether anybody but its own sets holds the variable. A reference that another thread drops
+  /// meanwhile may count as held; dropping it then compares the counts.
+  bool IsHeldOutside() const noexcept {
+    const std::int32_t references = FRefCount & (IgnoreRelease - 1);
+    return references > FSetReferences;  // read last, as a set takes its own off it first
+  }
   void TakeOver(IFuzzyVariable& source);
   TComponent* GetParserComponent() const;
   void SetParserComponent(TComponent* component);
@@ -205,6 +214,7 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   static constexpr std::int32_t IgnoreRelease = 1 << 30;
 
   std::atomic<std::int32_t> FRefCount{IgnoreRelease};
+  std::atomic<std::int32_t> FSetReferences{0};  // how many of these are links of sets
   TIFuzzySets* FItems = nullptr;
   std::int32_t FNumFunctionValues = 7;
   TString FUnits;

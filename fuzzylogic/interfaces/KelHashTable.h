@@ -56,8 +56,8 @@ class TKelHashTable : public TKelDictionary<TKey, TValue> {
   TValue GetItemByIndex(int index) const { return TTable::ValueAt(SlotByIndex(index)); }
   TKey GetKeyByIndex(int index) const { return TTable::KeyAt(SlotByIndex(index)); }
 
-  /// Tables once published how they were laid out: that is accepted and ignored. Their entries are
-  /// published by the classes that can make them.
+  /// A form may say how the table is laid out, which is accepted and ignored. Entries are published
+  /// by the classes that can make them.
   void DefineProperties(TFiler& filer) override {
     TTable::DefineProperties(filer);
     for (const char* name : {"LoadFactor", "HashType", "Capacity"}) filer.DefineIgnored(name);

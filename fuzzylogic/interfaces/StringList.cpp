@@ -2,9 +2,9 @@
 
 namespace fzy {
 
-TMessage SDuplicateString{u"String list does not allow duplicates"};
-TMessage SSortedListError{u"Operation not allowed on sorted list"};
-TMessage SListCapacityError{u"List capacity out of bounds (%d)"};
-TMessage SOutOfMemory{u"Out of memory"};
+TMessage SDuplicateString{u"The list has this text already"};
+TMessage SSortedListError{u"A sorted list keeps an order of its own"};
+TMessage SListCapacityError{u"The list cannot have capacity %d"};
+TMessage SOutOfMemory{u"There is not that much memory"};
 
 }  // namespace fzy

@@ -26,13 +26,13 @@ class EOutOfMemory : public EException {
   using EException::EException;
 };
 
-/// "String list does not allow duplicates"
+/// "The list has this text already"
 extern TMessage SDuplicateString;
-/// "Operation not allowed on sorted list"
+/// "A sorted list keeps an order of its own"
 extern TMessage SSortedListError;
-/// "List capacity out of bounds (%d)"
+/// "The list cannot have capacity %d"
 extern TMessage SListCapacityError;
-/// "Out of memory"
+/// "There is not that much memory"
 extern TMessage SOutOfMemory;
 
 /// What a sorted list does with a text that it has already.

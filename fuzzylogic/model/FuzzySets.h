@@ -6,7 +6,7 @@ namespace fzy {
 
 /// The terms of a linguistic variable: the ordered list of its fuzzy sets, found by name. It owns
 /// the sets and reports every addition, removal and change to the variable.
-class TFuzzySets final : public TFuzzySetCollection {
+class TFuzzySets : public TFuzzySetCollection {
  public:
   /// A list owned by `variable`, or a free one, of sets of the given class.
   explicit TFuzzySets(TFuzzyVariable* variable = nullptr,

@@ -138,6 +138,8 @@ class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
   void CollectionChanged() override;
   void Leave() override;
 
+  TFuzzySetClass FSetClass = nullptr;  ///< of the sets that the list is to create
+
  private:
   friend class TFuzzySets;
   friend class TFuzzyVariables;
@@ -157,7 +159,6 @@ class TFuzzyVariable : public TGCollectionItem, public TFuzzySurroundings {
   int FItemIndex = -1;
   TString FUnits;
   TFuzzySets* FItems = nullptr;
-  TFuzzySetClass FSetClass = nullptr;
   TString FComment;
   TFzyFloat FThreshold = 0;
 };

@@ -56,7 +56,7 @@ TEST(Points, AreLimitedByAnOwningSetOnly) {
   TFuzzySetValue* value = list.Add();
   value->SetX(1.5);  // no change, so not clamped
   EXPECT_EQ(Text(list.Points()), "0,0 0.5,1 1.5,0");
-  EXPECT_EQ(MessageOf([&] { list.Insert(9); }), "List index out of bounds (9)");
+  EXPECT_EQ(MessageOf([&] { list.Insert(9); }), "There is no item with index 9");
 
   TFuzzySetValues free;
   const TOwned<TFuzzySetValue> freePoint(TFuzzySetValue::Create(nullptr));
@@ -134,7 +134,7 @@ TEST(Points, AreComparedWithATolerance) {
   EXPECT_TRUE(set->GetSlope(list[2], list[2]) == 0 && set->GetSlope(list[0], list[1]) == 0.5);
   EXPECT_TRUE(set->InterpolateY(0, 1, 4, 3, 1) == 1.5 && set->InterpolateY(2, 1, 2, 3, 2) == 3);
   EXPECT_TRUE(set->InterpolateX(0, 1, 4, 3, 1.5) == 1 && set->InterpolateX(0, 1, 4, 1, 1) == 4);
-  EXPECT_EQ(MessageOf([&] { set->GetMaxYValueOfX(5, 1); }), "List index out of bounds (5)");
+  EXPECT_EQ(MessageOf([&] { set->GetMaxYValueOfX(5, 1); }), "There is no item with index 5");
   EXPECT_EQ(MessageOf([&] { set->GetMinYValueOfX(0, 0); }),
             Refusal("GetMinYValueOfX", "Invalid argument: 0"));
 }

@@ -218,10 +218,12 @@ TEST(Collection, SurvivesWhateverHandlersDo) {
 TEST(Collection, RefusesWhatItDoesNotHoldOrKnow) {
   TNodes list("AB");
   TStrings lines;
-  EXPECT_EQ(MessageOf([&] { list.Delete(2); }), "List index out of bounds (2)");
-  EXPECT_EQ(MessageOf([&] { list.At(0)->SetIndex(-1); }), "List index out of bounds (-1)");
-  EXPECT_EQ(MessageOf([&] { list.Assign(&lines); }), "Cannot assign a TStrings to a TNodes");
-  EXPECT_EQ(MessageOf([&] { list.At(0)->Assign(nullptr); }), "Cannot assign a nil to a TNode");
+  EXPECT_EQ(MessageOf([&] { list.Delete(2); }), "There is no item with index 2");
+  EXPECT_EQ(MessageOf([&] { list.At(0)->SetIndex(-1); }), "There is no item with index -1");
+  EXPECT_EQ(MessageOf([&] { list.Assign(&lines); }),
+            "There is no assignment from TStrings to TNodes");
+  EXPECT_EQ(MessageOf([&] { list.At(0)->Assign(nullptr); }),
+            "There is no assignment from nothing to TNode");
   EXPECT_EQ(list.Names() + list.TakeLog(), "AB");
 }
 

@@ -72,7 +72,7 @@ TEST_F(CountedSet, RefusesBeforeAnythingChanges) {
       // clang-format off
       {number, [&](auto& s) { s.Append(wrong); }}, {number, [&](auto& s) { s.AssignValues(wrong); }}, {number, [&](auto& s) { s.Assign(wrong); }},
       {Refusal("Add", "Not a finite number"), [&](auto& s) { s.Append(endless); }}, {Refusal("SetX", "Not a number"), [](auto& s) { s.Insert(0, NaN, 1); }},
-      {"List index out of bounds (3)", [](auto& s) { s.Insert(3, 1, 1); }}, {"List index out of bounds (-1)", [](auto& s) { s.GetYValues(-1); }},
+      {"There is no item with index 3", [](auto& s) { s.Insert(3, 1, 1); }}, {"There is no item with index -1", [](auto& s) { s.GetYValues(-1); }},
       {Refusal("Append", none), [](auto& s) { s.Append(nullptr); }}, {Refusal("AssignValues", none), [](auto& s) { s.AssignValues(nullptr); }},
       {Refusal("Intersects", none), [](auto& s) { s.Intersects(nullptr); }}, {Refusal("Operator", none), [](auto& s) { s.Operator(nullptr, "x", nullptr); }},
       {"Invalid fuzzy set name, \"very\" is a reserved word", [](auto& s) { s.SetName("very"); }},

@@ -37,8 +37,8 @@ TEST(StringList, ChangesAndTells) {
     std::string Expected, Message = {};  // the texts, then the texts when each event was told
   } cases[] = {
       {"b\nc", [](TList& l) { l.Insert(2, "a"); }, "b c a |b c <b c a >"},
-      {"b\nc", [](TList& l) { l.Insert(3, "a"); }, "b c |", "List index out of bounds (3)"},
-      {"b", [](TList& l) { l.PutData(1, nullptr); }, "b |", "List index out of bounds (1)"},
+      {"b\nc", [](TList& l) { l.Insert(3, "a"); }, "b c |", "There is no item with index 3"},
+      {"b", [](TList& l) { l.PutData(1, nullptr); }, "b |", "There is no item with index 1"},
       {"", [](TList& l) { l.Clear(), l.Sort(), l.SetSorted(true); }, "|"},
       {"B\na", [](TList& l) { l.SetSorted(true), l.Add("b"), l.Sort(); }, "a B |B a <a B >"},
       {"B\na", [](TList& l) { l.SetSorted(true), l.SetCaseSensitive(true); }, "B a |B a <a B >a B <B a >"},
@@ -109,8 +109,8 @@ TEST(StringList, KeepsEntriesTogetherAsAPlainListDoes) {
     const TDuplicates mode = list.GetDuplicates();
     const bool twice = what == 0 && sorted && found && mode != dupAccept;
     std::string refusal =
-        sorted && what > 0 && what < 4 ? "Operation not allowed on sorted list" : "";
-    if (twice && mode == dupError) refusal = "String list does not allow duplicates";
+        sorted && what > 0 && what < 4 ? "A sorted list keeps an order of its own" : "";
+    if (twice && mode == dupError) refusal = "The list has this text already";
     if (refusal.empty() && !twice) operations[what].first();
     EXPECT_EQ(MessageOf(operations[what].second), refusal);
     list.SetSorted(sorted);
@@ -158,7 +158,7 @@ TEST(StringList, LetsGoOfWhatItHoldsOnceItIsWhole) {
       list.AddObject("old", new TThing(back), new TThing(back));
       capacities += std::to_string(list.GetCapacity());
     }
-    EXPECT_EQ(MessageOf([&] { list.SetCapacity(4); }), "List capacity out of bounds (4)");
+    EXPECT_EQ(MessageOf([&] { list.SetCapacity(4); }), "The list cannot have capacity 4");
     other.Assign(&list);  // shares the interfaces, but not what only one can free
     EXPECT_TRUE(!other.GetObject(1) && other.GetData(1) == list.GetData(1));
     capacities += std::to_string(other.GetCapacity());

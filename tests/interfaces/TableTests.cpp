@@ -71,17 +71,17 @@ TEST(Table, KeepsAndTellsWhatAPlainMapDoes) {
       expected = (plain.erase(key) ? text(sign, key) + text(sign, old) : "") + change;
     };
     const TAction operations[] = {  // on the plain map, then on the table
-      [&] { grow(), found ? refuse("Duplicates not allowed") : enter("! "), table.Add(key, step); },
+      [&] { grow(), found ? refuse("The key is there already") : enter("! "), table.Add(key, step); },
       [&] { found ? void() : grow(), enter("! "), was = table.Put(key, step); },
-      [&] { found ? enter("") : refuse("Item not found"), table.SetItem(key, step); },
+      [&] { found ? enter("") : refuse("There is no such item"), table.SetItem(key, step); },
       [&] { count ? leave('-', "! ") : refuse("The table is empty"), was = table.Remove(key); },
       [&] { leave('x', found ? "! " : ""), was = table.ExtractPair(key).Value; },
-      [&] { n < count ? refuse("Argument out of range") : reserve(n), table.SetCapacity(n); },
+      [&] { n < count ? refuse("The argument is beyond what is allowed") : reserve(n), table.SetCapacity(n); },
       [&] { reserve(count + 1), table.TrimExcess(); },
       [&] { plain.clear(), reserve(0), expected = "! ", table.Clear(); },
       [&] { ++blocks, table.BeginUpdate(); },
       [&] { expected = blocks && !--blocks ? "! " : "", table.EndUpdate(); },
-      [&] { refuse("List index out of bounds (-2)"), table.GetPairByIndex(-2); }};
+      [&] { refuse("There is no item with index -2"), table.GetPairByIndex(-2); }};
     told = expected = refusal = "";
     const int what = random.OneIn(500) ? 7 : "0000011122333445556899:"[random.Below(23)] - '0';
     const std::string message = MessageOf(operations[what]);
@@ -162,8 +162,8 @@ TEST(Table, ExchangesKeysWithTexts) {
     const TString name = table.GetUniqueName("Temp", append);
     log += "|" + name.Utf8() + "|", table.Add(name, nullptr);
   }
-  EXPECT_EQ(log, "13Duplicates not allowedList index out of bounds (0)List index out of bounds (3)"
-                 "Cannot assign a TThing to a TThing|Temp copy|4|Temp  copy (1)|5|Temp   copy (2)|6"
+  EXPECT_EQ(log, "13The key is there alreadyThere is no item with index 0There is no item with index 3"
+                 "There is no assignment from TThing to TThing|Temp copy|4|Temp  copy (1)|5|Temp   copy (2)|6"
                  "|Temp |7|Temp  |8");
 }
 

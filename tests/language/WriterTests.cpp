@@ -93,6 +93,41 @@ TEST(Writer, LaysTextOut) {
   SetDecimalSeparator(u'.');
 }
 
+/// A reader of the owned model loses the foot of such a step unless the list is raised.
+TEST(Writer, KeepsStepsUpFrom0ToTheBit) {
+  const std::pair<std::vector<TFuzzyPoint>, const char*> rows[] = {
+      {{{0, 0}, {9, 0}, {9, 1}}, "[((0 1) (9 1) (9 2))] - 1"},
+      {{{0, 0}, {9, 0}, {9, 0.1}}, "[((0 0.125) (9 0.125) (9 0.225))] - 0.125"},
+      {{{9, 0}, {9, 1}, {12, 0x1.5p-99}},
+       "[((9 0.0001220703125) (9 2.787593149816328e+42) (12 5772436045824))] - "
+       "0.0001220703125 / 2.787593149816328e+42"},
+      {{{9, 0}, {9, 1}, {12, 1e-300}},  // which no raise gives back
+       "[((9 0.0001220703125) (9 1.0001220703125) (12 0.0001220703125))] - 0.0001220703125"}};
+  for (const auto& [points, text] : rows) {
+    TScene scene;
+    scene.Parser.SetFullPrecision(true);
+    TFuzzyVariable* variable = scene.Fuzzy.GetItems()->Add("v");
+    variable->SetMaximum(20);
+    TFuzzySet* set = variable->GetItems()->Add("a");
+    TUpdateBlock block(*set->GetValues());
+    for (const TFuzzyPoint& point : points) set->GetValues()->Add(point.X, point.Y);
+    block.Close();
+    set->SetDefined(true);
+    EXPECT_EQ(scene.Parser.PrettyPrint(set, true), TString("(term a ") + text + ")");
+  }
+}
+
+TEST(Writer, QuotesUnitsOnlyWhereTheyWouldNotReadBack) {
+  for (const char* units :
+       {"=", "&", "|", "~", "(", ")", "[", "]", "<", "\\", "km/h", "5", "0.5"}) {
+    TScene scene;
+    const TString clause = TString("(units ") + units + ")";
+    scene.Parser.Parse("(deffuzzy v " + clause + ")", nullptr);
+    EXPECT_EQ(Variables(scene.Fuzzy)[0]->GetUnits(), units);
+    EXPECT_NE(Written(scene).find(clause.Utf8()), std::string::npos) << units;
+  }
+}
+
 /// A set that is no term of a variable is written as it is; one that is, so that it reads back.
 TYPED_TEST(Writer, WritesSingleSets) {
   using TSet = typename TypeParam::TSet;
@@ -332,15 +367,26 @@ bool Follows(const TFuzzySet& set, const TFuzzySet& other, double reach) {
   return true;
 }
 
-/// The least distance of neighbours in X that do not share it; 0 for `all` when some do.
-double Resolution(const TFuzzySet& set, bool all) {
+/// The least distance of neighbours in X that do not share it.
+double Resolution(const TFuzzySet& set) {
   const TFuzzyCurve points = set.GetValues()->Points();
   double least = 1;
   for (std::size_t i = 1; i < points.size(); ++i) {
     const double gap = points[i].X - points[i - 1].X;
-    if (all || gap > 0) least = std::min(least, gap);
+    if (gap > 0) least = std::min(least, gap);
   }
   return least;
+}
+
+/// Whether a text can hold each point: at most three share an X, and neighbours there differ.
+bool IsWritable(const TFuzzySet& set) {
+  const TFuzzyCurve points = set.GetValues()->Points();
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    if (points[i].X != points[i - 1].X) continue;
+    if (std::abs(points[i].Y - points[i - 1].Y) <= 0.0001) return false;
+    if (i > 2 && points[i].X == points[i - 3].X) return false;
+  }
+  return true;
 }
 
 TYPED_TEST(Writer, WritesWhatReadsBack) {
@@ -375,13 +421,13 @@ TYPED_TEST(Writer, WritesWhatReadsBack) {
         EXPECT_EQ(before[j]->GetName(), after[j]->GetName());
         EXPECT_EQ(before[j]->GetComment(), after[j]->GetComment());
         // Curves finer than what is written, and than the tolerance of a reader, come back coarser.
-        if (Resolution(*before[j], false) < 0.0004) continue;
+        if (Resolution(*before[j]) < 0.0004) continue;
         EXPECT_TRUE(Follows(*after[j], *before[j], reach) && Follows(*before[j], *after[j], reach))
             << before[j]->GetName() << '\n'
             << text << '\n'
             << before[j]->GetValuesToString() << '\n'
             << after[j]->GetValuesToString();
-        if (full && Resolution(*before[j], true) > 0) {
+        if (full && IsWritable(*before[j])) {
           EXPECT_TRUE(
               std::ranges::equal(before[j]->GetValues()->Points(), after[j]->GetValues()->Points()))
               << before[j]->GetName() << '\n'

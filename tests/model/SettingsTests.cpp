@@ -81,7 +81,7 @@ TEST(Settings, RefuseWhatIsWrongBeforeAnythingChanges) {
   s.T->SetItemIndex(0);
   s.Recorder.Take();
   const char *notANumber = "Not a number", *notFinite = "Not a finite number";
-  const auto index = [](int i) { return "List index out of bounds (" + std::to_string(i) + ")"; };
+  const auto index = [](int i) { return "There is no item with index " + std::to_string(i); };
   TFuzzyVariable* t = s.T;
   TFuzzySets* sets = t->GetItems();
   TFuzzyVariables* variables = s.Fuzzy.GetItems();
@@ -103,8 +103,8 @@ TEST(Settings, RefuseWhatIsWrongBeforeAnythingChanges) {
       {"Unknown Fuzzy Variable name: \"x\"", [&] { variables->GetItemByName("x"); }},
       {"Unknown Fuzzy Variable name: \"x\"", [&] { variables->SetItemByName("x", t); }},
       {"Invalid fuzzy set name, \"very\" is a reserved word", [&] { hot->SetName("very"); }},
-      {"Cannot assign a TStrings to a TFuzzyVariable", [&] { t->Assign(&list); }},
-      {"Cannot assign a TFuzzyVariable to a TFuzzySet", [&] { hot->Assign(t); }},
+      {"There is no assignment from TStrings to TFuzzyVariable", [&] { t->Assign(&list); }},
+      {"There is no assignment from TFuzzyVariable to TFuzzySet", [&] { hot->Assign(t); }},
   };
   // clang-format on
   for (const auto& [message, fault] : faults) EXPECT_EQ(MessageOf(fault), message);

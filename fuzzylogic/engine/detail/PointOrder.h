@@ -54,8 +54,12 @@ TPlace FindPlace(TFuzzyCurve curve, bool ascending, int changed) noexcept;
 class TRedundancy {
  public:
   bool IsRedundant(const TFuzzyPoint& point) noexcept {
+    return IsRedundant(point, HasLast && SamePoint(point, Last));
+  }
+  /// The same where it is known whether the point equals the one kept last.
+  bool IsRedundant(const TFuzzyPoint& point, bool isSame) noexcept {
+    if (isSame) return true;
     if (HasLast) {
-      if (SamePoint(point, Last)) return true;
       Run = FloatEquals(point.X, Last.X) ? Run + 1 : 0;
       if (Run > MostNeighboursOfX) {
         Run = 0;

@@ -31,6 +31,7 @@ void TPointWriter::Assign(const TFuzzyPoint& point) {
 }
 
 void TPointWriter::SetX(int index, TFzyFloat x) {
+  if (TFuzzySetValue* value = FValues.Descendant(index)) return value->SetX(x);
   const TFuzzyPoint point = FValues.PointAt(index);
   if (x == point.X) return;
   FValues.StorePoint(index, {AdmitX(x), point.Y});
@@ -38,6 +39,7 @@ void TPointWriter::SetX(int index, TFzyFloat x) {
 }
 
 void TPointWriter::SetY(int index, TFzyFloat y) {
+  if (TFuzzySetValue* value = FValues.Descendant(index)) return value->SetY(y);
   const TFuzzyPoint point = FValues.PointAt(index);
   if (y == point.Y) return;
   FValues.StorePoint(index, {point.X, y < 0 ? 0 : y});

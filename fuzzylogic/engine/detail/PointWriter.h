@@ -14,7 +14,7 @@ inline void CheckDegree(TFzyFloat y, const char* operation) {
 
 /// Changes many points of a list inside an open update block, without making an object for each:
 /// the same values, the same clamping and the same record of order and duplicates as the point
-/// setters, in constant time a point.
+/// setters, in constant time a point. A point of a descendant class is set by its own setters.
 class TPointWriter {
  public:
   explicit TPointWriter(TFuzzySetValues& values) noexcept : FValues(values) {}

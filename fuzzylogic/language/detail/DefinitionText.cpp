@@ -62,7 +62,8 @@ TString TokenText(std::u16string_view text) {
   const std::optional<TFuzzyNumber> number = NumberOfWord(text);
   if (number && FormatShortest(number->Value).View() == text) return text;
   const std::optional<TString> word = WordText(text);
-  return word && word->View() == text ? *word : StringText(text);
+  const bool sign = text.size() == 1 && IsPunctuation(text[0]);
+  return sign || (word && word->View() == text) ? TString(text) : StringText(text);
 }
 
 TString ExpressionText(const IFuzzyStreamTokenList& list) {

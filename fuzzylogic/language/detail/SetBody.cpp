@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <initializer_list>
+#include <limits>
 
 #include "fuzzylogic/common/HelperFunctions.h"
 #include "fuzzylogic/engine/FuzzyCurve.h"
@@ -17,7 +18,6 @@ namespace {
 // What a reader keeps of the points of one X; those that agree within the tolerance are one to it.
 constexpr std::size_t MostOfOneX = 3;
 constexpr TFzyFloat ReadTolerance = 0.0001;
-constexpr TFzyFloat Raise = 1;
 
 TString Call(std::u16string_view function, std::initializer_list<TFzyFloat> arguments,
              TNumberStyle number) {
@@ -113,6 +113,36 @@ std::vector<TFuzzyPoint> Merged(const std::vector<TFuzzyPoint>& points) {
   return result;
 }
 
+/// How the degrees of a list are raised, and what takes that away again behind it.
+struct TRaise {
+  TFzyFloat By = 1;
+  TFzyFloat Scale = 1;  // a power of two, which rounds nothing
+
+  TFzyFloat Up(TFzyFloat y) const { return y * Scale + By; }
+  TFzyFloat Down(TFzyFloat y) const { return (y - By) * (1 / Scale); }
+  bool Returns(const std::vector<TFuzzyPoint>& points) const {
+    return std::ranges::all_of(points, [this](const TFuzzyPoint& point) {
+      return std::isfinite(Up(point.Y)) && Down(Up(point.Y)) == point.Y;
+    });
+  }
+};
+
+/// The raise that gives all degrees back to the bit: by 1 where that rounds none, else by less (the
+/// less is added, the fewer digits of a degree are lost), or so little to degrees so much enlarged
+/// that those above 0 stay what they are. Without any the one that rounds least.
+TRaise ExactRaise(const std::vector<TFuzzyPoint>& points) {
+  TRaise raise;
+  while (!raise.Returns(points) && raise.By / 2 > ReadTolerance) raise.By /= 2;
+  if (raise.Returns(points)) return raise;
+  TFzyFloat least = 1;
+  for (const TFuzzyPoint& point : points) {
+    if (point.Y > 0) least = std::min(least, point.Y);
+  }
+  constexpr int beyond = std::numeric_limits<TFzyFloat>::digits + 2;
+  const TRaise enlarged{raise.By, std::exp2(beyond + std::ilogb(raise.By) - std::ilogb(least))};
+  return enlarged.Returns(points) ? enlarged : raise;
+}
+
 }  // namespace
 
 TString TNumberStyle::operator()(TFzyFloat value) const {
@@ -167,9 +197,11 @@ TString PointList(const std::vector<TFuzzyPoint>& points, TNumberStyle number) {
 }
 
 TString RaisedPointList(std::vector<TFuzzyPoint>& points, TNumberStyle number) {
-  for (TFuzzyPoint& point : points) point.Y += Raise;
-  TString text = u"[" + PointList(points, number) + u"] - 1";
-  for (TFuzzyPoint& point : points) point.Y -= Raise;
+  const TRaise raise = number.Full ? ExactRaise(points) : TRaise{};
+  for (TFuzzyPoint& point : points) point.Y = raise.Up(point.Y);
+  TString text = u"[" + PointList(points, number) + u"] - " + FormatShortest(raise.By);
+  if (raise.Scale != 1) text += u" / " + FormatShortest(raise.Scale);
+  for (TFuzzyPoint& point : points) point.Y = raise.Down(point.Y);
   return text;
 }
 

@@ -46,8 +46,9 @@ TString PointList(const std::vector<TFuzzyPoint>& points, TNumberStyle number);
 
 /// The points as an expression that keeps steps up from 0. A reader adds a list's points one by
 /// one, each at degree 0 first, where it displaces a point of the same X and degree 0 that stands
-/// there already; so the list is raised by 1, and the expression takes 1 away again. `points`
-/// become those that come back: the two sums may round them.
+/// there already; so the list is raised by 1, and the expression takes 1 away again. In full
+/// precision it is raised so that the same bits come back, in one way or another; that fails only
+/// with degrees of over 250 orders of magnitude. `points` become those that come back.
 TString RaisedPointList(std::vector<TFuzzyPoint>& points, TNumberStyle number);
 
 /// Whether one list of points may be written for the other.
