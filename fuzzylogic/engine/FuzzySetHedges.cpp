@@ -5,6 +5,7 @@
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySet.h"
+#include "fuzzylogic/engine/detail/Approximation.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
@@ -19,7 +20,6 @@ namespace {
 
 constexpr int HedgePoints = 7;  // what the shape hedges expand to, whatever the component says
 constexpr int ApproximationPoints = 50;  // the grid of the approximation hedges
-constexpr TFzyFloat CrispScale = 0.2;    // their scale for a set without width
 constexpr TFzyFloat Pivot = 0.5;         // the degree on which contrast turns
 
 /// What the linguistic hedges are built from.
@@ -171,12 +171,9 @@ void TFuzzySet::FuzzyContrast(int n, TFzyFloat x) {
 
 void TFuzzySet::FuzzyApproximation(int n, TFzyFloat x) {
   FValues->GetMaxValue();  // refuses a set without points
-  const TFuzzyCurve curve = FValues->Points();
   const TFzyFloat minimum = GetXRange(1);
   const TFzyFloat maximum = GetXRange(0);
-  const TFzyFloat width = curve.back().X - curve.front().X;
-  const TFzyFloat scale = width == 0 ? CrispScale : width / (maximum - minimum);
-  RequireFinite(scale, "approximation");
+  detail::TApproximation approximation(FValues->Points(), minimum, maximum);
   TFuzzySetValues grid;
   grid.Add(minimum, 0);
   grid.Add(maximum, 0);
@@ -184,14 +181,7 @@ void TFuzzySet::FuzzyApproximation(int n, TFzyFloat x) {
 
   TUpdateBlock block(*FValues);
   FValues->Expand(n);
-  std::vector<TFuzzyPoint> bells(grid.Points().begin(), grid.Points().end());
-  for (const TFuzzyPoint& point : FValues->Points()) {
-    if (!(point.Y > 0)) continue;
-    for (TFuzzyPoint& bell : bells) {
-      const TFzyFloat distance = std::abs(bell.X - point.X) * scale;
-      bell.Y = std::max(bell.Y, point.Y / (std::pow(distance, x) + 1));
-    }
-  }
+  const std::vector<TFuzzyPoint> bells = approximation.Over(grid.Points(), FValues->Points(), x);
   FValues->Clear();
   detail::TPointWriter points(*FValues);
   for (const TFuzzyPoint& bell : bells) points.Assign(bell);
@@ -204,7 +194,9 @@ TFuzzySet* TFuzzySet::Normalize() {
   if (greatest == 0) return this;
   const TPin self(this);
   const TFzyFloat factor = 1 / greatest;
-  const auto scaled = [factor](TFzyFloat y) { return y * factor; };
+  const auto scaled = [=](TFzyFloat y) {
+    return std::isfinite(factor) ? y * factor : y / greatest;
+  };
   detail::TPointWriter points(*FValues);
   points.CheckY(scaled, "normalize");
   TUpdateBlock block(*FValues);

@@ -238,22 +238,18 @@ TFzyFloat TFuzzySetValues::GetMaxValue() const {
 
 TFzyFloat TFuzzySetValues::GetAvgValue() const {
   RequirePoints("Get Average Y Value");
-  TFzyFloat sum = 0;
-  for (const TFuzzyPoint& point : FPoints) sum += point.Y;
-  return sum / GetCount();
+  return MeanY(FPoints);
 }
 
 void TFuzzySetValues::GetStatValues(TFzyFloat& avgY, TFzyFloat& maxY, TFzyFloat& minY) const {
   RequirePoints("Get Statistics Values");
-  avgY = 0;
+  avgY = MeanY(FPoints);
   maxY = 0;
   minY = 1;
   for (const TFuzzyPoint& point : FPoints) {
-    avgY += point.Y;
     maxY = std::max(maxY, point.Y);
     minY = std::min(minY, point.Y);
   }
-  avgY /= GetCount();
 }
 
 }  // namespace fzy

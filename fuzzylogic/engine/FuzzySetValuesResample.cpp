@@ -1,5 +1,6 @@
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySetValues.h"
+#include "fuzzylogic/engine/detail/Interpolation.h"
 #include "fuzzylogic/engine/detail/Resampler.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 
@@ -22,6 +23,7 @@ int CountGaps(TFuzzyCurve curve) {
 
 void TFuzzySetValues::Expand(int newCount) {
   if (newCount < 2 || GetCount() >= newCount) return;
+  RequireAtMost(MostShapePoints, newCount, "Expand");
   int missing = newCount - GetCount();
   int gaps = CountGaps(FPoints);
   detail::TResampler sampler(*this);
@@ -31,7 +33,7 @@ void TFuzzySetValues::Expand(int newCount) {
     sampler.Advance();
     if (!IsGap(left, right)) continue;
     const int share = missing > 0 ? (missing + gaps - 1) / gaps : 0;
-    const TFzyFloat step = (right.X - left.X) / (share + 1);
+    const TFzyFloat step = detail::EvenStep(left.X, right.X, share + 1);
     --gaps;
     missing -= share;
     for (int k = 0; k < share; ++k) {
@@ -44,9 +46,10 @@ void TFuzzySetValues::Expand(int newCount) {
 
 void TFuzzySetValues::ExpandSimple(int newCount) {
   if (newCount < 2 || GetCount() >= newCount || GetCount() < 2) return;
+  RequireAtMost(MostShapePoints, newCount, "ExpandSimple");
   if (!(FPoints.back().X > FPoints.front().X)) return;
   const int missing = newCount - GetCount();
-  const TFzyFloat step = (FPoints.back().X - FPoints.front().X) / (missing + 1);
+  const TFzyFloat step = detail::EvenStep(FPoints.front().X, FPoints.back().X, missing + 1);
   TFzyFloat x = FPoints.front().X;
   detail::TResampler sampler(*this);
   for (int k = 0; k < missing; ++k) {

@@ -1,5 +1,7 @@
 #include "fuzzylogic/model/FuzzyLogic.h"
 
+#include <numeric>
+
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/Properties.h"
@@ -129,8 +131,9 @@ void TFuzzyLogic::AddAutoTerms(TFuzzyVariable* fuzzyVariable) {
   TFirstException first;
   first.Run([&] { add(SLowFuzzyTerm, line(1, 0)); });
   first.Run([&] {
-    add(SMediumFuzzyTerm,
-        [=](TFuzzySet& set) { set.CreateTriangleFunctionValues(min, (min + max) / 2, max); });
+    add(SMediumFuzzyTerm, [=](TFuzzySet& set) {
+      set.CreateTriangleFunctionValues(min, std::midpoint(min, max), max);
+    });
   });
   first.Run([&] { add(SHighFuzzyTerm, line(0, 1)); });
   first.Rethrow();
