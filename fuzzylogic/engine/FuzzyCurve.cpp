@@ -4,6 +4,9 @@
 #include <cmath>
 #include <iterator>
 
+#include "fuzzylogic/engine/detail/Interpolation.h"
+#include "fuzzylogic/engine/detail/Means.h"
+
 namespace fzy {
 namespace {
 
@@ -44,7 +47,10 @@ TFzyFloat MembershipBefore(TFuzzyCurve curve, std::size_t next, TFzyFloat x) noe
   const TFuzzyPoint& right = curve[next];
   if (x == right.X) return HighestOfRun(curve, static_cast<int>(next), 1);
   const TFuzzyPoint& left = curve[next - 1];
-  return InterpolateY(left.X, left.Y, right.X, right.Y, x);
+  // Degrees are not negative: only the width may be infinite.
+  return right.X - left.X <= detail::LargestFloat
+             ? detail::OnLine(left, right, x)
+             : detail::InterpolateWide(left.X, left.Y, right.X, right.Y, x);
 }
 
 /// The degree at an `x` that lies at or beyond an end of the curve; false when it lies inside.
@@ -66,16 +72,20 @@ bool MembershipAtEnds(TFuzzyCurve curve, TFzyFloat x, TFzyFloat& degree) noexcep
 
 TFzyFloat InterpolateY(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
                        TFzyFloat x) noexcept {
-  return x2 == x1 ? y2 : (x - x1) / (x2 - x1) * (y2 - y1) + y1;
+  return x2 == x1 ? y2 : detail::Interpolate(x1, y1, x2, y2, x);
 }
 
 TFzyFloat InterpolateX(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
                        TFzyFloat y) noexcept {
-  return y2 == y1 ? x2 : (y - y1) / (y2 - y1) * (x2 - x1) + x1;
+  return y2 == y1 ? x2 : detail::Interpolate(y1, x1, y2, x2, y);
 }
 
 TFzyFloat Slope(const TFuzzyPoint& a, const TFuzzyPoint& b) noexcept {
-  return FloatEquals(a.X, b.X) ? Sign(b.Y - a.Y) : (b.Y - a.Y) / (b.X - a.X);
+  if (FloatEquals(a.X, b.X)) return Sign(b.Y - a.Y);
+  const TFzyFloat dx = b.X - a.X;
+  const TFzyFloat dy = b.Y - a.Y;
+  if (std::isfinite(dx) && std::isfinite(dy)) return dy / dx;
+  return (b.Y / 2 - a.Y / 2) / (b.X / 2 - a.X / 2);
 }
 
 bool IsAscending(TFuzzyCurve curve) noexcept {
@@ -123,20 +133,13 @@ TFzyFloat TMembershipCursor::At(TFzyFloat x) noexcept {
 
 TFzyFloat MeanOfMaxima(TFuzzyCurve curve) noexcept {
   if (curve.empty()) return 0;
-  TFzyFloat sum = curve[0].X;
-  TFzyFloat highest = curve[0].Y;
-  int count = 1;
-  for (const TFuzzyPoint& point : curve.subspan(1)) {
-    if (highest - FuzzyTolerance < point.Y && point.Y < highest + FuzzyTolerance) {
-      sum += point.X;
-      ++count;
-    } else if (point.Y > highest) {
-      sum = point.X;
-      highest = point.Y;
-      count = 1;
-    }
-  }
-  return sum / count;
+  const TFzyFloat mean = detail::MeanOfMaximaIn<TFzyFloat>(curve);
+  return std::isfinite(mean) ? mean : detail::MeanOfMaximaWide(curve);
+}
+
+TFzyFloat MeanY(TFuzzyCurve curve) noexcept {
+  const TFzyFloat mean = detail::MeanYIn<TFzyFloat>(curve);
+  return std::isfinite(mean) ? mean : detail::MeanYWide(curve);
 }
 
 bool IsUndecidable(TFuzzyCurve curve) noexcept {

@@ -8,7 +8,9 @@ namespace fzy {
 
 // The mathematics of one membership curve, free of objects. Where a function names an index outside
 // the curve it says so; otherwise indices must lie inside. Points are expected in ascending X,
-// where X values within the tolerance count as equal.
+// where X values within the tolerance count as equal. They may be any finite numbers, as far apart
+// as they like: where a sum or product on the way to a result is too large for a double, it is
+// computed with more room.
 
 /// The engine's one tolerance: every decision about equal X or equal degrees uses it.
 inline constexpr TFzyFloat FuzzyTolerance = 0.0001;
@@ -26,10 +28,12 @@ constexpr bool SamePoint(const TFuzzyPoint& a, const TFuzzyPoint& b) noexcept {
   return FloatEquals(a.X, b.X) && FloatEquals(a.Y, b.Y);
 }
 
-/// The Y at `x` of the line through two points; `y2` when `x1` equals `x2` exactly.
+/// The Y at `x` of the line through two points; `y2` when `x1` equals `x2` exactly. Finite between
+/// the points.
 TFzyFloat InterpolateY(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
                        TFzyFloat x) noexcept;
-/// The X at `y` of the line through two points; `x2` when `y1` equals `y2` exactly.
+/// The X at `y` of the line through two points; `x2` when `y1` equals `y2` exactly. Finite between
+/// the points.
 TFzyFloat InterpolateX(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
                        TFzyFloat y) noexcept;
 
@@ -77,6 +81,9 @@ TFzyFloat CenterOfGravity(TFuzzyCurve curve, TFzyFloat minimum, TFzyFloat maximu
 /// The mean X of the points that share the greatest Y, strictly within the tolerance of the first
 /// of them; 0 without points. Points are averaged, not the plateau between them.
 TFzyFloat MeanOfMaxima(TFuzzyCurve curve) noexcept;
+
+/// The mean Y of the points; the curve must have points.
+TFzyFloat MeanY(TFuzzyCurve curve) noexcept;
 
 /// Whether the curve decides nothing: no points, all exactly 0, or all exactly 1.
 bool IsUndecidable(TFuzzyCurve curve) noexcept;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 
 #include "fuzzylogic/engine/detail/MergeWalk.h"
 
@@ -12,17 +13,22 @@ namespace FuzzyFormulas {
 
 TFzyFloat Min(TFzyFloat y1, TFzyFloat y2) { return std::min(y1, y2); }
 TFzyFloat Max(TFzyFloat y1, TFzyFloat y2) { return std::max(y1, y2); }
-TFzyFloat Mean(TFzyFloat y1, TFzyFloat y2) { return (y1 + y2) / 2; }
+TFzyFloat Mean(TFzyFloat y1, TFzyFloat y2) { return std::midpoint(y1, y2); }
 TFzyFloat UnionMean(TFzyFloat y1, TFzyFloat y2) {
-  return (2 * std::min(y1, y2) + 4 * std::max(y1, y2)) / 6;
+  const TFzyFloat mean = (2 * std::min(y1, y2) + 4 * std::max(y1, y2)) / 6;
+  return std::isfinite(mean) ? mean : (std::min(y1, y2) / 4 + std::max(y1, y2) / 2) / 6 * 8;
 }
 TFzyFloat MeanSqr(TFzyFloat y1, TFzyFloat y2) {
-  const TFzyFloat mean = (y1 + y2) / 2;
+  const TFzyFloat mean = Mean(y1, y2);
   return mean * mean;
 }
-TFzyFloat MeanSqrt(TFzyFloat y1, TFzyFloat y2) { return std::sqrt((y1 + y2) / 2); }
+TFzyFloat MeanSqrt(TFzyFloat y1, TFzyFloat y2) { return std::sqrt(Mean(y1, y2)); }
 TFzyFloat IntersectionProduct(TFzyFloat y1, TFzyFloat y2) { return y1 * y2; }
-TFzyFloat UnionProduct(TFzyFloat y1, TFzyFloat y2) { return y1 + y2 - y1 * y2; }
+TFzyFloat UnionProduct(TFzyFloat y1, TFzyFloat y2) {
+  const TFzyFloat product = y1 * y2;
+  // A product that is too large outweighs the sum, even one that is too large itself.
+  return std::isinf(product) ? -product : y1 + y2 - product;
+}
 TFzyFloat IntersectionBoundedSum(TFzyFloat y1, TFzyFloat y2) { return std::max(0.0, y1 + y2 - 1); }
 TFzyFloat UnionBoundedSum(TFzyFloat y1, TFzyFloat y2) { return std::min(1.0, y1 + y2); }
 TFzyFloat UnionSum(TFzyFloat y1, TFzyFloat y2) { return y1 + y2; }
@@ -148,7 +154,7 @@ TFzyFloat HeightAtCrisp(TFuzzyCurve a, TFuzzyCurve crisp) noexcept {
 
 TFzyFloat HeightOfIntersection(TFuzzyCurve a, bool ascendingA, TFuzzyCurve b,
                                bool ascendingB) noexcept {
-  if (ascendingA && !a.empty() && IsCrisp(b)) return HeightAtCrisp(a, b);
+  if (ascendingA && !a.empty() && detail::IsNarrow(a) && IsCrisp(b)) return HeightAtCrisp(a, b);
   TFzyFloat height = 0;
   detail::MergeWalk(a, ascendingA, b, ascendingB,
                     [&](TFzyFloat /*x1*/, TFzyFloat y1, TFzyFloat /*x2*/, TFzyFloat y2) {

@@ -14,6 +14,9 @@ struct TFuzzyPoint {
   friend bool operator==(const TFuzzyPoint&, const TFuzzyPoint&) = default;
 };
 
+/// The most points that a shape may be made of, or a list be expanded to.
+inline constexpr int MostShapePoints = 16'777'216;
+
 /// A membership function: piecewise linear through its points in order, flat beyond the first and
 /// the last.
 using TFuzzyCurve = std::span<const TFuzzyPoint>;

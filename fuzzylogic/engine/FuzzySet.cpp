@@ -232,16 +232,22 @@ TFzyFloat TFuzzySet::DegreeOfMembership(TFzyFloat value) const {
 
 TFzyFloat TFuzzySet::InterpolateX(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
                                   TFzyFloat yValue) const {
-  return fzy::InterpolateX(x1, y1, x2, y2, yValue);
+  const TFzyFloat x = fzy::InterpolateX(x1, y1, x2, y2, yValue);
+  RequireFinite(x, "InterpolateX");
+  return x;
 }
 
 TFzyFloat TFuzzySet::InterpolateY(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
                                   TFzyFloat xValue) const {
-  return fzy::InterpolateY(x1, y1, x2, y2, xValue);
+  const TFzyFloat y = fzy::InterpolateY(x1, y1, x2, y2, xValue);
+  RequireFinite(y, "InterpolateY");
+  return y;
 }
 
 TFzyFloat TFuzzySet::GetSlope(const TFuzzySetValue* value1, const TFuzzySetValue* value2) const {
-  return Slope(PointOf(value1, "GetSlope"), PointOf(value2, "GetSlope"));
+  const TFzyFloat slope = Slope(PointOf(value1, "GetSlope"), PointOf(value2, "GetSlope"));
+  RequireFinite(slope, "GetSlope");
+  return slope;
 }
 
 void TFuzzySet::RequireRun(TFuzzyCurve points, int index, int dir, const char* operation) {

@@ -72,7 +72,8 @@ class TFuzzySet : public TGCollectionItem {
   TFuzzySetType GetSetType() const noexcept { return FSetType; }
   /// Sets the type and, for any but user-defined, makes the points anew: the shape over the middle
   /// third of the range to either side (triangle, PI, beta) or over its middle third (curves).
-  /// @throws EFzyException when the range is too wide for its width to be a finite number
+  /// @throws EFzyException (`SFzyInvalidArgument`) when the surroundings ask for more than
+  ///   16,777,216 points
   virtual void SetSetType(TFuzzySetType value);
   TFuzzySetValues* GetValues() const noexcept { return FValues; }
   /// Copies the points of another list.
@@ -134,11 +135,16 @@ class TFuzzySet : public TGCollectionItem {
   /// The degree at an X: interpolated between points, the greater value at a vertical edge, flat
   /// beyond the ends, 0 without points. Logarithmic in the points; allocates nothing.
   TFzyFloat DegreeOfMembership(TFzyFloat value) const;
+  /// The X at a Y, or the Y at an X, of the line through two points; the second point's when they
+  /// agree in the given coordinate.
+  /// @throws EFzyException (`SFzyNotFinite`) when that lies beyond the numbers, as it never does
+  ///   between the points
   TFzyFloat InterpolateX(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
                          TFzyFloat yValue) const;
   TFzyFloat InterpolateY(TFzyFloat x1, TFzyFloat y1, TFzyFloat x2, TFzyFloat y2,
                          TFzyFloat xValue) const;
   /// Slope from one point to another; 1, -1 or 0 where their X agree within 0.0001.
+  /// @throws EFzyException (`SFzyNotFinite`) when it is too large for a number
   TFzyFloat GetSlope(const TFuzzySetValue* value1, const TFuzzySetValue* value2) const;
   /// Of the points from `index` on, by steps of `dir`, that share its X within 0.0001, the index of
   /// the greatest (least) Y; the first found wins ties.
@@ -147,7 +153,8 @@ class TFuzzySet : public TGCollectionItem {
   int GetMinYValueOfX(int index, int dir) const;
 
   // Shapes. Points are added to those there (clear the list first for a shape alone), inside one
-  // update block; then the type is recorded. Counts below 3 become 3.
+  // update block; then the type is recorded. Counts below 3 become 3; those above 16,777,216 points
+  // are refused with an EFzyException (`SFzyInvalidArgument`), before memory is asked for.
 
   /// (left, 0), (middle, 1), (right, 0). A right below left becomes left; the middle is clamped.
   void CreateTriangleFunctionValues(TFzyFloat left, TFzyFloat middle, TFzyFloat right);
@@ -172,9 +179,9 @@ class TFuzzySet : public TGCollectionItem {
   /// - center) / inflectionPoint, half as high at center +- inflectionPoint for weight 1. At the
   /// center itself Y is 1 for any inflection point; with an inflection point of 0 it is 0
   /// everywhere else.
-  /// @throws EFzyException when an argument or a degree is not finite (weight and inflection point
-  /// both
-  ///   0, or a negative weight that meets the pole)
+  /// @throws EFzyException when an argument, an end or a degree is not finite (weight and
+  /// inflection
+  ///   point both 0, or a negative weight that meets the pole)
   void CreateBetaCurveFunctionValues(int num, TFzyFloat range, TFzyFloat center,
                                      TFzyFloat inflectionPoint, TFzyFloat weight);
   void CreateBetaCurveFunctionValues(int num, TFzyFloat range, TFzyFloat center,
@@ -383,6 +390,7 @@ class TFuzzySet : public TGCollectionItem {
   TFuzzySet* Combine(TFuzzySet* other, const TString& keyword, Fill fill);
   TFuzzySet* CombineBy(TFuzzySet* other, const detail::TCombination& combination);
   class TModification;
+  class TShapeUndo;
   template <class Make>
   class TNextExpression;
   template <class Expression>

@@ -6,6 +6,7 @@
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySet.h"
+#include "fuzzylogic/engine/detail/Approximation.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
 #include "fuzzylogic/engine/detail/Resampler.h"
 #include "fuzzylogic/framework/FirstException.h"
@@ -21,7 +22,6 @@ namespace {
 
 constexpr int HedgePoints = 7;  // what the shape hedges expand to, whatever the component says
 constexpr int ApproximationPoints = 50;  // the grid of the approximation hedges
-constexpr TFzyFloat CrispScale = 0.2;    // their scale for a set without width
 constexpr TFzyFloat Pivot = 0.5;         // the degree on which contrast turns
 
 /// What the linguistic hedges are built from.
@@ -76,7 +76,9 @@ TFzyFloat Contrasted(TFzyFloat y, TFzyFloat x) {
 
 /// The degree that a degree becomes where the greatest becomes 1.
 auto NormalizedBy(TFzyFloat greatest) {
-  return [factor = 1 / greatest](TFzyFloat y) { return y * factor; };
+  return [greatest, factor = 1 / greatest](TFzyFloat y) {
+    return std::isfinite(factor) ? y * factor : y / greatest;
+  };
 }
 
 /// @throws EFzyException when a degree of the normalized curve would leave the numbers
@@ -264,31 +266,22 @@ void TFuzzySet::FuzzyContrast(int n, TFzyFloat x) {
 
 void TFuzzySet::FuzzyApproximation(int n, TFzyFloat x) {
   FValues->GetMaxValue();  // refuses a set without points
-  const TFuzzyCurve curve = FValues->Points();
   const TFzyFloat minimum = GetXRange(1);
   const TFzyFloat maximum = GetXRange(0);
-  const TFzyFloat width = curve.back().X - curve.front().X;
-  const TFzyFloat scale = width == 0 ? CrispScale : width / (maximum - minimum);
-  RequireFinite(scale, "approximation");
+  const TFuzzyCurve curve = FValues->Points();
+  detail::TApproximation approximation(curve, minimum, maximum);
   TFuzzySetValues grid;
   grid.Add(minimum, 0);
   grid.Add(maximum, 0);
   grid.Expand(ApproximationPoints);
 
   std::optional<detail::TResampler> expansion = FValues->Expansion(n);
-  std::vector<TFuzzyPoint> expanded;
-  if (expansion)
+  std::vector<TFuzzyPoint> expanded(curve.begin(), curve.end());
+  if (expansion) {
+    expanded.clear();
     expansion->ForEachPoint([&](const TFuzzyPoint& point) { expanded.push_back(point); });
-  else
-    expanded.assign(curve.begin(), curve.end());
-  std::vector<TFuzzyPoint> bells(grid.Points().begin(), grid.Points().end());
-  for (const TFuzzyPoint& point : expanded) {
-    if (!(point.Y > 0)) continue;
-    for (TFuzzyPoint& bell : bells) {
-      const TFzyFloat distance = std::abs(bell.X - point.X) * scale;
-      bell.Y = std::max(bell.Y, point.Y / (std::pow(distance, x) + 1));
-    }
   }
+  const std::vector<TFuzzyPoint> bells = approximation.Over(grid.Points(), expanded, x);
   CheckNormalized(bells);
   FValues->PrepareFor(bells);
   TUpdateBlock block(*FValues);

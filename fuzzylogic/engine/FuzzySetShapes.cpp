@@ -1,7 +1,10 @@
 #include <algorithm>
+#include <cmath>
+#include <numeric>
 #include <vector>
 
 #include "fuzzylogic/engine/FuzzySet.h"
+#include "fuzzylogic/engine/detail/Interpolation.h"
 #include "fuzzylogic/engine/detail/PointWriter.h"
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
@@ -16,6 +19,12 @@ constexpr int FewestShapePoints = 3;
 
 TFzyFloat Square(TFzyFloat value) { return value * value; }
 
+/// By what numbers are multiplied so that their sum and their difference are finite; nearly always
+/// by 1, which leaves every bit.
+TFzyFloat ScaleFor(TFzyFloat a, TFzyFloat b) {
+  return std::isfinite(b - a) && std::isfinite(a + b) ? 1 : 0.5;
+}
+
 /// The S curve over [left, right], of width w.
 TFzyFloat GrowthDegree(TFzyFloat x, TFzyFloat left, TFzyFloat right, TFzyFloat w) {
   if (x <= left) return 0;
@@ -27,7 +36,8 @@ TFzyFloat GrowthDegree(TFzyFloat x, TFzyFloat left, TFzyFloat right, TFzyFloat w
 TFzyFloat BetaDegree(TFzyFloat x, TFzyFloat center, TFzyFloat inflectionPoint, TFzyFloat weight) {
   // At the center the quotient is 0 for any inflection point, 0 included.
   const TFzyFloat t = x == center ? 0 : (x - center) / inflectionPoint;
-  return 1 / (1 + weight * Square(t));
+  const TFzyFloat square = Square(t);
+  return 1 / (1 + (std::isfinite(square) ? weight * square : weight * t * t));
 }
 
 }  // namespace
@@ -44,7 +54,6 @@ void TFuzzySet::CloseShape(List& block, TFuzzySetType type) {
 void TFuzzySet::CheckCurve(TFzyFloat left, TFzyFloat right) const {
   for (const TFzyFloat end : {left, right}) RequireFinite(end, "CreateCurveValues");
   if (left > right) throw EFzyException(SInvalidRangeArguments, {left, right});
-  RequireFinite(right - left, "CreateCurveValues");
 }
 
 void TFuzzySet::CreateTriangleFunctionValues(TFzyFloat left, TFzyFloat middle, TFzyFloat right) {
@@ -66,6 +75,7 @@ void TFuzzySet::CreateTriangleFunctionValues(TFzyFloat left, TFzyFloat middle, T
 
 void TFuzzySet::CreateCurveValues(int num, TFzyFloat left, TFzyFloat right,
                                   TFzyFloat inflectionPoint, bool growth) {
+  RequireAtMost(MostShapePoints, num, "CreateCurveValues");
   CheckCurve(left, right);
   RequireFinite(inflectionPoint, "CreateCurveValues");
   num = std::max(num, FewestShapePoints);
@@ -73,11 +83,13 @@ void TFuzzySet::CreateCurveValues(int num, TFzyFloat left, TFzyFloat right,
   detail::TPointWriter points(*FValues);
   points.Reserve(static_cast<std::size_t>(num));
   TUpdateBlock block(*FValues);
-  const TFzyFloat w = right - left;
-  const TFzyFloat step = w / (num - 1);
+  const TFzyFloat scale = ScaleFor(left, right);
+  const TFzyFloat l = left * scale;
+  const TFzyFloat r = right * scale;
+  const TFzyFloat step = detail::EvenStep(left, right, num - 1);
   TFzyFloat x = left;
   for (int i = 0; i < num; ++i) {
-    const TFzyFloat y = GrowthDegree(x, left, right, w);
+    const TFzyFloat y = GrowthDegree(x * scale, l, r, r - l);
     points.Add(x, growth ? y : 1 - y);
     x += step;
   }
@@ -88,6 +100,7 @@ void TFuzzySet::CreateCurveValues(int num, TFzyFloat left, TFzyFloat right,
 void TFuzzySet::CreatePIFunctionValues(int num, TFzyFloat left, TFzyFloat right, TFzyFloat center) {
   CheckCurve(left, right);
   RequireNumber(center, "CreatePIFunctionValues");
+  RequireAtMost(MostShapePoints, num, "CreatePIFunctionValues");
   if (num < 0)
     throw EFzyException(SFzyInvalidArgument,
                         {TString("CreatePIFunctionValues"), std::int64_t{num}});
@@ -96,9 +109,13 @@ void TFuzzySet::CreatePIFunctionValues(int num, TFzyFloat left, TFzyFloat right,
   detail::TPointWriter(*FValues).Reserve(
       2 * static_cast<std::size_t>(std::max(num / 2 + 1, FewestShapePoints)));
   TUpdateBlock block(*FValues);
-  CreateCurveValues(num / 2 + 1, left, center, left + (center - left) / 2, true);
+  const auto middle = [](TFzyFloat from, TFzyFloat to) {
+    const TFzyFloat width = to - from;
+    return std::isfinite(width) ? from + width / 2 : std::midpoint(from, to);
+  };
+  CreateCurveValues(num / 2 + 1, left, center, middle(left, center), true);
   if (num % 2 == 0) FValues->Delete(FValues->GetCount() - 1);
-  CreateCurveValues(num / 2 + 1, center, right, center + (right - center) / 2, false);
+  CreateCurveValues(num / 2 + 1, center, right, middle(center, right), false);
   if (FValues->GetCount() > num) FValues->Delete(num / 2);
   CloseShape(block, fstPICurve);
 }
@@ -110,16 +127,19 @@ void TFuzzySet::CreatePIFunctionValues(int num, TFzyFloat range, TFzyFloat cente
 void TFuzzySet::CreateBetaCurveFunctionValues(int num, TFzyFloat range, TFzyFloat center,
                                               TFzyFloat inflectionPoint, TFzyFloat weight) {
   constexpr const char* operation = "CreateBetaCurveFunctionValues";
-  for (const TFzyFloat value : {range, center, inflectionPoint, weight, center - range, 2 * range})
+  RequireAtMost(MostShapePoints, num, operation);
+  for (const TFzyFloat value :
+       {range, center, inflectionPoint, weight, center - range, center + range})
     RequireFinite(value, operation);
   num = std::max(num, FewestShapePoints);
   std::vector<TFuzzyPoint> bell;  // computed as a whole first: a degree may be refused
-  const TFzyFloat step = 2 * range / (num - 1);
+  const bool isWide = std::isinf(2 * range);
+  const TFzyFloat step = isWide ? range / (num - 1) * 2 : 2 * range / (num - 1);
   TFzyFloat x = center - range;
   for (int i = 0; i < num; ++i) {
     bell.push_back({x, BetaDegree(x, center, inflectionPoint, weight)});
     RequireFinite(bell.back().Y, operation);
-    x += step;
+    x = std::clamp(x + step, -detail::LargestFloat, detail::LargestFloat);
   }
   const TPin self(this);
   detail::TPointWriter points(*FValues);
@@ -149,19 +169,54 @@ void TFuzzySet::CreateCrispValue(TFzyFloat value) {
   first.Rethrow();
 }
 
+/// What a set was before its points are made anew: it comes back when making them is refused, or
+/// memory fails. It stands before the update block, whose telling makes the set user-defined.
+class TFuzzySet::TShapeUndo {
+ public:
+  explicit TShapeUndo(TFuzzySet& set)
+      : FSet(set),
+        FPoints(set.FValues->Points().begin(), set.FValues->Points().end()),
+        FExpression(set.FExpression),
+        FType(set.FSetType) {
+    FDefinition.Set(set.FDefinition.Get());
+  }
+  TShapeUndo(const TShapeUndo&) = delete;
+  TShapeUndo& operator=(const TShapeUndo&) = delete;
+  ~TShapeUndo() {
+    if (FIsDropped) return;
+    FSet.FValues->PutBack(FPoints);
+    FSet.FExpression = std::move(FExpression);
+    FSet.FDefinition.Swap(FDefinition);
+    FSet.FSetType = FType;
+  }
+  void Drop() noexcept { FIsDropped = true; }
+
+ private:
+  TFuzzySet& FSet;
+  std::vector<TFuzzyPoint> FPoints;
+  TString FExpression;
+  TSparseText FDefinition;
+  TFuzzySetType FType;
+  bool FIsDropped = false;
+};
+
 void TFuzzySet::SetSetType(TFuzzySetType value) {
   if (value == FSetType) return;
   const TPin self(this);
   TFirstException first;
   if (value != fstUserDefined) {
-    const TFzyFloat min = GetXRange(1);
-    const TFzyFloat w = GetXRange(0) - min;
-    RequireFinite(w, "SetSetType");
-    const TFzyFloat center = min + w / 2;
-    const TFzyFloat range = ONE_THIRD * w;
-    const TFzyFloat a = ONE_THIRD * w + min;
-    const TFzyFloat b = TWO_THIRDS * w + min;
+    const TFzyFloat minimum = GetXRange(1);
+    const TFzyFloat maximum = GetXRange(0);
+    const TFzyFloat scale = ScaleFor(minimum, maximum);
+    const TFzyFloat min = minimum * scale;
+    const TFzyFloat w = maximum * scale - min;
+    const TFzyFloat center = (min + w / 2) / scale;
+    const TFzyFloat range = ONE_THIRD * w / scale;
+    const TFzyFloat a = (ONE_THIRD * w + min) / scale;
+    const TFzyFloat b = (TWO_THIRDS * w + min) / scale;
     const int num = FSurroundings ? FSurroundings->GetNumFunctionValues() : 7;
+    RequireAtMost(MostShapePoints, num, "SetSetType");
+    TShapeUndo undo(*this);
     TUpdateBlock block(*FValues);
     FValues->Clear();
     switch (value) {
@@ -169,7 +224,7 @@ void TFuzzySet::SetSetType(TFuzzySetType value) {
         CreatePIFunctionValues(num, range, center);
         break;
       case fstBetaCurve:
-        CreateBetaCurveFunctionValues(num, range, center, (w / 2 - range) / 2);
+        CreateBetaCurveFunctionValues(num, range, center, (w / 2 - range * scale) / 2 / scale);
         break;
       case fstGrowthCurve:
       case fstDeclineCurve:
@@ -178,6 +233,7 @@ void TFuzzySet::SetSetType(TFuzzySetType value) {
       default:
         CreateTriangleFunctionValues(center - range, center, center + range);
     }
+    undo.Drop();
     first.Run([&] { block.Close(); });
   }
   FSetType = value;

@@ -115,6 +115,12 @@ void TFuzzySetValues::PrepareFor(TFuzzyCurve points) {
   ReserveRoom(points.size());
 }
 
+void TFuzzySetValues::PutBack(std::vector<TFuzzyPoint>& points) noexcept {
+  Truncate(0);
+  FPoints.swap(points);
+  FAscending = fzy::IsAscending(FPoints);
+}
+
 // The array, and the objects of its points
 
 bool TFuzzySetValues::Holds(const TFuzzySetValue* value) const noexcept {
@@ -264,22 +270,18 @@ TFzyFloat TFuzzySetValues::GetMaxValue() const {
 
 TFzyFloat TFuzzySetValues::GetAvgValue() const {
   RequirePoints("Get Average Y Value");
-  TFzyFloat sum = 0;
-  for (const TFuzzyPoint& point : FPoints) sum += point.Y;
-  return sum / GetCount();
+  return MeanY(FPoints);
 }
 
 void TFuzzySetValues::GetStatValues(TFzyFloat& avgY, TFzyFloat& maxY, TFzyFloat& minY) const {
   RequirePoints("Get Statistics Values");
-  avgY = 0;
+  avgY = MeanY(FPoints);
   maxY = 0;
   minY = 1;
   for (const TFuzzyPoint& point : FPoints) {
-    avgY += point.Y;
     maxY = std::max(maxY, point.Y);
     minY = std::min(minY, point.Y);
   }
-  avgY /= GetCount();
 }
 
 }  // namespace fzy

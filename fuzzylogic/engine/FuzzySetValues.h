@@ -105,7 +105,9 @@ class TFuzzySetValues : public TGCollection {
   /// Adds points, evenly spaced in each gap between neighbours, until there are `newCount`; earlier
   /// gaps get one more where it does not come out even. The shape stays. Nothing happens below 2 or
   /// when there are as many already. Linear in the resulting count.
-  /// @throws EFzyException when a coordinate would not be finite; then nothing changes
+  /// @throws EFzyException (`SFzyInvalidArgument`) for more than 16,777,216 points, before memory
+  /// is
+  ///   asked for; also when a coordinate would not be finite. Nothing changes then.
   void Expand(int newCount);
   /// Adds points evenly spaced over the whole span of X. Nothing happens on fewer than two points,
   /// or when the last X is not above the first. Linear.
@@ -159,6 +161,8 @@ class TFuzzySetValues : public TGCollection {
   /// Sees to it that the list can take these points instead of its own: it has the room.
   /// @throws EFzyException when it refuses one
   void PrepareFor(TFuzzyCurve points);
+  /// Takes points back that stood here before, in order.
+  void PutBack(std::vector<TFuzzyPoint>& points) noexcept;
   static TOwned<TFuzzySetValue> NewHandle();
   /// Appends a point that stands in no list; nothing is returned when a handler freed it.
   TFuzzySetValue* Join(TOwned<TFuzzySetValue> value);

@@ -1,5 +1,6 @@
 #include "fuzzylogic/engine/FuzzyCurve.h"
 #include "fuzzylogic/engine/FuzzySetValues.h"
+#include "fuzzylogic/engine/detail/Interpolation.h"
 #include "fuzzylogic/engine/detail/Resampler.h"
 #include "fuzzylogic/framework/UpdateBlock.h"
 
@@ -23,6 +24,7 @@ int CountGaps(TFuzzyCurve curve) {
 /// What `Expand` will make of the list; nothing when that is the list as it is.
 std::optional<detail::TResampler> TFuzzySetValues::Expansion(int newCount) {
   if (newCount < 2 || GetCount() >= newCount) return std::nullopt;
+  RequireAtMost(MostShapePoints, newCount, "Expand");
   int missing = newCount - GetCount();
   int gaps = CountGaps(Points());
   std::optional<detail::TResampler> sampler(*this);
@@ -32,7 +34,7 @@ std::optional<detail::TResampler> TFuzzySetValues::Expansion(int newCount) {
     sampler->Advance();
     if (!IsGap(left, right)) continue;
     const int share = missing > 0 ? (missing + gaps - 1) / gaps : 0;
-    const TFzyFloat step = (right.X - left.X) / (share + 1);
+    const TFzyFloat step = detail::EvenStep(left.X, right.X, share + 1);
     --gaps;
     missing -= share;
     for (int k = 0; k < share; ++k) {
@@ -50,9 +52,10 @@ void TFuzzySetValues::Expand(int newCount) {
 
 void TFuzzySetValues::ExpandSimple(int newCount) {
   if (newCount < 2 || GetCount() >= newCount || GetCount() < 2) return;
+  RequireAtMost(MostShapePoints, newCount, "ExpandSimple");
   if (!(FPoints.back().X > FPoints.front().X)) return;
   const int missing = newCount - GetCount();
-  const TFzyFloat step = (FPoints.back().X - FPoints.front().X) / (missing + 1);
+  const TFzyFloat step = detail::EvenStep(FPoints.front().X, FPoints.back().X, missing + 1);
   TFzyFloat x = FPoints.front().X;
   detail::TResampler sampler(*this);
   for (int k = 0; k < missing; ++k) {

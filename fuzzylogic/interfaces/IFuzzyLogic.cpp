@@ -1,6 +1,7 @@
 #include "fuzzylogic/interfaces/IFuzzyLogic.h"
 
 #include <bit>
+#include <numeric>
 
 #include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
@@ -198,7 +199,7 @@ void TIFuzzyLogic::AddAutoTerms(const Ref<IFuzzyVariable>& fuzzyVariable) {
   });
   first.Run([&] {
     add(SMediumFuzzyTerm, [](IFuzzySet& set, TFzyFloat min, TFzyFloat max) {
-      set.CreateTriangleFunctionValues(min, (min + max) / 2, max);
+      set.CreateTriangleFunctionValues(min, std::midpoint(min, max), max);
     });
   });
   first.Run([&] {

@@ -28,11 +28,13 @@ struct TPair {
 /// full, and no marks left behind by removals. Adding, looking up and removing take constant time
 /// on average.
 ///
-/// The capacity is 0 or a power of two of at least 4. Entries are visited in the order of their
-/// slots, which follows from the hashes and the capacity: it is the same in every run, but not the
-/// order of addition, and growing or removing may change it. When keys that were made to collide
-/// drive one search or removal through a thousand slots, the addition or removal at hand, or the
-/// next one, gives the hashes a random seed, once; from then on the order is another in each run.
+/// The capacity is 0 or a power of two of at least 4 and at most 268,435,456: what would take more
+/// is refused with an EArgumentOutOfRangeException before memory is asked for. Entries are visited
+/// in the order of their slots, which follows from the hashes and the capacity: it is the same in
+/// every run, but not the order of addition, and growing or removing may change it. When keys that
+/// were made to collide drive one search or removal through a thousand slots, the addition or
+/// removal at hand, or the next one, gives the hashes a random seed, once; from then on the order
+/// is another in each run.
 ///
 /// Handlers may change the table, or throw: the change that they were told of stays made, and what
 /// else had to be told is told. One thread at a time; only the count may be read by others.
@@ -47,7 +49,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
       std::function<void(TObject* sender, const TValue& item, TKeyedNotification action)>;
 
   /// Without a comparer keys are compared by `==` (texts: case-sensitively).
-  /// @throws EArgumentOutOfRangeException for a negative capacity
+  /// @throws EArgumentOutOfRangeException for a negative capacity, or one above the largest
   explicit TKelDictionary(int capacity = 0, TComparer comparer = nullptr)
       : FComparer(comparer ? std::move(comparer) : DefaultComparer()) {
     SetCapacity(capacity);
@@ -128,7 +130,8 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   /// The number of entries; any thread may ask.
   int GetCount() const noexcept { return FCount.load(std::memory_order_relaxed); }
   int GetCapacity() const noexcept { return static_cast<int>(FItems.size()); }
-  /// @throws EArgumentOutOfRangeException for less than the number of entries
+  /// @throws EArgumentOutOfRangeException for less than the number of entries, or more than the
+  ///   largest capacity
   void SetCapacity(int value) {
     if (value < GetCount()) throw EArgumentOutOfRangeException(SArgumentOutOfRange);
     std::size_t capacity = value == 0 ? 0 : LeastCapacity;
@@ -233,6 +236,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
 
  private:
   static constexpr std::size_t LeastCapacity = 4;
+  static constexpr std::size_t MostCapacity = std::size_t{1} << 28;
   static constexpr int LongestProbe = 1024;  // chance makes no run of half that length
 
   struct TSlot {
@@ -326,6 +330,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   }
 
   void Rehash(std::size_t capacity) {
+    if (capacity > MostCapacity) throw EArgumentOutOfRangeException(SArgumentOutOfRange);
     MoveTo(std::vector<TSlot>(capacity));
     FGrowThreshold = static_cast<int>(capacity / 2 + capacity / 4);
   }

@@ -152,13 +152,11 @@ class TStringList : public TStrings {
 
   /// The entries that there is room for; it doubles when they need more. `Clear` gives it back.
   int GetCapacity() const noexcept { return static_cast<int>(FLines.capacity()); }
-  /// @throws EListError (`SListCapacityError`) below the count
+  /// @throws EListError (`SListCapacityError`) below the count, or above 268,435,456 entries
   void SetCapacity(int value) {
-    if (value < GetCount()) throw EListError(FormatText(SListCapacityError, {std::int64_t{value}}));
-    std::vector<TLine> lines;
-    lines.reserve(static_cast<std::size_t>(value));
-    for (TLine& line : FLines) lines.push_back(std::move(line));
-    FLines.swap(lines);
+    if (value < GetCount() || value > MostCapacity)
+      throw EListError(FormatText(SListCapacityError, {std::int64_t{value}}));
+    Reallocate(value);
   }
 
   const TNotifyEvent& GetOnChanging() const noexcept { return FOnChanging; }
@@ -190,7 +188,7 @@ class TStringList : public TStrings {
     std::int64_t capacity = GetCapacity() > 0 ? GetCapacity() : count;
     while (capacity < count) capacity *= 2;
     if (capacity > std::numeric_limits<int>::max()) throw EOutOfMemory(SOutOfMemory);
-    if (capacity > GetCapacity()) SetCapacity(static_cast<int>(capacity));
+    if (capacity > GetCapacity()) Reallocate(static_cast<int>(capacity));
   }
   bool TakesDataOf(const TStrings& source) const override {
     return dynamic_cast<const TStringList*>(&source) != nullptr;
@@ -201,6 +199,14 @@ class TStringList : public TStrings {
   }
 
  private:
+  static constexpr int MostCapacity = 1 << 28;
+
+  void Reallocate(int capacity) {
+    std::vector<TLine> lines;
+    lines.reserve(static_cast<std::size_t>(capacity));
+    for (TLine& line : FLines) lines.push_back(std::move(line));
+    FLines.swap(lines);
+  }
   /// Whether there was somebody to tell.
   bool Fire(const TEvent<TNotifyEvent>& event) {
     if (!event || IsUpdating() || IsFreed()) return false;

@@ -26,7 +26,7 @@ void TCustomFuzzyLogic::Leave() {
 }
 
 void TCustomFuzzyLogic::SetNumFunctionValues(int value) noexcept {
-  FNumFunctionValues = std::max(2, value);
+  FNumFunctionValues = std::clamp(value, 2, MostFunctionValues);
 }
 
 void TCustomFuzzyLogic::SetThreshold(TFzyFloat value) {

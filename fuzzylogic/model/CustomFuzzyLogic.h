@@ -57,7 +57,10 @@ class TCustomFuzzyLogic : public TComponent {
   void SetDefuzzificationMethod(TDefuzzificationMethod value) noexcept {
     FDefuzzificationMethod = value;
   }
-  /// Points of the shapes that sets generate when their type is set; 7 at first, at least 2.
+  /// The most points of a shape that the component can be set to.
+  static constexpr int MostFunctionValues = 1'000'000;
+  /// Points of the shapes that sets generate when their type is set, and that a definition text
+  /// calls; 7 at first. Clamped to [2, `MostFunctionValues`], also when it is loaded.
   int GetNumFunctionValues() const noexcept { return FNumFunctionValues; }
   void SetNumFunctionValues(int value) noexcept;
   /// The threshold of every variable, clamped to [0, 1]; 0.01 at first. Setting overwrites those

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <new>
+#include <numeric>
 
 #include "fuzzylogic/framework/Exception.h"
 #include "fuzzylogic/framework/FirstException.h"
@@ -135,8 +136,9 @@ void TFuzzyLogic::AddAutoTerms(TFuzzyVariable* fuzzyVariable) {
   TFirstException first;
   first.Run([&] { add(0, SLowFuzzyTerm, line(1, 0)); });
   first.Run([&] {
-    add(1, SMediumFuzzyTerm,
-        [=](TFuzzySet& set) { set.CreateTriangleFunctionValues(min, (min + max) / 2, max); });
+    add(1, SMediumFuzzyTerm, [=](TFuzzySet& set) {
+      set.CreateTriangleFunctionValues(min, std::midpoint(min, max), max);
+    });
   });
   first.Run([&] { add(2, SHighFuzzyTerm, line(0, 1)); });
   const auto keep = [&] {

@@ -16,6 +16,11 @@ void RequireFinite(TFzyFloat value, const char* operation) {
   if (std::isinf(value)) throw EFzyException(SFzyNotFinite, {TString(operation)});
 }
 
+void RequireAtMost(int most, int count, const char* operation) {
+  if (count > most)
+    throw EFzyException(SFzyInvalidArgument, {TString(operation), std::int64_t{count}});
+}
+
 void RaiseFuzzyIndex(int index) { throw EFzyException(SListIndexError, {std::int64_t{index}}); }
 
 }  // namespace fzy

@@ -32,6 +32,8 @@ class EFzyParseException : public EFzyException {
 void RequireNumber(TFzyFloat value, const char* operation);
 /// @throws EFzyException (`SFzyNotFinite`) when `value` is infinite or not a number
 void RequireFinite(TFzyFloat value, const char* operation);
+/// @throws EFzyException (`SFzyInvalidArgument`) when `count` is above `most`
+void RequireAtMost(int most, int count, const char* operation);
 /// @throws EFzyException with the list-index message
 [[noreturn]] void RaiseFuzzyIndex(int index);
 

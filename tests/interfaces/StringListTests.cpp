@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <limits>
 #include <tuple>
 
 #include <gtest/gtest.h>
@@ -158,7 +159,9 @@ TEST(StringList, LetsGoOfWhatItHoldsOnceItIsWhole) {
       list.AddObject("old", new TThing(back), new TThing(back));
       capacities += std::to_string(list.GetCapacity());
     }
-    EXPECT_EQ(MessageOf([&] { list.SetCapacity(4); }), "The list cannot have capacity 4");
+    for (const int capacity : {4, -1, (1 << 28) + 1, std::numeric_limits<int>::max()})
+      EXPECT_EQ(MessageOf([&] { list.SetCapacity(capacity); }),
+                "The list cannot have capacity " + std::to_string(capacity));
     other.Assign(&list);  // shares the interfaces, but not what only one can free
     EXPECT_TRUE(!other.GetObject(1) && other.GetData(1) == list.GetData(1));
     capacities += std::to_string(other.GetCapacity());

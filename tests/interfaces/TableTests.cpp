@@ -58,7 +58,8 @@ TEST(Table, KeepsAndTellsWhatAPlainMapDoes) {
   table.SetOnKeyNotify(log), table.SetOnValueNotify(log);
   table.SetOnChange([&](TObject*) { told += "! "; });
   for (int step = 100; step < 20'000; ++step) {  // a value; keys are below
-    const int count = table.GetCount(), key = random.Below(50), n = random.Below(count + 9) - 3;
+    const int count = table.GetCount(), key = random.Below(50), huge = (1 << 28) + 1;
+    const int n = random.OneIn(9) ? huge << random.Below(3) : random.Below(count + 9) - 3;
     const bool found = plain.count(key) != 0;
     int old = found ? plain[key] : 0, was = old;
     const auto refuse = [&](const char* message) { refusal = message; };
@@ -76,7 +77,9 @@ TEST(Table, KeepsAndTellsWhatAPlainMapDoes) {
       [&] { found ? enter("") : refuse("There is no such item"), table.SetItem(key, step); },
       [&] { count ? leave('-', "! ") : refuse("The table is empty"), was = table.Remove(key); },
       [&] { leave('x', found ? "! " : ""), was = table.ExtractPair(key).Value; },
-      [&] { n < count ? refuse("The argument is beyond what is allowed") : reserve(n), table.SetCapacity(n); },
+      [&] {
+        n < count || n >= huge ? refuse("The argument is beyond what is allowed") : reserve(n), table.SetCapacity(n);
+      },
       [&] { reserve(count + 1), table.TrimExcess(); },
       [&] { plain.clear(), reserve(0), expected = "! ", table.Clear(); },
       [&] { ++blocks, table.BeginUpdate(); },

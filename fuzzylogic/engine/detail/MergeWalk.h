@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fuzzylogic/engine/FuzzyCurve.h"
+#include "fuzzylogic/engine/detail/Interpolation.h"
 #include "fuzzylogic/engine/detail/Segments.h"
 
 namespace fzy::detail {
@@ -21,14 +22,13 @@ class TPlainMembership {
   bool FAscending;
 };
 
-/// The same where the X of neither curve ever descends: mostly `x` lies inside the piece, else a
-/// cursor moves along.
+/// The same where the X of neither curve ever descends, and the curve is narrow: mostly `x` lies
+/// inside the piece, else a cursor moves along.
 class TMovingMembership {
  public:
   explicit TMovingMembership(TFuzzyCurve curve) noexcept : FCursor(curve) {}
   TFzyFloat At(TFzyFloat x, const TFuzzyPoint& previous, const TFuzzyPoint& current) noexcept {
-    if (previous.X < x && x < current.X)
-      return (x - previous.X) / (current.X - previous.X) * (current.Y - previous.Y) + previous.Y;
+    if (previous.X < x && x < current.X) return OnLine(previous, current, x);
     return FCursor.At(x);
   }
 
@@ -77,18 +77,26 @@ bool WalkBoth(TFuzzyCurve a, std::size_t i, TFuzzyCurve b, Membership muA, Membe
     if (CrossingInGap(flatA, *prevA, *curA, flatB, *prevB, *curB, p) && visit(p.X, p.Y, p.X, p.Y))
       return true;
 
+    // Which X is less says which of the two bounds of `FloatEquals` is left to ask.
     bool stop = false;
-    if (hasA && hasB && FloatEquals(curA->X, curB->X)) {
-      stop = visit(curA->X, curA->Y, curB->X, curB->Y);
-      ++i, ++j;
-      prevA = curA;
-      prevB = curB;
-    } else if (hasB && (!hasA || curB->X <= curA->X)) {
-      stop = visit(curB->X, muA.At(curB->X, *prevA, *curA), curB->X, curB->Y);
+    if (hasB && (!hasA || curB->X <= curA->X)) {
+      if (hasA && curB->X + FuzzyTolerance >= curA->X) {
+        stop = visit(curA->X, curA->Y, curB->X, curB->Y);
+        ++i;
+        prevA = curA;
+      } else {
+        stop = visit(curB->X, muA.At(curB->X, *prevA, *curA), curB->X, curB->Y);
+      }
       ++j;
       prevB = curB;
     } else {
-      stop = visit(curA->X, curA->Y, curA->X, muB.At(curA->X, *prevB, *curB));
+      if (hasB && curA->X >= curB->X - FuzzyTolerance) {
+        stop = visit(curA->X, curA->Y, curB->X, curB->Y);
+        ++j;
+        prevB = curB;
+      } else {
+        stop = visit(curA->X, curA->Y, curA->X, muB.At(curA->X, *prevB, *curB));
+      }
       ++i;
       prevA = curA;
     }
@@ -101,7 +109,7 @@ bool WalkBoth(TFuzzyCurve a, std::size_t i, TFuzzyCurve b, Membership muA, Membe
 /// between breakpoints, in order of X: `visit(x1, y1, x2, y2)` with (x1, y1) on A and (x2, y2) on
 /// B, until it returns true; the result says whether it did. A curve without points counts as
 /// absent: the other one's points are visited paired with themselves. Linear in the points of both
-/// when both ascend.
+/// when both ascend and are narrow.
 template <class Visit>
 bool MergeWalk(TFuzzyCurve a, bool ascendingA, TFuzzyCurve b, bool ascendingB, Visit visit) {
   if (a.empty() || b.empty()) {
@@ -111,7 +119,7 @@ bool MergeWalk(TFuzzyCurve a, bool ascendingA, TFuzzyCurve b, bool ascendingB, V
     return false;
   }
   const auto goesOn = [&](std::size_t i, std::size_t j) { return i < a.size() || j < b.size(); };
-  if (ascendingA && ascendingB)
+  if (ascendingA && ascendingB && IsNarrow(a) && IsNarrow(b))
     return WalkBoth(a, 0, b, TMovingMembership(a), TMovingMembership(b), visit, goesOn);
   return WalkBoth(a, 0, b, TPlainMembership(a, ascendingA), TPlainMembership(b, ascendingB), visit,
                   goesOn);

@@ -19,8 +19,13 @@ namespace {
 constexpr std::size_t MostOfOneX = 3;
 constexpr TFzyFloat ReadTolerance = 0.0001;
 
-TString Call(std::u16string_view function, std::initializer_list<TFzyFloat> arguments,
-             TNumberStyle number) {
+using TCalls = std::vector<TString>;
+
+/// Adds a call, unless an argument is no number that can be written: points that were loaded need
+/// not be those of the shape that the set says they are.
+void AddCall(TCalls& calls, std::u16string_view function,
+             std::initializer_list<TFzyFloat> arguments, TNumberStyle number) {
+  if (!std::ranges::all_of(arguments, [](TFzyFloat a) { return std::isfinite(a); })) return;
   TString text(u"(");
   text += function;
   for (const TFzyFloat argument : arguments) {
@@ -28,29 +33,27 @@ TString Call(std::u16string_view function, std::initializer_list<TFzyFloat> argu
     text += number(argument);
   }
   text += u')';
-  return text;
+  calls.push_back(std::move(text));
 }
 
 bool IsOne(TFzyFloat weight) {
   return FloatEquals(weight, 1, ReadTolerance) || !std::isfinite(weight);
 }
 
-std::vector<TString> PICalls(const TSetContent& set, TNumberStyle number) {
+void AddPICalls(TCalls& calls, const TSetContent& set, TNumberStyle number) {
   const TFzyFloat first = set.Points.front().X;
   const TFzyFloat last = set.Points.back().X;
   const TFzyFloat center = MeanOfMaxima(set.Points);
-  std::vector<TString> calls;
   if (FloatEquals(center - first, last - center, ReadTolerance))
-    calls.push_back(Call(u"pi", {center - first, center}, number));
-  calls.push_back(Call(u"pi", {first, last, center}, number));
+    AddCall(calls, u"pi", {center - first, center}, number);
+  AddCall(calls, u"pi", {first, last, center}, number);
   // An even number of points leaves the center out. It lies as many steps behind the first point as
   // half of them.
   if (set.Points.size() > 1) {
     const std::size_t half = set.Points.size() / 2;
     const auto steps = static_cast<TFzyFloat>(half);
-    calls.push_back(Call(u"pi", {first, last, first + (set.Points[1].X - first) * steps}, number));
+    AddCall(calls, u"pi", {first, last, first + (set.Points[1].X - first) * steps}, number);
   }
-  return calls;
 }
 
 /// The weight that made the second point of a bell; anything when the bell is flat.
@@ -61,15 +64,12 @@ TFzyFloat WeightOf(const TSetContent& set, TFzyFloat center) {
   return (1 / point.Y - 1) / (t * t);
 }
 
-std::vector<TString> BetaCalls(const TSetContent& set, TNumberStyle number) {
+void AddBetaCalls(TCalls& calls, const TSetContent& set, TNumberStyle number) {
   const TFzyFloat center = MeanOfMaxima(set.Points);
   const TFzyFloat range = center - set.Points.front().X;
   const TFzyFloat weight = WeightOf(set, center);
-  std::vector<TString> calls;
-  if (IsOne(weight)) calls.push_back(Call(u"beta", {range, center, set.InflectionPoint}, number));
-  if (std::isfinite(weight))
-    calls.push_back(Call(u"beta", {range, center, set.InflectionPoint, weight}, number));
-  return calls;
+  if (IsOne(weight)) AddCall(calls, u"beta", {range, center, set.InflectionPoint}, number);
+  AddCall(calls, u"beta", {range, center, set.InflectionPoint, weight}, number);
 }
 
 /// The number without the noise of the sums that made a shape's last points.
@@ -81,23 +81,23 @@ TFzyFloat TwelveDigits(TFzyFloat value) {
   return value;
 }
 
-std::vector<TString> CallsOf(const TSetContent& set, TNumberStyle number) {
+void AddCalls(TCalls& calls, const TSetContent& set, TNumberStyle number) {
   const std::vector<TFuzzyPoint>& points = set.Points;
-  if (points.empty()) return {};
+  if (points.empty()) return;
   switch (set.Type) {
     case fstTriangle:
-      if (points.size() < 3) return {};
-      return {Call(u"tri", {points[0].X, points[1].X, points[2].X}, number)};
+      if (points.size() < 3) return;
+      return AddCall(calls, u"tri", {points[0].X, points[1].X, points[2].X}, number);
     case fstDeclineCurve:
-      return {Call(u"z", {points.front().X, points.back().X}, number)};
+      return AddCall(calls, u"z", {points.front().X, points.back().X}, number);
     case fstGrowthCurve:
-      return {Call(u"s", {points.front().X, points.back().X}, number)};
+      return AddCall(calls, u"s", {points.front().X, points.back().X}, number);
     case fstPICurve:
-      return PICalls(set, number);
+      return AddPICalls(calls, set, number);
     case fstBetaCurve:
-      return BetaCalls(set, number);
+      return AddBetaCalls(calls, set, number);
     default:
-      return {};
+      return;
   }
 }
 
@@ -157,9 +157,9 @@ TFzyFloat TNumberStyle::ReadBack(TFzyFloat value) const {
 }
 
 std::vector<TString> ShapeCalls(const TSetContent& set, TNumberStyle number) {
-  if (!number.Full) return CallsOf(set, number);
-  std::vector<TString> calls = CallsOf(set, {true, true});
-  for (TString& call : CallsOf(set, number)) calls.push_back(std::move(call));
+  TCalls calls;
+  if (number.Full) AddCalls(calls, set, {true, true});
+  AddCalls(calls, set, number);
   return calls;
 }
 

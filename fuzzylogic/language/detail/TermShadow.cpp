@@ -101,7 +101,6 @@ TSetContent ContentOf(IFuzzySet& set) {
   if (const auto* own = dynamic_cast<const TFuzzySet*>(&set)) return ContentOf(*own);
   std::vector<TFuzzyPoint> points;
   const int count = set.GetCount();
-  points.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) points.push_back({set.GetXValues(i), set.GetYValues(i)});
   return Content(set, TString(), std::move(points));
 }
