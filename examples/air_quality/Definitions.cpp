@@ -30,6 +30,10 @@ void Definitions::FailAt(int line, const std::string& message) const {
   throw InputError(FFile, line, message);
 }
 
+void Definitions::FailAt(const fzy::TReadingFault& fault, const std::string& message) const {
+  throw InputError(FFile, fault, message);
+}
+
 void Definitions::FailWithout(const std::string& variable) const {
   const auto lines = 1 + std::count(FText.begin(), FText.end(), '\n');
   FailAt(static_cast<int>(lines), "the text ends without the variable " + variable);

@@ -27,6 +27,7 @@ class Definitions {
   void AddVariable(const fzy::TString& name, int line);
 
   [[noreturn]] void FailAt(int line, const std::string& message) const;
+  [[noreturn]] void FailAt(const fzy::TReadingFault& fault, const std::string& message) const;
   /// Where the text ends.
   [[noreturn]] void FailWithout(const std::string& variable) const;
   /// Where the definition of the variable ends.

@@ -8,7 +8,6 @@
 #include "Definitions.h"
 #include "Model.h"
 #include "fuzzylogic/FuzzyLogic.h"
-#include "support/LineParser.h"
 
 namespace air_quality {
 
@@ -54,7 +53,7 @@ class RuleModel : public Model {
 
   Definitions FDefinitions;
   typename Api::Component FFuzzy;
-  support::LineParser FParser;
+  fzy::TKelFuzzyLogicParser FParser;
   std::vector<VariableRef> FVariables;  // inputs first, ozone last
   std::vector<BoundRule> FRules;
 };
@@ -98,10 +97,9 @@ void RuleModel<Api>::Read() {
     }
   } catch (const fzy::EStoredFormError& error) {
     FDefinitions.FailAt(error.GetLine(), error.what());
-  } catch (const fzy::EFzyParseException& error) {
-    FDefinitions.FailAt(error.GetLineNumber(), error.what());
-  } catch (const fzy::EFzyException& error) {  // what a form says twice stands nowhere in a text
-    FDefinitions.FailAt(0, error.what());
+  } catch (const fzy::EFzyException& error) {
+    if (FParser.GetFault()) FDefinitions.FailAt(*FParser.GetFault(), error.what());
+    FDefinitions.FailAt(0, error.what());  // what a form says twice stands nowhere in a text
   }
 }
 

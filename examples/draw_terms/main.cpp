@@ -6,7 +6,6 @@
 
 #include "Picture.h"
 #include "support/InputFile.h"
-#include "support/LineParser.h"
 
 namespace {
 
@@ -15,7 +14,7 @@ constexpr int Faulty = 2;  // the exit status for everything that the user can p
 /// Reads a definition text into the component and draws what it defines.
 /// @throws InputError
 std::string Draw(fzy::TFuzzyLogic& fuzzy, const std::string& file) {
-  support::LineParser parser;
+  fzy::TKelFuzzyLogicParser parser;
   parser.SetFuzzyLogic(&fuzzy);
   fuzzy.SetParser(&parser);
   fuzzy.SetAutoTerms(false);  // only what the text defines
@@ -25,10 +24,16 @@ std::string Draw(fzy::TFuzzyLogic& fuzzy, const std::string& file) {
       throw fzy::EFzyException("The variable " + variable->GetName() + " has an empty range");
     variables.push_back(variable);
   });
+  parser.SetOnWarning([&file](auto*, const fzy::TReadingWarning& warning) {
+    std::cerr << support::Located(file, warning.Place, "warning", warning.Message) << '\n'
+              << support::Located(file, warning.Place, "advice", warning.Advice) << '\n';
+  });
+  const std::string text = support::ReadFile(file);
   try {
-    fuzzy.SetStrings(fzy::TString(support::ReadFile(file)));
-  } catch (const fzy::EFzyParseException& error) {
-    throw support::InputError(file, error.GetLineNumber(), error.what());
+    fuzzy.SetStrings(fzy::TString(text));
+  } catch (const fzy::EException& error) {
+    if (!parser.GetFault()) throw;
+    throw support::InputError(file, *parser.GetFault(), error.what());
   }
   if (variables.empty()) throw support::InputError(file, 1, "There is no variable");
   return DrawVariables(variables);

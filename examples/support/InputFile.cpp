@@ -30,6 +30,19 @@ std::string Located(const std::string& file, int line, std::string_view message)
   return OneLine(text.append(": ").append(message));
 }
 
+/// What stands before a column.
+std::string WithLine(const std::string& file, const fzy::TTextPlace& place) {
+  return place.Line > 0 ? file + ":" + std::to_string(place.Line) : file;
+}
+
+std::string Told(const std::string& file, const fzy::TReadingFault& fault,
+                 std::string_view message) {
+  const fzy::TTextPlace& place = fault.Place;
+  std::string text = Located(WithLine(file, place), place.Column, message);
+  if (!fault.Advice.empty()) text += '\n' + support::Located(file, place, "advice", fault.Advice);
+  return text;
+}
+
 [[noreturn]] void Fail(const std::string& file, const std::string& what, int error) {
   throw InputError(file, 0, error ? what + ": " + std::strerror(error) : what);
 }
@@ -38,6 +51,16 @@ std::string Located(const std::string& file, int line, std::string_view message)
 
 InputError::InputError(const std::string& file, int line, std::string_view message)
     : std::runtime_error(Located(file, line, message)) {}
+
+InputError::InputError(const std::string& file, const fzy::TReadingFault& fault,
+                       std::string_view message)
+    : std::runtime_error(Told(file, fault, message)) {}
+
+std::string Located(const std::string& file, const fzy::TTextPlace& place, std::string_view kind,
+                    const fzy::TString& text) {
+  return Located(WithLine(file, place), place.Column,
+                 std::string(kind).append(": ").append(text.Utf8()));
+}
 
 std::string ReadFile(const std::string& file) {
   // A folder can be opened like a file, but then gives nothing.

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "fuzzylogic/FuzzyLogic.h"
+
 namespace support {
 
 /// A fault in what the user gave, told as "file:line: message" on one line ("file: message" where
@@ -11,7 +13,14 @@ namespace support {
 class InputError : public std::runtime_error {
  public:
   InputError(const std::string& file, int line, std::string_view message);
+  /// A fault that a parser noted: "file:line:column: message", and where there is advice a second
+  /// line "file:line:column: advice: ...".
+  InputError(const std::string& file, const fzy::TReadingFault& fault, std::string_view message);
 };
+
+/// "file:line:column: kind: text" on one line.
+std::string Located(const std::string& file, const fzy::TTextPlace& place, std::string_view kind,
+                    const fzy::TString& text);
 
 /// The whole file.
 /// @throws InputError when it cannot be read

@@ -86,6 +86,8 @@ class TBaseStreamTokenOf : public TInterfaced<I> {
 
   bool HasText() const noexcept { return !FText.IsEmpty(); }
 
+  int FColumn = 0;  // for interfaces that have one: here it fills a gap
+
  private:
   int FDataType = btNone;
   int FLineNumber = 0;

@@ -12,6 +12,7 @@ TGTextStream::TGTextStream(std::unique_ptr<TStream> stream, const TEncoding* enc
     : FStream(std::move(stream)), FEncoding(encoding ? encoding : TEncoding::UTF8()) {}
 
 bool TGTextStream::Fill() {
+  FBefore += static_cast<std::int64_t>(FText.size());
   FText.clear();
   FPosition = 0;
   while (FText.empty() && !FStreamEnded) {

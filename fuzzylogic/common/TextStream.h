@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "fuzzylogic/framework/Encoding.h"
@@ -36,6 +37,11 @@ class TGTextStream {
     ch = FPutBack.empty() ? FText[FPosition] : FPutBack.back();
     return true;
   }
+  /// How many characters were consumed; those put back are not. A byte order mark is none.
+  std::int64_t GetPosition() const noexcept {
+    return FBefore + static_cast<std::int64_t>(FPosition) -
+           static_cast<std::int64_t>(FPutBack.size());
+  }
 
  private:
   bool Fill();
@@ -45,6 +51,7 @@ class TGTextStream {
   std::string FBytes;
   std::u16string FText;
   std::size_t FPosition = 0;
+  std::int64_t FBefore = 0;  // characters of earlier blocks
   std::u16string FPutBack;
   bool FStarted = false;
   bool FStreamEnded = false;

@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::array<const char16_t*, 3> LineEnds{u"\n", u"\r\n", u"\r"};
 
+/// The end that a line has among others.
+const char16_t* ClosedEnd(const char16_t* end) { return *end ? end : u"\n"; }
+
 }  // namespace
 
 class TStrings::TStagedLines final : public TStagedTexts {
@@ -137,9 +140,14 @@ TString TStrings::GetText() const {
   text.Reserve(length);
   for (const TLine& line : FLines) {
     text += line.Text;
-    text += line.End;
+    text += ClosedEnd(line.End);
   }
   return text;
+}
+
+TString TStrings::GetGivenText() const {
+  const TString text = GetText();
+  return !FLines.empty() && !*FLines.back().End ? text.Slice(0, text.size() - 1) : text;
 }
 
 void TStrings::SetText(TString text) {
@@ -148,7 +156,10 @@ void TStrings::SetText(TString text) {
     for (std::size_t start = 0; start < all.size();) {
       const std::size_t end = std::min(all.find_first_of(u"\r\n", start), all.size());
       const bool pair = all.substr(end, 2) == u"\r\n";
-      const char16_t* sign = pair ? u"\r\n" : all.substr(end, 1) == u"\r" ? u"\r" : u"\n";
+      const char16_t* sign = end == all.size()   ? u""
+                             : pair              ? u"\r\n"
+                             : all[end] == u'\r' ? u"\r"
+                                                 : u"\n";
       AddLine({all.substr(start, end - start), nullptr, sign});
       start = end + (pair ? 2 : 1);
     }
@@ -199,7 +210,7 @@ void TStrings::DefineProperties(TFiler& filer) {
   filer.DefineEntries(TTextEntries{[this] { return GetCount(); },
                                    [this](int index) -> TTextEntry {
                                      const TLine& line = Line(index);
-                                     return {line.Text, line.End};
+                                     return {line.Text, ClosedEnd(line.End)};
                                    },
                                    [this] { return std::make_unique<TStagedLines>(*this); }});
 }

@@ -49,6 +49,8 @@ class TStrings : public TPersistent {
   /// last line that had none.
   TString GetText() const;
   void SetText(TString text);
+  /// The text as it was set: without a line feed behind a last line that had none.
+  TString GetGivenText() const;
 
   /// The first line equal to `text` (by the list's case rule), or -1.
   virtual int IndexOf(const TString& text) const;
@@ -81,7 +83,7 @@ class TStrings : public TPersistent {
   struct TLine {
     TString Text;
     TObject* Object = nullptr;
-    const char16_t* End = u"\n";
+    const char16_t* End = u"\n";     // empty behind a last line that had none
     Ref<IInterface> Data = nullptr;  // for descendants; this list keeps none
   };
 

@@ -5,6 +5,8 @@
 
 #include "fuzzylogic/framework/Properties.h"
 #include "fuzzylogic/language/detail/ParserFace.h"
+#include "fuzzylogic/language/detail/ReadingNotes.h"
+#include "fuzzylogic/language/detail/ReadingWarnings.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy {
@@ -15,40 +17,49 @@ using TArguments = std::array<TFzyFloat, 4>;
 /// A shape function for one number of arguments, for sets of either model.
 struct TShapeFunction {
   template <class Make>
-  TShapeFunction(std::u16string_view name, int arguments, const TMessage& expected, Make make)
-      : Name(name), Arguments(arguments), Expected(&expected), MakeSet(make), MakeIntf(make) {}
+  TShapeFunction(std::u16string_view name, int arguments, detail::TShapeForm form,
+                 const TMessage& expected, Make make)
+      : Name(name),
+        Arguments(arguments),
+        Form(form),
+        Expected(&expected),
+        MakeSet(make),
+        MakeIntf(make) {}
 
   std::u16string_view Name;
   int Arguments;
+  detail::TShapeForm Form;
   const TMessage* Expected;
   void (*MakeSet)(TFuzzySet& set, int num, const TArguments& a);
   void (*MakeIntf)(IFuzzySet& set, int num, const TArguments& a);
 };
 
+using enum detail::TShapeForm;
+
 const std::array<TShapeFunction, 7> ShapeFunctions = {{
-    {u"pi", 2, SPIArgsExpected,
+    {u"pi", 2, Reach, SPIArgsExpected,
      [](auto& set, int num, const TArguments& a) { set.CreatePIFunctionValues(num, a[0], a[1]); }},
-    {u"pi", 3, SPIArgsExpected,
+    {u"pi", 3, Center, SPIArgsExpected,
      [](auto& set, int num, const TArguments& a) {
        set.CreatePIFunctionValues(num, a[0], a[1], a[2]);
      }},
-    {u"tri", 3, STriArgsExpected,
+    {u"tri", 3, Middle, STriArgsExpected,
      [](auto& set, int, const TArguments& a) {
        set.CreateTriangleFunctionValues(a[0], a[1], a[2]);
      }},
-    {u"s", 2, SCurveArgsExpected,
+    {u"s", 2, Ends, SCurveArgsExpected,
      [](auto& set, int num, const TArguments& a) {
        set.CreateCurveValues(num, a[0], a[1], a[1], true);
      }},
-    {u"z", 2, SCurveArgsExpected,
+    {u"z", 2, Ends, SCurveArgsExpected,
      [](auto& set, int num, const TArguments& a) {
        set.CreateCurveValues(num, a[0], a[1], a[1], false);
      }},
-    {u"beta", 3, SBetaArgsExpected,
+    {u"beta", 3, Reach, SBetaArgsExpected,
      [](auto& set, int num, const TArguments& a) {
        set.CreateBetaCurveFunctionValues(num, a[0], a[1], a[2]);
      }},
-    {u"beta", 4, SBetaArgsExpected,
+    {u"beta", 4, Reach, SBetaArgsExpected,
      [](auto& set, int num, const TArguments& a) {
        set.CreateBetaCurveFunctionValues(num, a[0], a[1], a[2], a[3]);
      }},
@@ -63,9 +74,12 @@ const TShapeFunction& FindShape(TCustomFuzzyLogicParser& parser, const TString& 
   };
   const auto known = std::find_if(ShapeFunctions.begin(), ShapeFunctions.end(), named);
   if (known == ShapeFunctions.end()) parser.ParseError(method, SUnknownFunctionName, {funcName});
-  if (!parser.VerifyAll(list, {fstInteger, fstFloat}))
-    parser.ParseError(method, SFzyArgTypeWrong, {funcName, TString("numeric")});
   const int count = list ? list->GetValueCount() : 0;
+  if (!parser.VerifyAll(list, {fstInteger, fstFloat})) {
+    int wrong = 0;
+    while (IsOfKind(*list->Get(wrong), {fstInteger, fstFloat})) ++wrong;
+    parser.ParseError(method, SFzyArgTypeWrong, {funcName, TString("numeric")}, list->Get(wrong));
+  }
   const auto function = std::find_if(known, ShapeFunctions.end(), [&](const TShapeFunction& entry) {
     return named(entry) && entry.Arguments == count;
   });
@@ -87,7 +101,9 @@ constexpr std::size_t ShownEnd = 128;
 }  // namespace
 
 TCustomFuzzyLogicParser::TCustomFuzzyLogicParser(TComponent* owner)
-    : TFuzzyTextParser(owner), FFace(new detail::TParserFace(*this)) {}
+    : TFuzzyTextParser(owner),
+      FFace(new detail::TParserFace(*this)),
+      FNotes(std::make_unique<detail::TReadingNotes>(*this)) {}
 
 Ref<IFuzzyParser> TCustomFuzzyLogicParser::GetInterface() { return FFace; }
 
@@ -129,9 +145,20 @@ void TCustomFuzzyLogicParser::Notification(TComponent* component, TOperation ope
   if (operation == opRemove && FFuzzyLogic && component == FFuzzyLogic) SetFuzzyLogic(nullptr);
 }
 
+const TReadingFault* TCustomFuzzyLogicParser::GetFault() const noexcept {
+  return FNotes->Fault() ? &*FNotes->Fault() : nullptr;
+}
+
+const std::vector<TReadingWarning>& TCustomFuzzyLogicParser::GetWarnings() const noexcept {
+  return FNotes->Warnings();
+}
+
+bool TCustomFuzzyLogicParser::GetDiagnostics() const noexcept { return FNotes->Enabled; }
+void TCustomFuzzyLogicParser::SetDiagnostics(bool value) noexcept { FNotes->Enabled = value; }
+
 void TCustomFuzzyLogicParser::Parse(const TString& text, const TEncoding* /*encoding*/) {
+  const detail::TReading reading(*this, false);
   if (!FFuzzyLogic) throw EFzyParseException(SFuzzyLogicNotSet);
-  const TPin self(this);
   FireEvent(FOnParsing, this);
   ParseFuzzyLogic(text, nullptr);
   FireEvent(FOnParsed, this);
@@ -158,6 +185,19 @@ void TCustomFuzzyLogicParser::ParseError(const TString& method, const TString& f
   ParseError(method, FormatText(format, args));
 }
 
+void TCustomFuzzyLogicParser::ParseError(const TString& method, const TMessage& message,
+                                         const Ref<IFuzzyStreamToken>& word) {
+  FNotes->NoteError(message, word);
+  ParseError(method, message.Get());
+}
+
+void TCustomFuzzyLogicParser::ParseError(const TString& method, const TMessage& format,
+                                         std::initializer_list<TFormatArg> args,
+                                         const Ref<IFuzzyStreamToken>& word) {
+  FNotes->NoteError(format, word);
+  ParseError(method, FormatText(format, args));
+}
+
 bool TCustomFuzzyLogicParser::VerifyAll(const Ref<IFuzzyStreamTokenList>& list,
                                         TFuzzyStreamTokenTypes allowedTypes) const {
   for (int i = 0; list && i < list->GetValueCount(); ++i) {
@@ -170,7 +210,12 @@ void TCustomFuzzyLogicParser::CalcFuzzyFunction(const TString& funcName,
                                                 const Ref<IFuzzyStreamTokenList>& list,
                                                 TFuzzySet*& fuzzySet) {
   const TShapeFunction& function = FindShape(*this, funcName, list);
-  if (fuzzySet) function.MakeSet(*fuzzySet, ShapePoints(), ArgumentsOf(*list));
+  if (!fuzzySet) return;
+  const TPin pinned(fuzzySet);
+  const TFuzzySet& set = *fuzzySet;
+  const TArguments arguments = ArgumentsOf(*list);
+  function.MakeSet(*fuzzySet, ShapePoints(), arguments);
+  if (!set.IsFreed()) detail::WarnOfShape(*FNotes, funcName, function.Form, list, arguments, set);
 }
 
 void TCustomFuzzyLogicParser::CalcFuzzyFunction(const TString& funcName,
@@ -180,7 +225,11 @@ void TCustomFuzzyLogicParser::CalcFuzzyFunction(const TString& funcName,
   // A handler may reset the reference that was given.
   // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
   const Ref<IFuzzySet> set = fuzzySet;
-  if (set) function.MakeIntf(*set, ShapePoints(), ArgumentsOf(*list));
+  if (!set) return;
+  const TArguments arguments = ArgumentsOf(*list);
+  function.MakeIntf(*set, ShapePoints(), arguments);
+  const auto* own = dynamic_cast<const TFuzzySet*>(set.Get());
+  if (own) detail::WarnOfShape(*FNotes, funcName, function.Form, list, arguments, *own);
 }
 
 TFuzzySet* TCustomFuzzyLogicParser::CalcFuzzyFunction(TFuzzySet* fuzzySet, const TString& funcName,

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include "fuzzylogic/framework/Event.h"
+#include "fuzzylogic/framework/Message.h"
 #include "fuzzylogic/interfaces/FuzzyInterfaces.h"
 #include "fuzzylogic/language/FuzzyStreamToken.h"
+#include "fuzzylogic/language/ReadingFault.h"
 #include "fuzzylogic/model/FuzzyLogic.h"
 
 namespace fzy {
@@ -22,6 +27,7 @@ namespace detail {
 struct TClassModel;
 struct TInterfaceModel;
 class TParserFace;
+class TReadingNotes;
 }  // namespace detail
 
 /// The frame of a parser: its link to the component that it reads into (weak, cleared when that
@@ -90,6 +96,32 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
     FOnCalcFuzzyIntfFunction = std::move(value);
   }
 
+  // What a reading leaves for whoever wrote its text. A reading goes from the call of an entry
+  // point (`Parse`, and those of descendants that take a text, tokens or one token) to its end;
+  // it is outermost unless it is called within another one of this parser, as from its events.
+  // Fault and warnings are those of the last outermost reading, and stay until the next begins.
+  //
+  // Places are in the text of the outermost reading: of what goes wrong in the text of a ?name the
+  // place is that of the ?name, and of what goes wrong in a reading within it the place that the
+  // outermost one has come to. A place is that of the word at fault, so its line may be less than
+  // that of the error, which is the line of the token read last.
+
+  /// Where the last outermost reading failed, whatever was raised, by a handler too; nothing after
+  /// one that succeeded. The place is empty when it failed before or behind its text. Valid until
+  /// the next outermost reading.
+  const TReadingFault* GetFault() const noexcept;
+  /// What the last outermost reading read silently though it was hardly meant, in the order in
+  /// which it was found; the first 1000.
+  const std::vector<TReadingWarning>& GetWarnings() const noexcept;
+  /// Fired as each warning is found, before the events of the term or variable that it is about. A
+  /// handler may do what one of the other events may; what it throws ends the reading.
+  const TReadingWarningEvent& GetOnWarning() const noexcept { return FOnWarning; }
+  void SetOnWarning(TReadingWarningEvent value) { FOnWarning = std::move(value); }
+  /// Whether faults and warnings are noted and told; true at first. Without them an error is raised
+  /// sooner, which counts where many texts are only tried.
+  bool GetDiagnostics() const noexcept;
+  void SetDiagnostics(bool value) noexcept;
+
   /// Reads a whole definition text into the linked component, framed by `OnParsing` and (when
   /// nothing was raised) `OnParsed`. The text is Unicode already, so `encoding` does not matter.
   /// @throws EFzyParseException (`SFuzzyLogicNotSet`) without a component, before any event, and
@@ -139,6 +171,13 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   [[noreturn]] void ParseError(const TString& method, const TString& msg);
   [[noreturn]] void ParseError(const TString& method, const TString& format,
                                std::initializer_list<TFormatArg> args);
+  /// The same with a message by which the fault finds its advice, about a word; without one, about
+  /// the current token.
+  [[noreturn]] void ParseError(const TString& method, const TMessage& message,
+                               const Ref<IFuzzyStreamToken>& word = nullptr);
+  [[noreturn]] void ParseError(const TString& method, const TMessage& format,
+                               std::initializer_list<TFormatArg> args,
+                               const Ref<IFuzzyStreamToken>& word = nullptr);
 
   /// Whether every token is of one of the kinds; true for an empty list, or none.
   bool VerifyAll(const Ref<IFuzzyStreamTokenList>& list, TFuzzyStreamTokenTypes allowedTypes) const;
@@ -154,6 +193,7 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   friend class TKelFuzzyLogicParser;  // which fire the events
   friend struct detail::TClassModel;
   friend struct detail::TInterfaceModel;
+  friend class detail::TReadingNotes;
   int ShapePoints() const noexcept { return FFuzzyLogic ? FFuzzyLogic->GetNumFunctionValues() : 7; }
 
   TEvent<TFuzzySetEvent> FOnParseFuzzySet;
@@ -167,7 +207,9 @@ class TCustomFuzzyLogicParser : public TFuzzyTextParser {
   TEvent<TIFuzzyExpressionEvent> FOnEvalExpressionIntf;
   TEvent<TNotifyEvent> FOnParsed;
   TEvent<TNotifyEvent> FOnParsing;
+  TEvent<TReadingWarningEvent> FOnWarning;
   Ref<detail::TParserFace> FFace;
+  const std::unique_ptr<detail::TReadingNotes> FNotes;
 };
 
 }  // namespace fzy

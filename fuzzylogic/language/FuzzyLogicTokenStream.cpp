@@ -1,5 +1,7 @@
 #include "fuzzylogic/language/FuzzyLogicTokenStream.h"
 
+#include <algorithm>
+
 #include "fuzzylogic/common/CommonMessages.h"
 #include "fuzzylogic/language/detail/Characters.h"
 #include "fuzzylogic/vocabulary/FuzzyExceptions.h"
@@ -44,9 +46,20 @@ TFuzzyLogicTokenStream::~TFuzzyLogicTokenStream() = default;
 
 // Characters
 
+/// A line end has been crossed, up to here.
+void TFuzzyLogicTokenStream::CountLine() noexcept {
+  ++FLineNumber;
+  FLineStart = GetPosition();
+}
+
+/// The column of the character that comes next; the largest that there is for what lies beyond.
+int TFuzzyLogicTokenStream::GetColumn() const noexcept {
+  return static_cast<int>(std::clamp<std::int64_t>(GetPosition() - FLineStart + 1, 1, INT32_MAX));
+}
+
 char16_t TFuzzyLogicTokenStream::GetChar() {
   const char16_t ch = TGTextStream::GetChar();
-  if (ch == u'\n') ++FLineNumber;
+  if (ch == u'\n') CountLine();
   return ch;
 }
 
@@ -54,7 +67,7 @@ TString TFuzzyLogicTokenStream::GetLine() {
   TString line = TGTextStream::GetLine();
   FWhiteSpace += line;
   FWhiteSpace += u"\r\n";
-  ++FLineNumber;
+  CountLine();
   return line;
 }
 
@@ -74,7 +87,7 @@ bool TFuzzyLogicTokenStream::SkipInLineSpaces() {
       GetChar(next);
       FWhiteSpace += next;
     }
-    ++FLineNumber;
+    CountLine();
     return true;
   }
   return false;
@@ -96,49 +109,58 @@ void TFuzzyLogicTokenStream::SkipBlanksAndComments() {
 }
 
 TString TFuzzyLogicTokenStream::ReadString(const TString& prefix) {
-  const int opening = FLineNumber;
+  const TTokenPlace opening{FLineNumber, std::max(1, GetColumn() - 1)};
   TString text = prefix;
   char16_t ch = 0;
   char16_t previous = 0;
   bool escaped = false;
   while (GetChar(ch)) {
-    if (ch == u'\r' || (ch == u'\n' && previous != u'\r')) ++FLineNumber;
+    if (ch == u'\r' || (ch == u'\n' && previous != u'\r'))
+      CountLine();
+    else if (ch == u'\n')
+      FLineStart = GetPosition();
     previous = ch;
     if (!escaped && ch == FQuoteChar) return text;
     escaped = !escaped && ch == FEscapeChar;
     if (!escaped) text += ch;
   }
-  throw EFzyParseException(SUnbalancedString, opening);
+  FUnbalancedString = opening;
+  throw EFzyParseException(SUnbalancedString, opening.Line);
 }
 
 // Tokens
 
-/// Reads the next raw token into `FText`, `FTokenLine` and `FWhiteSpace`; the result is the kind
+/// Reads the next raw token into `FText`, `FPlace` and `FWhiteSpace`; the result is the kind
 /// that `FinishToken` makes of it.
 int TFuzzyLogicTokenStream::ScanToken() {
   FText.Clear();
   SkipBlanksAndComments();
-  FTokenLine = FLineNumber;
+  FPlace = {FLineNumber, GetColumn()};
   if (IsEof()) return EndType;
   const char16_t ch = GetChar();
   if (ch == FQuoteChar) {
     FText = ReadString(FText);
-    FTokenLine = FLineNumber;
+    MoveToLine();
     return StringType;
   }
   FText += ch;
   return IsPunctuation(ch) ? ch : ScanWord();
 }
 
+/// The token that is being read reaches into the current line.
+void TFuzzyLogicTokenStream::MoveToLine() noexcept {
+  if (FPlace.Line != FLineNumber) FPlace = {FLineNumber, 1};
+}
+
 int TFuzzyLogicTokenStream::ScanWord() {
   for (;;) {
-    FTokenLine = FLineNumber;  // a line feed that ends the word is counted, but not for the word
+    MoveToLine();  // a line feed that ends the word is counted, but not for the word
     if (IsEof()) return EndType;
     char16_t ch = GetChar();
     if (IsBlank(ch)) {
       FWhiteSpace += ch;
       // A carriage return ends the line here unless the line feed of a pair still follows.
-      if (ch == u'\r' && !(Peek(ch) && ch == u'\n')) ++FLineNumber;
+      if (ch == u'\r' && !(Peek(ch) && ch == u'\n')) CountLine();
       return WordType;
     }
     if (EndsWord(ch)) {
@@ -156,7 +178,8 @@ int TFuzzyLogicTokenStream::ScanWord() {
 Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::BuildNextToken() {
   const int type = ScanToken();
   Ref<IFuzzyStreamToken> token = FinishToken(type, FText);
-  token->SetLineNumber(FTokenLine);
+  token->SetLineNumber(FPlace.Line);
+  token->SetColumn(FPlace.Column);
   return token;
 }
 
@@ -208,7 +231,7 @@ void TFuzzyLogicTokenStream::ScanConstruct() {
     const int type = ScanToken();
     const bool end = type == EndType && FText.empty();
     depth += type == u'(' ? 1 : type == u')' ? -1 : 0;
-    FBuffer.Push(type, FTokenLine, FText, FWhiteSpace);
+    FBuffer.Push(type, FPlace, FText, FWhiteSpace);
     FWhiteSpace.Clear();
     if (end || depth == 0) return;
   }
@@ -223,7 +246,8 @@ Ref<IFuzzyStreamToken> TFuzzyLogicTokenStream::TakeBuffered() {
   FWhiteSpace += FBuffer.GetWhitespace();
   Ref<IFuzzyStreamToken> token = FinishToken(FBuffer.GetType(), FText);
   if (pending) std::swap(FWhiteSpace, FPendingSpace);
-  token->SetLineNumber(FBuffer.GetLine());
+  token->SetLineNumber(FBuffer.GetPlace().Line);
+  token->SetColumn(FBuffer.GetPlace().Column);
   FBuffer.Pop();
   return token;
 }
@@ -256,6 +280,11 @@ void TFuzzyLogicTokenStream::PutBackToken(const Ref<IFuzzyStreamToken>& token) {
   FCurrentToken = token;
   FEcho.TakeBack(*token);
   CountParenthesis(*token, -1);
+}
+
+TString TFuzzyLogicTokenStream::PeekNextText() const {
+  if (!FStack.empty()) return FStack.back()->ToString();
+  return FBuffer.IsEmpty() ? TString() : TString(FBuffer.GetText());
 }
 
 TString TFuzzyLogicTokenStream::Head() {

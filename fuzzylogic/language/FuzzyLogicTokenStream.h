@@ -12,7 +12,8 @@ namespace fzy {
 /// Turns definition text into tokens. Tokens are handed out one balanced construct at a time:
 /// before the first token of a parenthesised group is seen, the whole group has been read and
 /// buffered, in 16 bytes a token and 2 for each of its characters and of the blanks before it.
-/// Lines are counted from 1.
+/// Lines are counted from 1, and so are columns, in UTF-16 units: a tabulator is one unit, a
+/// character beyond the basic plane two.
 ///
 /// A character of code 32 or below is a blank. ( ) [ ] = & | ~ are tokens of their own where a
 /// token starts; "..." is a string, in which the escape character "\" takes the next one literally;
@@ -67,6 +68,15 @@ class TFuzzyLogicTokenStream : public TGTextStream {
   /// The token last handed out or put back; reads one when there is none yet.
   Ref<IFuzzyStreamToken> GetCurrentToken();
   void SetLineNumber(int value) noexcept { FLineNumber = value; }
+  /// The token last handed out or put back, or nothing; unlike `GetCurrentToken` it reads none.
+  const Ref<IFuzzyStreamToken>& PeekCurrentToken() const noexcept { return FCurrentToken; }
+  /// The text of the token that comes next, as far as the construct was read; empty at its end.
+  TString PeekNextText() const;
+  /// Where the string opens that was found to be unbalanced; line 0 while there was none.
+  TTokenPlace GetUnbalancedString() const noexcept { return FUnbalancedString; }
+  /// Takes out the next token of a construct that could not be read to its end, for reports about
+  /// it; nothing behind the last.
+  Ref<IFuzzyStreamToken> TakeUnfinished() { return FBuffer.IsEmpty() ? nullptr : TakeBuffered(); }
   int GetParenthesisLevel() const noexcept { return FParenthesisLevel; }
 
   /// The echo: the tokens handed out since the current construct began, with line breaks.
@@ -78,12 +88,17 @@ class TFuzzyLogicTokenStream : public TGTextStream {
   int ScanWord();
   void SkipBlanksAndComments();
   Ref<IFuzzyStreamToken> TakeBuffered();
+  void CountLine() noexcept;
+  int GetColumn() const noexcept;
+  void MoveToLine() noexcept;
   void CountParenthesis(const IFuzzyStreamToken& token, int direction) noexcept;
 
   TTokenBuffer FBuffer;                        // the rest of the construct that was read
   std::vector<Ref<IFuzzyStreamToken>> FStack;  // tokens put back; the top is the next token
   int FLineNumber = 1;
-  int FTokenLine = 1;
+  std::int64_t FLineStart = 0;  // the position of its first character
+  TTokenPlace FPlace{1, 1};     // of the token that is being read
+  TTokenPlace FUnbalancedString{0, 0};
   TString FText;
   TTokenEcho FEcho;
   Ref<IFuzzyStreamToken> FCurrentToken;

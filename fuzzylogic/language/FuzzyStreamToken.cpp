@@ -104,7 +104,9 @@ void TFuzzyStreamToken::Assign(const IBaseStreamToken& source) {
   std::unique_ptr<TPayload> payload;
   if (token && token->FPayload) payload = std::make_unique<TPayload>(*token->FPayload);
   TBaseStreamTokenOf::Assign(source);
-  if (token) FPayload = std::move(payload);
+  if (!token) return;
+  FColumn = token->FColumn;
+  FPayload = std::move(payload);
 }
 
 bool TFuzzyStreamToken::Equals(const IBaseStreamToken& other) const {

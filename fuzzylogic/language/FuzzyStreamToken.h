@@ -33,6 +33,12 @@ class IFuzzyStreamToken : public IBaseStreamToken {
   virtual void SetList(const Ref<IFuzzyStreamTokenList>& value) = 0;
   virtual void SetObjValue(TObject* value) = 0;
 
+  /// The column in the line that `GetLineNumber` names, counted in UTF-16 units from 1; 0 when the
+  /// token came from no text. A token that began in an earlier line, a string with a line break in
+  /// it, stands in column 1 of its last line. Columns from 16777215 on are given as that.
+  virtual int GetColumn() const = 0;
+  virtual void SetColumn(int value) = 0;
+
  protected:
   ~IFuzzyStreamToken() = default;
 };
@@ -83,7 +89,7 @@ class TFuzzyStreamToken final : public TBaseStreamTokenOf<IFuzzyStreamToken> {
   std::intptr_t GetTag() const override;
   void SetTag(std::intptr_t value) override;
   Ref<IBaseStreamToken> Clone() const override;
-  /// Copies the payload too, when the source is a token of this language.
+  /// Copies column and payload too, when the source is a token of this language.
   void Assign(const IBaseStreamToken& source) override;
   /// Nested lists are compared by their texts, other payloads by identity.
   bool Equals(const IBaseStreamToken& other) const override;
@@ -99,6 +105,8 @@ class TFuzzyStreamToken final : public TBaseStreamTokenOf<IFuzzyStreamToken> {
   void SetIntfValue(const Ref<IInterface>& value) override;
   void SetList(const Ref<IFuzzyStreamTokenList>& value) override;
   void SetObjValue(TObject* value) override;
+  int GetColumn() const override { return FColumn; }
+  void SetColumn(int value) override { FColumn = value; }
 
   /// The object when it is a fuzzy set, else nothing.
   TFuzzySet* GetFuzzySet() const;

@@ -9,7 +9,7 @@
 #include "fuzzylogic/language/detail/ClassModel.h"
 #include "fuzzylogic/language/detail/DefinitionReader.h"
 #include "fuzzylogic/language/detail/InterfaceModel.h"
-#include "fuzzylogic/language/detail/StreamFrame.h"
+#include "fuzzylogic/language/detail/TextReading.h"
 
 // Entry points and reading steps. Expressions and printing stand in files of their own.
 
@@ -90,6 +90,16 @@ class TNewVariable {
   bool FDetached = false;
 };
 
+/// Warns when a variable got terms behind the `count` of its text although that sets no range.
+template <class Variable>
+void WarnOfAutoTerms(detail::TReadingNotes& notes, Variable& variable, int count, int countNow) {
+  if (notes.Track()->HasRange || countNow <= count) return;
+  notes.Warn(rwAutoTerms, notes.Track()->Variable.Name,
+             {variable.GetName(), FormatShortest(variable.GetMinimum()),
+              FormatShortest(variable.GetMaximum())},
+             SFzyAdviseAutoTerms);
+}
+
 }  // namespace
 
 // Entry points
@@ -107,36 +117,41 @@ void TKelFuzzyLogicParser::DefineProperties(TFiler& filer) {
 }
 
 void TKelFuzzyLogicParser::ParseFuzzyLogic(const TString& text, const TEncoding* encoding) {
+  detail::TTextReading reading(*this);
   if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
-  const detail::TStreamFrame frame(*this, text, encoding);
+  reading.Open(text, encoding);
   ParseFuzzyLogic();
 }
 
 TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable(const TString& text,
                                                          const TEncoding* encoding) {
+  detail::TTextReading reading(*this);
   if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
-  const detail::TStreamFrame frame(*this, text, encoding);
+  reading.Open(text, encoding);
   return ParseFuzzyVariable();
 }
 
 TFuzzySet* TKelFuzzyLogicParser::ParseFuzzySet(TFuzzyVariable* variable, const TString& text,
                                                const TEncoding* encoding) {
+  detail::TTextReading reading(*this);
   if (!variable) throw EFzyParseException(SFzyUndefinedVariable);
-  const detail::TStreamFrame frame(*this, text, encoding);
+  reading.Open(text, encoding);
   return ParseFuzzySet(variable);
 }
 
 Ref<IFuzzyVariable> TKelFuzzyLogicParser::ParseFuzzyVariableIntf(const TString& text,
                                                                  const TEncoding* encoding) {
+  detail::TTextReading reading(*this);
   if (!GetFuzzyLogic()) throw EFzyParseException(SFuzzyLogicNotSet);
-  const detail::TStreamFrame frame(*this, text, encoding);
+  reading.Open(text, encoding);
   return ParseFuzzyVariableIntf();
 }
 
 Ref<IFuzzySet> TKelFuzzyLogicParser::ParseFuzzySet(const Ref<IFuzzyVariable>& variable,
                                                    const TString& text, const TEncoding* encoding) {
+  detail::TTextReading reading(*this);
   if (!variable) throw EFzyParseException(SFzyUndefinedVariable);
-  const detail::TStreamFrame frame(*this, text, encoding);
+  reading.Open(text, encoding);
   return ParseFuzzySet(variable);
 }
 
@@ -184,23 +199,30 @@ Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseHeader(TString& name, TString&
                                                          const TMessage& errorMsg) {
   const Ref<IFuzzyStreamToken> t1 = Stream().NextToken();
   const Ref<IFuzzyStreamToken> t2 = Stream().NextToken();
+  detail::THead& head = *detail::TReadingNotes::Of(*this).Track()->Head;
+  if (detail::IsOpen(*t1)) head.Open = detail::TokenPlace(*t1);
   if (!detail::IsOpen(*t1) || !detail::IsAtom(*t2) || t2->GetText() != keyword)
-    ParseError(method, errorMsg);
+    ParseError(method, errorMsg, detail::IsOpen(*t1) ? t2 : t1);
   Ref<IFuzzyStreamToken> t = Stream().NextToken();
   if (!detail::IsAtom(*t)) ParseError(method, SFzyMissingName);
   name = t->GetText();
+  head.Name = std::move(t);
   comment = TString();
   t = Stream().NextToken();
   if (allowComment && t->GetDataType() == KindOf(fstString)) {
     comment = t->GetText();
+    head.HasComment = true;
     t = Stream().NextToken();
   }
+  head.Next = detail::TokenPlace(*t);
   return t;
 }
 
 Ref<IFuzzyStreamToken> TKelFuzzyLogicParser::ParseVariableHeader(TString& name, TString& comment) {
   static const TString keyword = "deffuzzy";
   static const TString method = "ParseFuzzyVariable";
+  Stream();
+  detail::TReadingNotes::Of(*this).Track()->BeginVariable();
   return ParseHeader(name, comment, true, keyword, method, SFzyExpectedFuzzyDefinition);
 }
 
@@ -212,15 +234,21 @@ TFuzzyVariable* TKelFuzzyLogicParser::ParseFuzzyVariable() {
   if (!fuzzy) throw EFzyParseException(SFuzzyLogicNotTFuzzyLogic);
   TNewVariable variable(*fuzzy);
   TFirstException first;
+  int terms = 0;
   first.Run([&] {
     variable.Detach();
     variable->SetName(name);
     variable->SetComment(comment);
     TClassReader(*this, Stream()).ReadClauses(variable.Get(), t);
+    terms = variable->GetItems()->GetCount();
   });
   first.Run([&] { variable.Close(); });
   first.Rethrow();
+  detail::TReadingNotes& notes = detail::TReadingNotes::Of(*this);
+  if (variable.Result())
+    WarnOfAutoTerms(notes, *variable.Get(), terms, variable->GetItems()->GetCount());
   if (variable.Result()) FireEvent(FOnParseFuzzyVariable, this, variable.Result());
+  notes.Track()->EndVariable();
   return variable.Result();
 }
 
@@ -235,8 +263,12 @@ Ref<IFuzzyVariable> TKelFuzzyLogicParser::ParseFuzzyVariableIntf() {
   variable->SetComment(comment);
   variable->SetParser(GetInterface());
   TInterfaceReader(*this, Stream()).ReadClauses(variable, t);
+  const int terms = variable->GetCount();
   if (!fuzzy->IsFreed()) fuzzy->GetItems()->Put(name, variable);
+  detail::TReadingNotes& notes = detail::TReadingNotes::Of(*this);
+  WarnOfAutoTerms(notes, *variable, terms, variable->GetCount());
   FireEvent(FOnParseFuzzyVariableIntf, variable);
+  notes.Track()->EndVariable();
   return variable;
 }
 

@@ -25,6 +25,9 @@ class TStreamFrame;
 /// Errors are `EFzyParseException`s with the failing step, the line and the text read so far;
 /// reading stops at the first, and what was built before it stays: in the owned model the half-read
 /// variable too, while in the counted one a variable enters the component when it is complete.
+/// `GetFault` tells the place of any error, those of sets and variables included, and what may
+/// help; `GetWarnings` what was read silently though it was hardly meant.
+///
 /// Nothing at the top level of a text is passed over. Entry points may be called from the parser's
 /// own events. Time is linear in the text; nothing recurses.
 ///

@@ -3,6 +3,7 @@
 #include "fuzzylogic/language/detail/ClassModel.h"
 #include "fuzzylogic/language/detail/ExpressionEvaluator.h"
 #include "fuzzylogic/language/detail/InterfaceModel.h"
+#include "fuzzylogic/language/detail/TextReading.h"
 
 // Fuzzy expressions.
 
@@ -29,7 +30,9 @@ TString TextOf(const Ref<IInterface>& item) {
 
 TFuzzySet* TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
                                                      const TString& expression) {
-  return TClassEvaluator(*this, variable).EvalText(expression);
+  detail::TTextReading reading(*this);
+  reading.Open(expression, nullptr);
+  return TClassEvaluator(*this, variable).EvalText();
 }
 
 TFzyFloat TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
@@ -50,30 +53,32 @@ TFzyFloat TKelFuzzyLogicParser::EvalFuzzyExpression(const Ref<IFuzzyVariable>& v
 
 Ref<IFuzzySet> TKelFuzzyLogicParser::EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
                                                          const TString& expression) {
-  return TInterfaceEvaluator(*this, variable).EvalText(expression);
+  detail::TTextReading reading(*this);
+  reading.Open(expression, nullptr);
+  return TInterfaceEvaluator(*this, variable).EvalText();
 }
 
 Ref<IFuzzySet> TKelFuzzyLogicParser::EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
                                                          const Ref<IFuzzyStreamTokenList>& list) {
-  const TPin self(this);
+  const detail::TReading reading(*this, true);
   return TInterfaceEvaluator(*this, variable).EvalList(list);
 }
 
 Ref<IFuzzySet> TKelFuzzyLogicParser::EvalFuzzyExpression(const Ref<IFuzzyVariable>& variable,
                                                          const Ref<IFuzzyStreamToken>& token) {
-  const TPin self(this);
+  const detail::TReading reading(*this, true);
   return TInterfaceEvaluator(*this, variable).EvalToken(token);
 }
 
 TFuzzySet* TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
                                                      const Ref<IFuzzyStreamTokenList>& list) {
-  const TPin self(this);
+  const detail::TReading reading(*this, true);
   return TClassEvaluator(*this, variable).EvalList(list);
 }
 
 TFuzzySet* TKelFuzzyLogicParser::EvalFuzzyExpression(TFuzzyVariable* variable,
                                                      const Ref<IFuzzyStreamToken>& token) {
-  const TPin self(this);
+  const detail::TReading reading(*this, true);
   return TClassEvaluator(*this, variable).EvalToken(token);
 }
 

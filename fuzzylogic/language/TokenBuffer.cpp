@@ -1,21 +1,26 @@
 #include "fuzzylogic/language/TokenBuffer.h"
 
+#include <algorithm>
+
 namespace fzy {
 namespace {
 
 constexpr std::size_t TokensOfAPage = 1024;
 constexpr std::size_t CharactersOfAPage = 4096;
+constexpr int LastColumn = 0xFFFFFF;
 
 }  // namespace
 
-void TTokenBuffer::Push(int type, int line, std::u16string_view text,
+void TTokenBuffer::Push(int type, TTokenPlace place, std::u16string_view text,
                         std::u16string_view whitespace) {
   if (FPages.empty() || FPages.back().Tokens.size() == TokensOfAPage) FPages.emplace_back();
   TPage& page = FPages.back();
   page.Characters += text;
   page.Characters += whitespace;
-  page.Tokens.push_back({type, line, static_cast<std::uint32_t>(text.size()),
-                         static_cast<std::uint32_t>(whitespace.size())});
+  page.Tokens.push_back(
+      {static_cast<std::uint8_t>(type),
+       static_cast<std::uint32_t>(std::min(place.Column, LastColumn)) & LastColumn, place.Line,
+       static_cast<std::uint32_t>(text.size()), static_cast<std::uint32_t>(whitespace.size())});
 }
 
 std::u16string_view TTokenBuffer::GetText() const noexcept {

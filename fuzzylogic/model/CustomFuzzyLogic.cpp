@@ -100,7 +100,7 @@ void TCustomFuzzyLogic::UpdateStrings() {
 void TCustomFuzzyLogic::Parse() {
   if (Is(csLoading)) return;
   RequireParser();
-  ParseText(GetStrings()->GetText());
+  ParseText(GetStrings()->GetGivenText());
 }
 
 void TCustomFuzzyLogic::ParseText(const TString& text) {

@@ -100,7 +100,8 @@ class TCustomFuzzyLogic : public TComponent {
   /// nothing is regenerated. A failure leaves the old text, still marked for regeneration.
   /// @throws EFzyException (`SParserUnassigned`)
   virtual void UpdateStrings();
-  /// Hands the text to the parser. While loading nothing happens.
+  /// Hands the text to the parser, as it was set: lines, and that of its end, are numbered as they
+  /// are when the parser gets the text itself. While loading nothing happens.
   /// @throws EFzyException (`SParserUnassigned`); the parser's EFzyParseException passes unchanged
   virtual void Parse();
 
@@ -146,10 +147,10 @@ class TCustomFuzzyLogic : public TComponent {
 template <class Clear>
 void TCustomFuzzyLogic::Rebuild(Clear clear) {
   const TPin self(this);
-  const TString text = FStrings.GetText();
+  const TString text = FStrings.GetGivenText();
   TFirstException first;
   first.Run(clear);
-  if (FStrings.GetText() != text) FStrings.SetText(text);
+  if (FStrings.GetGivenText() != text) FStrings.SetText(text);
   FNeedsUpdate = false;
   if (!IsFreed()) first.Run([&] { ParseText(text); });
   first.Rethrow();

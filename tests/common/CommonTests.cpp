@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <functional>
 #include <limits>
 
@@ -6,9 +7,11 @@
 #include "fuzzylogic/common/HelperFunctions.h"
 #include "fuzzylogic/common/NamedCollection.h"
 #include "fuzzylogic/common/PostFix.h"
+#include "fuzzylogic/common/Spelling.h"
 #include "fuzzylogic/common/StreamTokenList.h"
 #include "fuzzylogic/common/StringStream.h"
 #include "fuzzylogic/common/TextStream.h"
+#include "tests/support/Random.h"
 #include "tests/support/Refusal.h"
 
 namespace fzy {
@@ -103,6 +106,59 @@ TEST(TextStream, ReadsLinesOfEveryKindOfEnd) {
     for (std::size_t i = 0; i < parts.size(); i += 2)
       EXPECT_EQ(reader.IsEof() ? "end" : reader.GetLine(), parts[i]);
     EXPECT_TRUE(reader.IsEof() && reader.GetLine().empty());
+  }
+}
+
+/// The number of changes by the whole table of it.
+int PlainDistance(const std::u16string& a, const std::u16string& b) {
+  std::vector<std::vector<int>> table(a.size() + 1, std::vector<int>(b.size() + 1));
+  for (std::size_t i = 0; i <= a.size(); ++i) {
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+      int best = i == 0 ? static_cast<int>(j) : static_cast<int>(i);
+      if (i > 0 && j > 0) {
+        best = std::min({table[i - 1][j] + 1, table[i][j - 1] + 1,
+                         table[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
+        if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
+          best = std::min(best, table[i - 2][j - 2] + 1);
+      }
+      table[i][j] = best;
+    }
+  }
+  return table[a.size()][b.size()];
+}
+
+TEST(Spelling, CountsTheChangesUpToABound) {
+  test::TRandom random;
+  SCOPED_TRACE(random.Trace());
+  const auto word = [&] {
+    std::u16string text;
+    for (int count = random.Below(8); count > 0; --count)
+      text += static_cast<char16_t>(u'a' + random.Below(3));
+    return text;
+  };
+  for (int i = 0; i < 20'000; ++i) {
+    const std::u16string a = word(), b = word();
+    const int distance = PlainDistance(a, b);
+    for (const int most : {0, 1, 2, 3, 100, INT32_MAX - 1})
+      ASSERT_EQ(EditDistance(a, b, most), std::min(distance, most + 1))
+          << TString(a) << ' ' << TString(b);
+  }
+  EXPECT_EQ(EditDistance(u"\u00C4rger", u"\u00E4RGER", 0), 0);
+}
+
+TEST(Spelling, GuessesTheNameThatWasMeant) {
+  const std::tuple<const char*, std::vector<const char*>, const char*> rows[] = {
+      {"wram", {"cold", "warm", "wrap"}, "warm"},  // equally near: the first
+      {"Warm", {"warp", "warm"}, "warm"},
+      {"ct", {"cat", "CT"}, "CT"},
+      {"ct", {"cat", "c", ""}, ""},
+      {"tempratur", {"temperature"}, "temperature"},
+      {"tempratr", {"temperature"}, ""},
+      {"warm", {"warm", "warn"}, "warn"}};
+  for (const auto& [word, names, expected] : rows) {
+    TSpellingGuess guess(word);
+    for (const char* name : names) guess.Consider(TString(name));
+    EXPECT_EQ(guess.GetName(), expected) << word;
   }
 }
 

@@ -19,13 +19,14 @@ class ReaderHandlers : public testing::Test {};
 TYPED_TEST_SUITE(ReaderHandlers, test::TBothModels);
 
 constexpr const char* Text =
-    "(deffuzzy a (range 0 9) (values (term x (tri 1 2 3)) (term y ((4 1)))))(deffuzzy b (values "
+    "(deffuzzy a (range 9 0) (range 0 9) (values (term x (tri 1 2 3)) (term y ((4 1)))))(deffuzzy "
+    "b (values "
     "(term z (s 0 1))))";
 
 template <class Scene>
 using TTell = std::function<void(const typename Scene::TVariable&, const typename Scene::TSet&)>;
 
-constexpr std::size_t Events = 12;
+constexpr std::size_t Events = 13;
 
 /// The parser's events, and the component's own while the reader builds.
 template <class Scene>
@@ -51,6 +52,8 @@ void Attach(std::size_t event, typename Scene::TLogic& fuzzy, TKelFuzzyLogicPars
   if (event == 9) fuzzy.SetOnFuzzySetAdded(onSet);
   if (event == 10) fuzzy.SetOnFuzzySetDeleted(onSet);
   if (event == 11) fuzzy.SetOnFuzzySetChange(onSet);
+  if (event == 12)
+    parser.SetOnWarning([tell](TObject*, const TReadingWarning&) { tell(nullptr, nullptr); });
 }
 
 /// What a handler sees of the moment; the deeds below work on it.

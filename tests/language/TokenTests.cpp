@@ -194,6 +194,62 @@ TEST(TokenStream, ReadsLinesBetweenTokens) {
   EXPECT_EQ(Tokenizer("b\\\"c\"d").ReadString("a"), "ab\"c");
 }
 
+std::string Place(const IFuzzyStreamToken& token) {
+  return std::to_string(token.GetLineNumber()) + ':' + std::to_string(token.GetColumn());
+}
+
+TEST(TokenStream, CountsColumnsInUnits) {
+  const std::pair<TString, std::string> rows[] = {
+      {u"\uFEFF a\tbc(d", "1:2 1:4 1:6 1:7 1:8"},
+      {u"\U0001F600 \u00E9x \"\U0001F600\"y", "1:1 1:4 1:7 1:11 1:12"},
+      {"a\rb\n\r\nc;d\r\n  e", "1:1 2:1 4:1 5:3 5:4"},
+      // What reaches into another line stands at the beginning of that.
+      {"x \"a\n\r\nb\" c\r \"\r\"\"\"", "1:1 3:1 3:4 5:1 5:2 5:4"},
+      {"ab\\\nc d\\ e\n", "2:1 2:3 3:1"}};
+  for (const auto& [text, expected] : rows) {
+    for (const bool raw : {false, true}) {
+      TFuzzyLogicTokenStream stream = Tokenizer(text);
+      std::string places;
+      for (TTokenRef token; !token || token->GetDataType() != 0;) {
+        token = raw ? stream.BuildNextToken() : stream.NextToken();
+        places += (places.empty() ? "" : " ") + Place(*token);
+      }
+      EXPECT_EQ(places, expected) << Visible(text);
+    }
+  }
+  TFuzzyLogicTokenStream wide = Tokenizer(TString((1 << 24) + 5, u' ') + u"a\nb");
+  EXPECT_EQ(Place(*wide.NextToken()), "1:16777215");
+  EXPECT_EQ(Place(*wide.NextToken()), "2:1");
+  TFuzzyLogicTokenStream open = Tokenizer("(\n \"a\n(");
+  EXPECT_NE(Failure([&] { open.NextToken(); }), "nothing");
+  EXPECT_EQ(open.GetUnbalancedString().Line, 2);
+  EXPECT_EQ(open.GetUnbalancedString().Column, 2);
+}
+
+/// Whether a token that begins in its line begins with what stands there; in a text without
+/// escapes.
+bool StandsAtItsPlace(const IFuzzyStreamToken& token, const std::vector<std::u16string>& lines) {
+  const auto line = static_cast<std::size_t>(token.GetLineNumber()) - 1;
+  const auto column = static_cast<std::size_t>(token.GetColumn()) - 1;
+  // A comment ends its line, even the last.
+  if (line == lines.size() && token.GetDataType() == KindOf(fstNone)) return column == 0;
+  if (line >= lines.size() || column > lines[line].size()) return false;
+  const char16_t there = column < lines[line].size() ? lines[line][column] : u'\0';
+  switch (token.GetDataType()) {
+    case KindOf(fstNone):
+      return line + 1 == lines.size() && there == u'\0';
+    case KindOf(fstString):
+      return there == u'"' || column == 0;  // it may have begun in another line
+    case KindOf(fstInteger):
+    case KindOf(fstFloat):
+      return std::u16string_view(u"0123456789+-.").find(there) != TString::npos;
+    case KindOf(fstVariable):
+      return there == u'?';
+    default:
+      return there == token.GetText()[0];
+  }
+}
+
 /// A text of few characters, those that mean something and a few that need more than one byte.
 std::u16string RandomText(TRandom& random) {
   static constexpr std::u16string_view characters =
@@ -207,8 +263,8 @@ std::u16string RandomText(TRandom& random) {
   return text;
 }
 
-/// The tokens of a stream with their lines and white space, by its raw scanner or by constructs. By
-/// constructs, some are put back on the way, several at once, and read again.
+/// The tokens of a stream with their places and white space, by its raw scanner or by constructs.
+/// By constructs, some are put back on the way, several at once, and read again.
 std::string Read(TFuzzyLogicTokenStream& stream, bool raw, TRandom* putBack) {
   std::string dump;
   std::vector<TTokenRef> taken;
@@ -226,8 +282,7 @@ std::string Read(TFuzzyLogicTokenStream& stream, bool raw, TRandom* putBack) {
   }
   std::string tokens;
   for (const TTokenRef& token : taken)
-    tokens += Name(*token) + '@' + std::to_string(token->GetLineNumber()) + '{' +
-              Visible(token->GetWhitespace()) + '}';
+    tokens += Name(*token) + '@' + Place(*token) + '{' + Visible(token->GetWhitespace()) + '}';
   return tokens + dump;
 }
 
@@ -249,6 +304,23 @@ TEST(TokenStream, ReadsTheSameInEveryWay) {
       return Read(stream, raw, putBack);
     };
     ASSERT_EQ(read(true, nullptr), expected) << shown;
+    if (text.find(u'\\') == std::u16string::npos) {
+      std::vector<std::u16string> lines(1);
+      for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool pair = text[at] == u'\r' && text.substr(at + 1, 1) == u"\n";
+        if (text[at] != u'\n' && text[at] != u'\r')
+          lines.back() += text[at];
+        else if (!pair)
+          lines.emplace_back();
+      }
+      TFuzzyLogicTokenStream placed = Tokenizer(text);
+      Failure([&] {
+        for (TTokenRef token; !token || token->GetDataType() != 0;) {
+          token = placed.BuildNextToken();
+          ASSERT_TRUE(StandsAtItsPlace(*token, lines)) << Name(*token) << Place(*token) << shown;
+        }
+      });
+    }
     // The tokens of a construct that is not read to its end do not come out.
     if (expected.find('!') != std::string::npos) continue;
     ASSERT_EQ(read(false, nullptr), expected) << shown;
@@ -318,12 +390,13 @@ TEST(FuzzyStreamToken, CopiesAllAndComparesWhatItMeans) {
   const TOwned<TFuzzySet> set(TFuzzySet::Create());
   const TOwnToken token = Token(fstAtom, "warm", 0.1);
   token->SetLineNumber(12);
+  token->SetColumn(7);
   token->SetWhitespace(" ; note\n");
   token->SetTag(-3);
   token->SetFuzzySet(set.Get());
   const Ref<IFuzzyStreamToken> copy = Query<IFuzzyStreamToken>(token->Clone().Get());
   copy->Assign(*copy);
-  EXPECT_TRUE(copy->GetLineNumber() == 12 && copy->GetTag() == -3);
+  EXPECT_TRUE(copy->GetLineNumber() == 12 && copy->GetColumn() == 7 && copy->GetTag() == -3);
   EXPECT_EQ(copy->GetObjValue(), set.Get());
   EXPECT_EQ(copy->GetWhitespace(), " ; note\n");
   token->SetLineNumber(0);

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <algorithm>
+#include <vector>
+
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
+#include "fuzzylogic/language/detail/Characters.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
@@ -59,6 +63,22 @@ struct TClassModel {
     set->SetComment(comment);
   }
   static void MakeTerm(TFuzzySet* set, TFuzzyVariable* /*variable*/) { set->SetDefined(true); }
+  /// The set of the engine that a set is, or nothing.
+  static const TFuzzySet* EngineOf(const TFuzzySet* set) { return set; }
+  /// The names that an expression could use, the last so many of them. Terms that were read alone
+  /// are not defined, so sets that an expression left are told by their names: these are numbers or
+  /// have blanks.
+  static std::vector<TString> NamesOfTerms(const TFuzzyVariable* variable, std::size_t most) {
+    std::vector<TString> names;
+    const TFuzzySets& sets = *variable->GetItems();
+    for (int i = std::max(0, sets.GetCount() - static_cast<int>(most)); i < sets.GetCount(); ++i) {
+      const TString& name = sets.GetItem(i)->GetName();
+      if (sets.GetItem(i)->GetDefined() ||
+          !(IsEmptyFuzzyName(name) || name.Contains(u' ') || NumberOfWord(name)))
+        names.push_back(name);
+    }
+    return names;
+  }
   static int CountSets(const TFuzzyVariable* variable) {
     return variable ? variable->GetItems()->GetCount() : 0;
   }

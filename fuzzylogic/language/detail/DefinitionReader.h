@@ -3,6 +3,9 @@
 #include "fuzzylogic/framework/FirstException.h"
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
 #include "fuzzylogic/language/detail/DefinitionText.h"
+#include "fuzzylogic/language/detail/ExpressionEvaluator.h"
+#include "fuzzylogic/language/detail/ReadingAdvice.h"
+#include "fuzzylogic/language/detail/ReadingWarnings.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
 
 namespace fzy::detail {
@@ -28,19 +31,21 @@ class TDefinitionReader {
   using TSet = typename Model::TSet;
 
   TDefinitionReader(TKelFuzzyLogicParser& parser, TFuzzyLogicTokenStream& stream)
-      : FParser(parser), FStream(stream) {}
+      : FParser(parser), FStream(stream), FNotes(TReadingNotes::Of(parser)) {}
 
   /// The clauses of a variable, from the token `t` behind its head to its ")".
   void ReadClauses(const TVariable& variable, Ref<IFuzzyStreamToken> t) {
     constexpr const char* method = "ParseFuzzyVariable";
     while (!IsClose(*t)) {
-      const Ref<IFuzzyStreamToken> keyword = FStream.NextToken();
-      if (!IsOpen(*t)) FParser.ParseError(method, SFzyMissingOpenParens);
+      Ref<IFuzzyStreamToken> keyword = FStream.NextToken();
+      if (!IsOpen(*t)) FParser.ParseError(method, SFzyMissingOpenParens, t);
       const TClause clause = FindClause(*keyword);
       if (!clause)
         FParser.ParseError(method, SFzyExpectedKeyword, {TString("range, units, or values")});
+      FNotes.Track()->Clause = std::move(keyword);
       t = (this->*clause)(variable);
       if (!IsClose(*t)) FParser.ParseError(method, SFzyMissingCloseParens);
+      FNotes.Track()->Clause = nullptr;
       t = FStream.NextToken();
     }
   }
@@ -53,13 +58,18 @@ class TDefinitionReader {
     TString name;
     TString comment;
     const THeldVariable held(variable);
+    TReadingTrack& track = *FNotes.Track();
+    track.BeginTerm();
     FStream.PutBackToken(
         FParser.ParseHeader(name, comment, true, keyword, method, SFzyExpectedFuzzySet));
     const THeldSet set(FParser.ParseFuzzyValues(variable));
-    if (set.Get()) Model::NameSet(set.Get(), name, comment);
+    FNotes.About(track.Term.Name, [&] {
+      if (set.Get()) Model::NameSet(set.Get(), name, comment);
+    });
     if (set.Get()) Model::PlaceLast(set.Get(), variable);
     if (!IsClose(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingCloseParens);
     if (set.Get()) Model::FireParseFuzzySet(FParser, held.Get(), set.Get());
+    track.Term.Clear();
     return Result(held, set);
   }
 
@@ -86,11 +96,14 @@ class TDefinitionReader {
     const THeldSet set(Model::AddSet(FParser, variable));
     if (!IsOpen(*FStream.NextToken())) FParser.ParseError(method, SFzyMissingOpenParens);
     Ref<IFuzzyStreamToken> t = FStream.NextToken();
+    TRangeWatch watch(FNotes, Model::EngineOf(set.Get()));
     while (IsOpen(*t)) {
       const Ref<IFuzzyStreamToken> x = FStream.NextToken();
       const Ref<IFuzzyStreamToken> y = FStream.NextToken();
-      if (!IsNumber(*x) || !IsNumber(*y)) FParser.ParseError(method, SFzyExpectedNumber);
+      if (!IsNumber(*x) || !IsNumber(*y))
+        FParser.ParseError(method, SFzyExpectedNumber, IsNumber(*x) ? y : x);
       if (set.Get()) Model::AddPoint(set.Get(), x->GetNumber(), y->GetNumber());
+      watch.See(x, [&] { return Model::EngineOf(set.Get()); });
       FStream.NextToken();
       t = FStream.NextToken();
     }
@@ -109,7 +122,7 @@ class TDefinitionReader {
     const Ref<IFuzzyStreamTokenList> arguments = FParser.ParseTokenList();
     const THeldVariable held(variable);
     const THeldSet made(Model::AddSet(FParser, variable));
-    const THeldSet set(FParser.CalcFuzzyFunction(made.Get(), name->GetText(), arguments));
+    const THeldSet set(CallFunction(held, made, name, arguments));
     FStream.NextToken();  // taken for the call's ")" whatever it is
     if (set.Get() && set.Get() == made.Get()) Model::Complete(set.Get());
     return Result(held, set);
@@ -121,16 +134,18 @@ class TDefinitionReader {
                           const Ref<IFuzzyStreamTokenList>& list) {
     constexpr const char* method = "ConvertListToValues";
     const THeldSet set(fuzzySet);
+    TRangeWatch watch(TReadingNotes::Of(parser), Model::EngineOf(fuzzySet));
     for (int i = 0; list && i < list->GetValueCount(); ++i) {
       const Ref<IFuzzyStreamToken> item = list->Get(i);
       const Ref<IFuzzyStreamTokenList> pair =
           item->GetDataType() == KindOf(fstList) ? item->GetList() : nullptr;
       if (!pair || pair->GetValueCount() != 2)
-        parser.ParseError(method, SFzyInvalidValuePair, {item->ToString()});
+        parser.ParseError(method, SFzyInvalidValuePair, {item->ToString()}, item);
       if (!parser.VerifyAll(pair, {fstInteger, fstFloat}))
-        parser.ParseError(method, SFzyExpectedNumber);
-      if (set.Get())
-        Model::AddPoint(set.Get(), pair->Get(0)->GetNumber(), pair->Get(1)->GetNumber());
+        parser.ParseError(method, SFzyExpectedNumber, pair->Get(IsNumber(*pair->Get(0)) ? 1 : 0));
+      if (!set.Get()) continue;
+      Model::AddPoint(set.Get(), pair->Get(0)->GetNumber(), pair->Get(1)->GetNumber());
+      watch.See(pair->Get(0), [&] { return Model::EngineOf(set.Get()); });
     }
   }
 
@@ -159,11 +174,23 @@ class TDefinitionReader {
     return nullptr;
   }
 
+  TSet CallFunction(const THeldVariable& held, const THeldSet& set,
+                    const Ref<IFuzzyStreamToken>& name,
+                    const Ref<IFuzzyStreamTokenList>& arguments) {
+    try {
+      return FParser.CalcFuzzyFunction(set.Get(), name->GetText(), arguments);
+    } catch (...) {
+      NoteCall<Model>(FParser, held.Get(), name, arguments);
+      throw;
+    }
+  }
+
   TSet ReadExpression(const TVariable& variable) {
     const Ref<IFuzzyStreamTokenList> tokens = FParser.ParseTokenList();
     const TString definition = ExpressionText(*tokens);  // before evaluation reorders them
     const int count = Model::CountSets(variable);
-    const THeldSet result(FParser.EvalFuzzyExpression(variable, tokens));
+    const TPin self(&FParser);
+    const THeldSet result(TExpressionEvaluator<Model>(FParser, variable).EvalList(tokens));
     // A set that an earlier expression left stays where it is: moving many of them to the end would
     // cost more than copies.
     const bool older = Model::IsOlder(result.Get(), variable, count);
@@ -176,10 +203,31 @@ class TDefinitionReader {
     const Ref<IFuzzyStreamToken> minimum = FStream.NextToken();
     const Ref<IFuzzyStreamToken> maximum = FStream.NextToken();
     if (!IsNumber(*minimum) || !IsNumber(*maximum))
-      FParser.ParseError("ParseFuzzyVariable", SFzyExpectedNumber);
+      FParser.ParseError("ParseFuzzyVariable", SFzyExpectedNumber,
+                         IsNumber(*minimum) ? maximum : minimum);
+    if (FNotes.Track()->HasTerms || !(minimum->GetNumber() < maximum->GetNumber()))
+      WarnOfRange(variable, minimum, maximum);
+    FNotes.Track()->HasRange = true;
     variable->SetMinimum(minimum->GetNumber());
     variable->SetMaximum(maximum->GetNumber());
     return FStream.NextToken();
+  }
+
+  void WarnOfRange(const TVariable& variable, const Ref<IFuzzyStreamToken>& minimum,
+                   const Ref<IFuzzyStreamToken>& maximum) {
+    const THeldVariable held(variable);
+    const TFzyFloat least = minimum->GetNumber(), greatest = maximum->GetNumber();
+    const TFzyFloat before[] = {variable->GetMinimum(), variable->GetMaximum()};
+    if (!(least < greatest)) {
+      const TString advice = least == greatest
+                                 ? SFzyAdviseWidth.Get()
+                                 : FormatText(SFzyAdviseOrder, {u"range " + maximum->ToString() +
+                                                                u" " + minimum->ToString()});
+      FNotes.Warn(rwEmptyRange, minimum, {minimum->ToString(), maximum->ToString()}, advice);
+    }
+    if (FNotes.Track()->HasTerms && (before[0] != least || before[1] != greatest))
+      FNotes.Warn(rwLateRange, FNotes.Track()->Clause,
+                  {FormatShortest(before[0]), FormatShortest(before[1])}, SFzyAdviseEarlyRange);
   }
 
   Ref<IFuzzyStreamToken> ReadUnits(const TVariable& variable) {
@@ -193,6 +241,7 @@ class TDefinitionReader {
       FStream.PutBackToken(t);
       const THeldSet set(FParser.ParseFuzzySet(variable));
       if (set.Get()) Model::MakeTerm(set.Get(), variable);
+      FNotes.Track()->HasTerms = true;
       t = FStream.NextToken();
     }
     return t;
@@ -200,6 +249,7 @@ class TDefinitionReader {
 
   TKelFuzzyLogicParser& FParser;
   TFuzzyLogicTokenStream& FStream;
+  TReadingNotes& FNotes;
 };
 
 }  // namespace fzy::detail

@@ -7,6 +7,8 @@
 #include "fuzzylogic/common/PostFix.h"
 #include "fuzzylogic/framework/InterfaceList.h"
 #include "fuzzylogic/language/detail/ExpressionItems.h"
+#include "fuzzylogic/language/detail/ReadingAdvice.h"
+#include "fuzzylogic/language/detail/ReadingWarnings.h"
 #include "fuzzylogic/language/detail/StreamFrame.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
 #include "fuzzylogic/vocabulary/FuzzyMessages.h"
@@ -23,7 +25,9 @@ class TExpressionEvaluator {
   using TSet = typename Model::TSet;
 
   TExpressionEvaluator(TKelFuzzyLogicParser& parser, const TVariable& variable)
-      : FParser(parser), FVariable(variable), FHeld(variable) {}
+      : FParser(parser), FNotes(TReadingNotes::Of(parser)), FVariable(variable), FHeld(variable) {
+    FNotes.Track()->Name = nullptr;
+  }
   TExpressionEvaluator(const TExpressionEvaluator&) = delete;
   TExpressionEvaluator& operator=(const TExpressionEvaluator&) = delete;
   ~TExpressionEvaluator() {
@@ -32,8 +36,11 @@ class TExpressionEvaluator {
 
   // Each evaluates one thing; an evaluator serves one call.
 
-  TSet EvalText(const TString& text) {
-    OpenText(text, nullptr);
+  /// The parser's current text.
+  TSet EvalText() {
+    Spend(0);
+    FFrames.emplace_back();
+    OpenList(FParser.ParseTokenList());
     return Run();
   }
   /// Leaves the list in postfix order. No list is an empty one.
@@ -43,7 +50,12 @@ class TExpressionEvaluator {
     return Run();
   }
   TSet EvalToken(const Ref<IFuzzyStreamToken>& token) {
-    Take(token);
+    try {
+      Take(token);
+    } catch (...) {
+      NoteFault(token);
+      throw;
+    }
     return Run();
   }
 
@@ -64,6 +76,7 @@ class TExpressionEvaluator {
     Ref<IFuzzyStreamTokenList> List;       // in postfix order
     int Next = 0;                          // the token that comes next
     std::size_t Base = 0;                  // the operands below belong to frames outside
+    TGap Gap;                              // where an operator is missing
   };
 
   static constexpr const char* Method = "EvalFuzzyExpression";
@@ -76,23 +89,65 @@ class TExpressionEvaluator {
   static constexpr std::size_t MostCharactersOfSet = std::size_t{1} << 20;
   static constexpr std::size_t CharactersOfSet = 128;  // what else a set takes
 
+  /// A number that was moved into the range, which matters unless it is taken as a number.
+  struct TMoved {
+    Ref<IFuzzyStreamToken> Token;
+    TFzyFloat Number;
+  };
+
   /// Nothing when the variable went meanwhile, because its sets go with it.
   TSet Run() {
-    while (!FFrames.empty() && !IsGone()) {
-      TFrame& frame = FFrames.back();
-      if (frame.Next < frame.List->GetValueCount())
-        Step(frame.List->Get(frame.Next++));
-      else
-        CloseFrame();
+    try {
+      while (!FFrames.empty() && !IsGone()) {
+        TFrame& frame = FFrames.back();
+        if (frame.Next < frame.List->GetValueCount())
+          Step(frame.List->Get(frame.Next++));
+        else
+          CloseFrame();
+      }
+    } catch (...) {
+      NoteFault();
+      throw;
     }
     return IsGone() ? TSet() : FOperands.back().Set.Get();
+  }
+
+  /// Adds to the error under way the token that was being evaluated, by default that of the list.
+  void NoteFault(const Ref<IFuzzyStreamToken>& token = nullptr) {
+    TFaultCause& cause = FNotes.Cause();
+    const TFrame* frame = FFrames.empty() ? nullptr : &FFrames.back();
+    if (frame && frame->List && frame->Next > 0 && !cause.Word)
+      cause.Word = frame->List->Get(frame->Next - 1);
+    if (!cause.Word) cause.Word = token;
+    if (frame && frame->Gap.Left && frame->Gap.Left == cause.Word)
+      cause.Follower = frame->Gap.Right;
+    NoteTerms<Model>(FParser, FHeld.Get());
+  }
+
+  /// The token in the text that is being read itself: the ?name for a token of what it stands for.
+  const Ref<IFuzzyStreamToken>& OuterToken(const Ref<IFuzzyStreamToken>& token) const {
+    const Ref<IFuzzyStreamToken>& name = FNotes.Track()->Name;
+    return name ? name : token;
+  }
+
+  /// Tells what is read silently, before the result is told.
+  void Warn() {
+    const TGap gap = FFrames.back().Gap;
+    if (gap.Left) WarnOfGap(FNotes, gap);
+    if (FFrames.size() > 1 || FMoved.empty() || IsGone()) return;
+    const TFzyFloat range[] = {FVariable->GetMinimum(), FVariable->GetMaximum()};
+    for (const TMoved& moved : std::exchange(FMoved, {}))
+      if (moved.Token != gap.Right)  // that one was meant otherwise
+        WarnOfMoved(FNotes, moved.Token, moved.Number, range[0], range[1]);
   }
 
   bool IsGone() const { return FVariable && !FHeld.Get(); }
 
   void OpenText(const TString& text, const Ref<IFuzzyStreamToken>& name) {
     Spend(0);
-    FFrames.push_back({std::make_unique<TStreamFrame>(FParser, text, nullptr), name, nullptr});
+    TFrame& frame = FFrames.emplace_back();
+    frame.Stream = std::make_unique<TStreamFrame>(FParser, text, nullptr);
+    frame.Name = name;
     OpenList(FParser.ParseTokenList());
   }
 
@@ -101,12 +156,14 @@ class TExpressionEvaluator {
     infix.reserve(static_cast<std::size_t>(list->GetValueCount()));
     for (int i = 0; i < list->GetValueCount(); ++i)
       if (Ref<IFuzzyStreamToken> token = list->Get(i)) infix.emplace_back(std::move(token));
+    FFrames.back().Gap = FindGap(infix);
     const Ref<IInterfaceList> postfix = TInterfaceList::Create();
     try {
       for (const TExpressionToken& item : PostFix(infix, TExpressionRules()))
         postfix->Add(item.Token);
     } catch (const EUnmatchedBracket& error) {
-      FParser.ParseError(Method, SFzyUnmatchedBracket, {infix[error.GetIndex()].Token->ToString()});
+      const Ref<IFuzzyStreamToken>& bracket = infix[error.GetIndex()].Token;
+      FParser.ParseError(Method, SFzyUnmatchedBracket, {bracket->ToString()}, bracket);
     }
     list->Clear();
     FParser.FillExpression(postfix, list);
@@ -115,6 +172,8 @@ class TExpressionEvaluator {
   }
 
   void CloseFrame() {
+    Warn();
+    if (IsGone()) return;
     const bool empty = FOperands.size() == FFrames.back().Base;
     if (empty) FOperands.push_back(EmptySet());
     TOperand result = std::move(FOperands.back());
@@ -128,6 +187,7 @@ class TExpressionEvaluator {
     while (FOperands.size() > FFrames.back().Base) FOperands.pop_back();
     const Ref<IFuzzyStreamToken> name = FFrames.back().Name;
     FFrames.pop_back();
+    if (name && FNotes.Track()->Name == name) FNotes.Track()->Name = nullptr;
     if (name && result.Set.Get()) result.Set.Get()->SetName(Allowed(name->ToString()));
     FOperands.push_back(std::move(result));
   }
@@ -172,6 +232,7 @@ class TExpressionEvaluator {
     bool modifyY = true;
     IsFuzzyHedgeOperator(item.GetText(), hedge, modifyY);
     const TOperand value = Pop(item);
+    if (value.Number && !FMoved.empty() && FMoved.back().Number == *value.Number) FMoved.pop_back();
     TOperand& operand = Top(item);
     MakeOwn(operand);
     const TSet set = operand.Set.Get();
@@ -244,7 +305,7 @@ class TExpressionEvaluator {
         return FOperands.push_back(TermOf(*token));
       case KindOf(fstInteger):
       case KindOf(fstFloat):
-        return FOperands.push_back(NumberOf(*token));
+        return FOperands.push_back(NumberOf(token));
       case KindOf(fstList):
         return FOperands.push_back(GroupOf(*token));
       default: {
@@ -273,12 +334,16 @@ class TExpressionEvaluator {
     return {THeldSet(found), std::nullopt};
   }
 
-  TOperand NumberOf(const IFuzzyStreamToken& token) {
-    const TFzyFloat number = token.GetNumber();
-    const TString text = token.ToString();
+  TOperand NumberOf(const Ref<IFuzzyStreamToken>& token) {
+    const TFzyFloat number = token->GetNumber();
+    const TString text = token->ToString();
     TOperand operand = Added(text, number);
     if (operand.Set.Get()) operand.Set.Get()->CreateTriangleFunctionValues(number, number, number);
     if (operand.Set.Get()) Model::NoteNumber(operand.Set.Get(), text);
+    const TFuzzySet* set = Model::EngineOf(operand.Set.Get());
+    if (set && IsOutside(number, set->GetXRange(1), set->GetXRange(0)) &&
+        !HasPointAt(set->GetValues()->Points(), number))
+      FMoved.push_back({OuterToken(token), number});
     return operand;
   }
 
@@ -291,7 +356,12 @@ class TExpressionEvaluator {
       return {THeldSet(FParser.ConvertListToValues(set.Get(), group)), std::nullopt};
     const TString function = first->ToString();
     group->Delete(0);
-    return {THeldSet(FParser.CalcFuzzyFunction(set.Get(), function, group)), std::nullopt};
+    try {
+      return {THeldSet(FParser.CalcFuzzyFunction(set.Get(), function, group)), std::nullopt};
+    } catch (...) {
+      NoteCall<Model>(FParser, FHeld.Get(), first, group);
+      throw;
+    }
   }
 
   void OpenName(const Ref<IFuzzyStreamToken>& token) {
@@ -299,6 +369,7 @@ class TExpressionEvaluator {
     if (!fuzzy) FParser.ParseError(Method, SFuzzyLogicNotSet);
     const TStrings& texts = *fuzzy->GetVariables();
     CheckChain(*token, texts.GetCaseSensitive());
+    if (!FNotes.Track()->Name) FNotes.Track()->Name = token;
     OpenText(texts.GetValue(token->GetText()), token);
   }
 
@@ -320,10 +391,12 @@ class TExpressionEvaluator {
   }
 
   TKelFuzzyLogicParser& FParser;
+  TReadingNotes& FNotes;
   TVariable FVariable;
   typename Model::THeldVariable FHeld;
   std::vector<TFrame> FFrames;
   std::vector<TOperand> FOperands;
+  std::vector<TMoved> FMoved;
   std::size_t FCharacters = 0;
 };
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <vector>
+
 #include "fuzzylogic/interfaces/IFuzzyLogic.h"
 #include "fuzzylogic/language/KelFuzzyLogicParser.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
@@ -78,6 +81,20 @@ struct TInterfaceModel {
     set->SetDefined(true);
     if (variable->ContainsFuzzySet(set->GetName()) != set) variable->Add(set);
   }
+  static const TFuzzySet* EngineOf(const TSet& set) {
+    return dynamic_cast<const TFuzzySet*>(set.Get());
+  }
+  static std::vector<TString> NamesOfTerms(const TVariable& variable, std::size_t most) {
+    std::vector<std::pair<int, TString>> terms;
+    for (int i = 0; i < variable->GetCount() && terms.size() < most; ++i) {
+      const TSet set = variable->GetFuzzySet(i);
+      if (set->GetDefined()) terms.emplace_back(set->GetIndex(), set->GetName());
+    }
+    std::sort(terms.begin(), terms.end());
+    std::vector<TString> names;
+    for (auto& [index, name] : terms) names.push_back(std::move(name));
+    return names;
+  }
   /// Sets that earlier expressions left may be taken over: that costs no more than a copy.
   static int CountSets(const TVariable& /*variable*/) { return 0; }
   static bool IsOlder(const TSet& /*set*/, const TVariable& /*variable*/, int /*count*/) {
@@ -90,7 +107,7 @@ struct TInterfaceModel {
     if (auto* own = dynamic_cast<TIFuzzySet*>(set.Get())) own->SetDefinition(definition);
   }
   static std::size_t CountCharacters(const TSet& set) {
-    const auto* own = dynamic_cast<const TFuzzySet*>(set.Get());
+    const TFuzzySet* own = EngineOf(set);
     return own ? own->GetName().size() + own->GetExpression().size()
                : set->GetName().size() + set->GetExpression().size();
   }

@@ -20,6 +20,7 @@ class TShadow : public ITermShadow {
   TShadow(Variable variable, Source& source, TCustomFuzzyLogic* fuzzy, TNumberStyle number)
       : FVariable(std::move(variable)) {
     FParser.SetFuzzyLogic(fuzzy);
+    FParser.SetDiagnostics(false);  // what fails here is only a try
     FVariable->SetMinimum(number.ReadBack(source.GetMinimum()));
     FVariable->SetMaximum(number.ReadBack(source.GetMaximum()));
   }
