@@ -51,7 +51,7 @@ void AddPointScenarios(TScenarios& all) {
       {"clear", [](auto& f) { f.List.Clear(); }},
       {"handle", [](auto& f) { f.Result = Number(f.List[3]->GetX()); }},
       {"first_handle", [](auto& f) { f.Result = Number(f.Other[1]->GetX()); }},
-      {"take_out", [](auto& f) { f.List[3]->SetCollection(nullptr); f.List[3]->Free(); }, TPromise::Usable},
+      {"take_out", [](auto& f) { TOwned<TFuzzySetValue> point(f.List[3]); point->SetCollection(nullptr); }, TPromise::Usable},
       {"take_over", [](auto& f) { f.Other[1]->SetCollection(&f.List); }},
       {"make", [](auto& f) { TFuzzySetValue::Create(&f.List)->SetValue(3, 1); }, TPromise::Usable},
       {"make_free", [](auto& f) { TOwned<TFuzzySetValue> point(TFuzzySetValue::Create(nullptr)); point->SetX(3); f.Result = Number(point->GetX()); }},
