@@ -43,9 +43,9 @@ void TCustomFuzzyLogic::StoreThreshold(TFzyFloat value) {
 void TCustomFuzzyLogic::SetParser(TFuzzyTextParser* value) {
   if (Is(csDestroying)) value = nullptr;  // nobody would tell of the parser's end any more
   if (value == FParser) return;
+  if (value) value->FreeNotification(this);  // first, as it may find no memory
   if (FParser) FParser->RemoveFreeNotification(this);
   FParser = value;
-  if (FParser) FParser->FreeNotification(this);
 }
 
 void TCustomFuzzyLogic::Notification(TComponent* component, TOperation operation) {
