@@ -33,8 +33,10 @@ class TStreamFrame;
 ///
 /// Operations stand here twice, for the owned and the counted model. They do the same in both, but
 /// for what is said: in the counted model a list's points are added with both coordinates at once,
-/// so a step up from 0 keeps its foot; terms keep the expression that they were read from; nothing
-/// can be freed by a handler meanwhile, so that there always is a result.
+/// so a step up from 0 keeps its foot, a fourth point of one X stays, and every X is clamped into
+/// the range; results of expressions are rid of duplicates of degree 0, too, and then of the fifth
+/// point of one X; terms keep the expression that they were read from; nothing can be freed by a
+/// handler meanwhile, so that there always is a result.
 class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
  public:
   static TComponentClass Class();
@@ -142,7 +144,8 @@ class TKelFuzzyLogicParser : public TCustomFuzzyLogicParser {
   // function that made it, with the component's present number of points; the expression that it
   // was read from; its expression; the list of its points, of those that share an X the first, the
   // highest and the last; the same list raised by 1 as "[((0 1) (9 1) (9 2))] - 1", because a list
-  // as it is read loses a step up from 0. It is its points where none does.
+  // as it is read loses a step up from 0 (with `FullPrecision` raised by as much as rounds no
+  // degree). It is its points where none does.
   //
   // A name is written as one word, with characters escaped that would end it; comments are quoted,
   // and units where they need it. A name that no word gives back is refused: an empty one, one that

@@ -32,6 +32,29 @@ TYPED_TEST(Reader, ReadsDefinitions) {
   });
 }
 
+/// Bodies that mean another curve in the counted model: the degree at an X in either.
+TYPED_TEST(Reader, AddsPointsAsItsModelDoes) {
+  const std::tuple<const char*, double, double, double> rows[] = {
+      {"((10 1) (15 0) (15 0.5))", 14, 0.6, 0.2},
+      {"((15 0.3) (15 1) (15 0.5) (15 0.2) (16 1))", 15.5, 0.75, 0.6},
+      {"((19 1) (20 0.5) (21 0))", 20.5, 0.25, 0},
+      {"[17.5 and-boundedsum positively somewhat hot] or-boundedsum hot", 18, 0.5, 0.991},
+      {"[17.5 and positively somewhat hot] or hot", 18, 0.5, 0.5}};
+  for (const auto& [body, x, owned, counted] : rows) {
+    TypeParam scene;
+    scene.Parser.Parse(
+        TString("(deffuzzy v (range 10 20) (values (term hot (s 16 20)) (term t ") + body + ")))",
+        nullptr);
+    int found = 0;
+    for (const auto& set : test::Sets(Variables(scene.Fuzzy)[0])) {
+      if (set->GetName() != "t") continue;
+      ++found;
+      EXPECT_NEAR(set->DegreeOfMembership(x), scene.Counted ? counted : owned, 0.0005) << body;
+    }
+    EXPECT_EQ(found, 1);
+  }
+}
+
 TYPED_TEST(Reader, ReportsWhatItCannotRead) {
   CheckCases<TypeParam>("faults", [](const std::string& text) {
     TypeParam scene;
