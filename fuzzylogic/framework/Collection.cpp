@@ -51,6 +51,7 @@ void TCollectionItem::Leave() {
 class TCollection::TStaged final : public TStagedItems {
  public:
   explicit TStaged(TCollection& list) : FPin(&list), FList(list) {
+    list.PrepareToLoad();
     for (int i = 0; i < list.GetCount(); ++i) FHeld.emplace_back(list.ItemAt(i));
   }
   ~TStaged() override {

@@ -108,6 +108,8 @@ class TCollection : public TPersistent {
   /// A new item of the collection's class that is in no collection. A collection that is to be
   /// loaded overrides this.
   virtual TCollectionItem* NewItem();
+  /// Called before the list is loaded: takes the memory that telling of it will need.
+  virtual void PrepareToLoad() {}
   /// The items of this list and those of `items`, which are in none, change places; nobody is told.
   virtual void ExchangeItems(std::vector<TCollectionItem*>& items) noexcept;
   /// Called when the list has been loaded, to tell of it: by default of the removal of `replaced`,

@@ -250,6 +250,11 @@ void TIFuzzyLogic::Unwire(IFuzzyVariable& variable) const {
     const auto* handler = event.target<TSetHandler>();
     return handler && handler->Link == FLink;
   };
+  if (auto* own = dynamic_cast<TIFuzzyVariable*>(&variable)) {  // without copies: that takes memory
+    for (auto* event : {&own->FOnFuzzySetAdded, &own->FOnFuzzySetDeleted, &own->FOnFuzzySetChange})
+      if (isOurs(*event)) *event = nullptr;
+    return;
+  }
   if (isOurs(variable.GetOnFuzzySetAdded())) variable.SetOnFuzzySetAdded(nullptr);
   if (isOurs(variable.GetOnFuzzySetDeleted())) variable.SetOnFuzzySetDeleted(nullptr);
   if (isOurs(variable.GetOnFuzzySetChange())) variable.SetOnFuzzySetChange(nullptr);

@@ -103,13 +103,13 @@ class TIFuzzyLogic : public TCustomFuzzyLogic {
   std::uint64_t Fingerprint();
   void Dismantle() noexcept;
 
-  TIFuzzySetEvent FOnFuzzySetChange;
-  TIFuzzyVariableEvent FOnVariableChange;
+  TEvent<TIFuzzySetEvent> FOnFuzzySetChange;
+  TEvent<TIFuzzyVariableEvent> FOnVariableChange;
   TFuzzyVariableTable* FItems = nullptr;
-  TIFuzzySetEvent FOnFuzzySetDeleted;
-  TIFuzzySetEvent FOnFuzzySetAdded;
-  TIFuzzyVariableEvent FOnVariableDeleted;
-  TIFuzzyVariableEvent FOnVariableAdded;
+  TEvent<TIFuzzySetEvent> FOnFuzzySetDeleted;
+  TEvent<TIFuzzySetEvent> FOnFuzzySetAdded;
+  TEvent<TIFuzzyVariableEvent> FOnVariableDeleted;
+  TEvent<TIFuzzyVariableEvent> FOnVariableAdded;
   std::uint64_t FFingerprint = 0;  // of the model when its text was parsed or regenerated
   // Where the handlers in variables find the component; empty once it has gone, because a variable
   // that was replaced in the table keeps them.

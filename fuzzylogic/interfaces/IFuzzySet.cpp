@@ -21,9 +21,9 @@ TIFuzzySetClass TIFuzzySet::Class() {
 
 Ref<TIFuzzySet> TIFuzzySet::Create(const Ref<IFuzzyVariable>& variable, const TString& name,
                                    TIFuzzySetClass setClass) {
-  auto* bare = static_cast<TIFuzzySet*>(setClass->New());
-  bare->Build(nullptr);
-  Ref<TIFuzzySet> set = Ref<TIFuzzySet>::Attach(bare);
+  TOwned<TFuzzySet> bare(setClass->New());
+  static_cast<TIFuzzySet&>(*bare).Build(nullptr);
+  Ref<TIFuzzySet> set = Ref<TIFuzzySet>::Attach(static_cast<TIFuzzySet*>(bare.Release()));
   set->SetName(name);
   set->SetVariable(variable);
   return set;

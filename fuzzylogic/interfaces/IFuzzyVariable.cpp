@@ -17,9 +17,16 @@ TIFuzzyVariableClass TIFuzzyVariable::Class() {
 
 Ref<TIFuzzyVariable> TIFuzzyVariable::Create(const TString& name,
                                              TIFuzzyVariableClass variableClass) {
-  Ref<TIFuzzyVariable> variable(variableClass->New());
-  variable->FName = name;
-  variable->FItems = variable->CreateItems();
+  TIFuzzyVariable* bare = variableClass->New();
+  Ref<TIFuzzyVariable> variable(bare);
+  try {
+    bare->FName = name;
+    bare->FItems = bare->CreateItems();
+  } catch (...) {
+    variable.Detach();  // without a table a release ends nothing
+    delete bare;
+    throw;
+  }
   variable->FRefCount -= IgnoreRelease;
   return variable;
 }
@@ -215,7 +222,7 @@ void TIFuzzyVariable::Changed() {
   first.Rethrow();
 }
 
-void TIFuzzyVariable::FireSetEvent(const TIFuzzySetEvent& event, const Ref<IFuzzySet>& fuzzySet) {
+void TIFuzzyVariable::FireSetEvent(const TEvent<TIFuzzySetEvent>& event, const Ref<IFuzzySet>& fuzzySet) {
   FireEvent(event, TBorrowed<IFuzzyVariable>(this), fuzzySet);
 }
 

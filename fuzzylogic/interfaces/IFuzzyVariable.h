@@ -197,6 +197,7 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
  private:
   friend class TIFuzzySet;
   friend class TIFuzzySets;
+  friend class TIFuzzyLogic;
   /// Whether anybody but its own sets holds the variable. A reference that another thread drops
   /// meanwhile may count as held; dropping it then compares the counts.
   bool IsHeldOutside() const noexcept {
@@ -206,7 +207,7 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   void TakeOver(IFuzzyVariable& source);
   TComponent* GetParserComponent() const;
   void SetParserComponent(TComponent* component);
-  void FireSetEvent(const TIFuzzySetEvent& event, const Ref<IFuzzySet>& fuzzySet);
+  void FireSetEvent(const TEvent<TIFuzzySetEvent>& event, const Ref<IFuzzySet>& fuzzySet);
 
   // Added to the count while releases do nothing but count: until there is a table, while a release
   // clears it, and from the end on. One number for both, so that of the threads that drop the last
@@ -222,15 +223,15 @@ class TIFuzzyVariable : public TIFuzzyVariablePersistent, public IFuzzyVariable 
   TDefuzzificationMethod FDefuzzificationMethod = dmCenterOfGravity;
   TFzyFloat FMinimum = 0.0;
   TFzyFloat FMaximum = 1.0;
-  TIFuzzySetEvent FOnFuzzySetChange;
-  TIFuzzyVariableEvent FOnVariableChange;
-  TNotifyEvent FOnChange;
+  TEvent<TIFuzzySetEvent> FOnFuzzySetChange;
+  TEvent<TIFuzzyVariableEvent> FOnVariableChange;
+  TEvent<TNotifyEvent> FOnChange;
   std::intptr_t FTag = 0;
   Ref<IFuzzyParser> FParser;
   TFzyFloat FThreshold = 0.0;
   TString FComment;
-  TIFuzzySetEvent FOnFuzzySetDeleted;
-  TIFuzzySetEvent FOnFuzzySetAdded;
+  TEvent<TIFuzzySetEvent> FOnFuzzySetDeleted;
+  TEvent<TIFuzzySetEvent> FOnFuzzySetAdded;
 };
 
 }  // namespace fzy

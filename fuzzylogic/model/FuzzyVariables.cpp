@@ -68,6 +68,10 @@ void TFuzzyVariables::Update(TCollectionItem* item) {
   if (FFuzzy) FFuzzy->UpdateVariable(variable);
 }
 
+void TFuzzyVariables::PrepareToLoad() {
+  if (FFuzzy) FReplaced = std::make_unique<TFuzzyVariables>(FFuzzy);
+}
+
 void TFuzzyVariables::ExchangeItems(std::vector<TCollectionItem*>& items) noexcept {
   FIsLoadedAlone = FFuzzy && !FFuzzy->Is(csLoading);
   TGCollection::ExchangeItems(items);
@@ -76,7 +80,7 @@ void TFuzzyVariables::ExchangeItems(std::vector<TCollectionItem*>& items) noexce
 /// The variables that were replaced end in a list of their own, which tells the component.
 void TFuzzyVariables::ItemsLoaded(std::vector<TCollectionItem*>& replaced) {
   if (!FFuzzy) return;
-  auto* gone = new TFuzzyVariables(FFuzzy);
+  TFuzzyVariables* gone = FReplaced.release();
   gone->ExchangeItems(replaced);
   if (FIsLoadedAlone) FFuzzy->SetNeedsUpdate(true);
   FFuzzy->VariablesLoaded(gone);

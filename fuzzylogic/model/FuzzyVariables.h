@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "fuzzylogic/model/FuzzyVariable.h"
 
 namespace fzy {
@@ -48,6 +50,7 @@ class TFuzzyVariables : public TGCollection {
   TCollectionItem* NewItem() override {
     return TFuzzyVariable::Create(nullptr, FSetClass, FVariableClass);
   }
+  void PrepareToLoad() override;
   void ExchangeItems(std::vector<TCollectionItem*>& items) noexcept override;
   void ItemsLoaded(std::vector<TCollectionItem*>& replaced) override;
   void Notify(TCollectionItem* item, TCollectionNotification action) override;
@@ -60,6 +63,7 @@ class TFuzzyVariables : public TGCollection {
 
   TFuzzyLogic* FFuzzy;
   bool FIsLoadedAlone = false;  // not as a part of the component
+  std::unique_ptr<TFuzzyVariables> FReplaced;  // for the variables that loading will replace
   TFuzzyVariableClass FVariableClass;
   TFuzzySetClass FSetClass;
 };

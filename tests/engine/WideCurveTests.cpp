@@ -187,10 +187,18 @@ TYPED_TEST(WideSet, KeepsToTheNumbersAtTheirEnds) {
   const typename TypeParam::THandle mean(high->Union(high, foMean));
   EXPECT_EQ(Text(mean), "0,1.7e+308 1,0 2,1.6e+308");
   const auto narrow = TypeParam::MakeVariable(1, 10);
-  EXPECT_NEAR(TypeParam::AddSet(narrow, "1.3,5e-324 2,0")->CenterOfGravity(), 1.15, 1e-12);
-  const auto low = TypeParam::AddSet(narrow, "1,1e-310 2,5e-311");
+  const auto tiny = [&](const TPoints& points) {
+    const auto set = TypeParam::AddSet(narrow, "");
+    Fill(*TypeParam::ClassOf(set).GetValues(), points);
+    return set;
+  };
+  EXPECT_NEAR(tiny({{1.3, 5e-323}, {2, 0}})->CenterOfGravity(), 1.15, 1e-12);
+  const auto low = tiny({{1, 1e-310}, {2, 5e-311}});
   low->Hedge(fhNormalize);
   EXPECT_EQ(Text(low), "1,1 2,0.5");
+  const auto around = TypeParam::MakeVariable(-1, 0.9);
+  const auto crest = TypeParam::AddSet(around, "-1,1.7e308 0,1.7e308 0.9,1.7e308");
+  EXPECT_NEAR(crest->CenterOfGravity(), -0.05, 1e-12) << "the area is infinite, the moment is not";
   double average = 0, most = 0, least = 0;
   TypeParam::ClassOf(high).GetValues()->GetStatValues(average, most, least);
   EXPECT_DOUBLE_EQ(average, 1.1e308);

@@ -182,7 +182,7 @@ TEST(ModelEvents, MarkTheTextWhichIsParsedOnceItIsLoaded) {
   fuzzy.SetStrings(TString("v"));
   EXPECT_EQ(parser.Text, "");
   fuzzy.Loaded();
-  EXPECT_EQ(parser.Text, "v\n");
+  EXPECT_EQ(parser.Text, "v");
   const Ref<IFuzzyVariable> variable = fuzzy.NewVariable("w");
   fuzzy.GetItems()->Add(variable);
   EXPECT_EQ(fuzzy.GetStrings()->GetText(), "v\n");
