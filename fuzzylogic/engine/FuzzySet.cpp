@@ -92,12 +92,7 @@ TString TFuzzySet::GetDisplayName() const {
 void TFuzzySet::SetName(const TString& value) {
   if (value == FName) return;
   if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
-  ChangeKey([&] {
-    if (&value == FGivenName)
-      FName = std::move(*FGivenName);
-    else
-      FName = value;
-  });
+  ChangeKey([&] { FName = value; });
   Changed(false);
 }
 

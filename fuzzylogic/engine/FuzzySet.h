@@ -274,9 +274,8 @@ class TFuzzySet : public TGCollectionItem {
   /// sets come and go. "normalize": `Normalize`. (Powers and contrast: L. A. Zadeh, "A
   /// fuzzy-set-theoretic interpretation of linguistic hedges", 1972.)
   /// @throws EFzyException (`SFuzzySetEmpty`) for an empty set under "normalize", "slightly" and
-  /// the
-  ///   approximations; also when a degree leaves the finite numbers ("generally" with degrees above
-  ///   1, an approximation over a range without width). The set is unchanged then.
+  ///   the approximations; also when a degree leaves the finite numbers ("generally" with degrees
+  ///   above 1, an approximation over a range without width). The set is unchanged then.
   TFuzzySet* Hedge(TFuzzyHedge hedgeType) { return DoHedge(hedgeType); }
   /// Acts on every Y (`modifyY`) or every X, with V the value, negated for subtraction and its
   /// reciprocal for division: c + V, c V, c to the power V (of X above 0; of Y strictly between 0
@@ -352,6 +351,9 @@ class TFuzzySet : public TGCollectionItem {
   virtual void DoAssign(TFuzzySet* source);
   virtual TFuzzySet* DoClone();
   virtual TFuzzySet* DoHedge(TFuzzyHedge hedgeType);
+  /// Called with the name that the set is about to get, before anything changes: takes the memory
+  /// that `SetName` will need.
+  virtual void PrepareForName(const TString& name) { FName.Reserve(name.size()); }
   virtual bool DoEquals(TFuzzySet* fuzzySet);
   virtual TFzyFloat DoFuzzyEquals(TFuzzySet* fuzzySet);
 
@@ -394,14 +396,13 @@ class TFuzzySet : public TGCollectionItem {
   template <class Make>
   class TNextExpression;
   template <class Expression>
-  void GiveName(TString& name, Expression& expression);
+  void GiveName(const TString& name, Expression& expression);
   void ComplementBeyond(bool above);
   bool ApplySlightly();
 
   TFuzzySurroundings* FSurroundings = nullptr;
   TFuzzySetValues* FValues = nullptr;
   TString FName;
-  TString* FGivenName = nullptr;  // that an operation has made for the set, and need not be copied
   TString FComment;
   TString FExpression;
   TSparseText FDefinition;

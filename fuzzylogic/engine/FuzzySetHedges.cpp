@@ -128,24 +128,21 @@ class TFuzzySet::TNextExpression {
 
 /// Names the set and gives it its expression after a change.
 template <class Expression>
-void TFuzzySet::GiveName(TString& name, Expression& expression) {
+void TFuzzySet::GiveName(const TString& name, Expression& expression) {
   TFirstException first;
-  first.Run([&] {
-    FGivenName = &name;
-    SetName(name);
-  });
-  FGivenName = nullptr;
+  first.Run([&] { SetName(name); });
   FExpression = expression.Take(FExpression);
   first.Rethrow();
 }
 
 TFuzzySet* TFuzzySet::DoHedge(TFuzzyHedge hedgeType) {
   const TPin self(this);
-  TString newName = CreateFuzzyName(hedgeType, FName);
+  const TString newName = CreateFuzzyName(hedgeType, FName);
   TNextExpression expression(
       *this, false, [&, plain = FormatFuzzyExpression(newName)](const TString& s) {
         return s.empty() ? plain : CreateFuzzyName(hedgeType, FormatFuzzyExpression(s));
       });
+  PrepareForName(newName);
   const TFzyFloat modifier = HedgeModifiers[Ordinal(hedgeType)];
   switch (Transformations[Ordinal(hedgeType)]) {
     case Complement: {
@@ -196,6 +193,7 @@ class TFuzzySet::TModification {
     detail::TPointWriter writer(*set.FValues);
     const auto of = [this](TFzyFloat c) { return (*this)(c); };
     modifyY ? writer.CheckY(of, "Hedge") : writer.CheckX(of, "Hedge");
+    set.PrepareForName(FName);
   }
 
   void Run() {

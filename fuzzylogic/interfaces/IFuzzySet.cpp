@@ -99,7 +99,13 @@ Ref<IFuzzyVariable> TIFuzzySet::HoldForeignVariable() const {
 void TIFuzzySet::SetName(const TString& value) {
   if (value == TFuzzySet::GetName()) return;
   if (IsReservedFuzzyWord(value)) throw EFzyException(SInvalidFuzzySetName, {value});
+  PrepareForName(value);
   Refile([&] { TFuzzySet::SetName(value); });
+}
+
+void TIFuzzySet::PrepareForName(const TString& name) {
+  TFuzzySet::PrepareForName(name);
+  if (TIFuzzyVariable* variable = FVariable.Own()) variable->FItems->PrepareEntry(name);
 }
 
 /// Changes the name by `rename()`. The set is held while it is between two entries, which may be
@@ -118,6 +124,8 @@ void TIFuzzySet::Refile(Rename rename) {
 
 void TIFuzzySet::SetVariable(const Ref<IFuzzyVariable>& value) {
   if (value == FVariable.Get()) return;
+  TIFuzzyVariable* ownNext = OwnVariable(value.Get());
+  if (ownNext && TFuzzySet::GetDefined()) ownNext->FItems->PrepareToAdd(TFuzzySet::GetName());
   const Ref<IFuzzySet> self(this);
   Ref<IFuzzyVariable> next(value);
   const Ref<IFuzzyVariable> held = HoldForeignVariable();

@@ -262,6 +262,7 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
   bool IsUnheld() const noexcept override { return FRefCount == 0; }
   TOwned<TFuzzySet> NewInstance() const override;
   TFuzzySet* DoHedge(TFuzzyHedge hedgeType) override;
+  void PrepareForName(const TString& name) override;
   /// From another set, as `TFuzzySet`; from a counted one also its variable (which moves this one)
   /// and parser. The name is not checked; another one re-files the set as `SetName` does.
   void DoAssign(TFuzzySet* source) override;
@@ -306,6 +307,8 @@ class TIFuzzySet : public TFuzzySet, public TPointAssignment {
     /// Whether the variable is of somebody else's making.
     bool IsForeign() const noexcept { return FVariable && !FOwn; }
     bool IsBorrowed() const noexcept { return FBorrowed; }
+    /// The variable, when it is of the library's own making and counted here.
+    TIFuzzyVariable* Own() const noexcept { return FBorrowed ? nullptr : FOwn; }
     void Set(Ref<IFuzzyVariable> variable) noexcept;
     /// Knows the variable of another link from now on, without counting it: that link lasts longer.
     void Borrow(const TVariableLink& other) noexcept;

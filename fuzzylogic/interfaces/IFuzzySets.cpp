@@ -49,13 +49,20 @@ TIFuzzySetClass TIFuzzySets::GetSetClass() const noexcept {
   return FVariable && FVariable->FFuzzySetClass ? FVariable->FFuzzySetClass : TIFuzzySet::Class();
 }
 
-std::optional<TString> TIFuzzySets::KeyOf(const Ref<IFuzzySet>& set) const {
-  const TIFuzzySet* own = detail::OwnSet(set.Get());
-  if (own && own->FEntries == 0) return {};  // most results of operations come here, in no table
-  const TString name = set->GetName();
-  if (Find(name) == set) return name;
-  if (!own) return {};
-  // It was renamed behind the table's back, or stands in another one.
+namespace {
+
+/// The name of a set: where it stands, when that is one of the library's own; else put into `copy`.
+const TString& NameOf(IFuzzySet& set, TString& copy) {
+  if (const TIFuzzySet* own = detail::OwnSet(&set)) return own->TFuzzySet::GetName();
+  return copy = set.GetName();
+}
+
+}  // namespace
+
+/// The key of a set that the table does not hold under its name: it was renamed behind the table's
+/// back, or stands in another one.
+std::optional<TString> TIFuzzySets::OtherKeyOf(const Ref<IFuzzySet>& set) const {
+  if (!detail::OwnSet(set.Get())) return {};
   for (int slot = DoNext(-1); slot >= 0; slot = DoNext(slot)) {
     if (ValueAt(slot) == set) return KeyAt(slot);
   }
@@ -67,17 +74,31 @@ std::optional<TString> TIFuzzySets::KeyOf(const Ref<IFuzzySet>& set) const {
 /// only: they would keep each other for ever.
 void TIFuzzySets::Enter(const Ref<IFuzzySet>& set) {
   if (FVariable && !FVariable->IsHeldOutside()) return;
+  const TIFuzzySet* own = detail::OwnSet(set.Get());
+  const bool isEntered = !own || own->FEntries > 0;  // most results of operations are in no table
+  TString copy;
+  const TString& name = NameOf(*set, copy);
+  if (isEntered && Find(name) == set) return;
   TFirstException first;
-  const std::optional<TString> key = KeyOf(set);
-  const bool elsewhere = key && *key != set->GetName();
-  if (elsewhere) first.Run([&] { TTable::Remove(*key); });
-  if (!elsewhere || !KeyOf(set)) first.Run([&] { Put(set->GetName(), set); });
+  if (isEntered) {
+    if (const std::optional<TString> key = OtherKeyOf(set))
+      first.Run([&] { TTable::Remove(*key); });
+  }
+  first.Run([&] { Put(name, set); });
   first.Rethrow();
 }
 
 void TIFuzzySets::Remove(const Ref<IFuzzySet>& fuzzySet) {
   if (!fuzzySet) return;
-  if (const std::optional<TString> key = KeyOf(fuzzySet)) TTable::Remove(*key);
+  const TIFuzzySet* own = detail::OwnSet(fuzzySet.Get());
+  if (own && own->FEntries == 0) return;
+  TString copy;
+  const TString& name = NameOf(*fuzzySet, copy);
+  if (Find(name) == fuzzySet) {
+    TTable::Remove(name);
+  } else if (const std::optional<TString> key = OtherKeyOf(fuzzySet)) {
+    TTable::Remove(*key);
+  }
 }
 
 void TIFuzzySets::AssignFuzzySets(const Ref<IFuzzyVariable>& source) {

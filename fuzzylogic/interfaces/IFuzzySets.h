@@ -67,10 +67,10 @@ class TIFuzzySets : public TMemberTable<IFuzzySet> {
   void ValueNotify(const Ref<IFuzzySet>& value, TKeyedNotification action) override;
 
  private:
+  friend class TIFuzzySet;
   friend class TIFuzzyVariable;
   bool IsOfVariable(IFuzzySet& set) const;
-  /// The key under which the table holds the set, if it does.
-  std::optional<TString> KeyOf(const Ref<IFuzzySet>& set) const;
+  std::optional<TString> OtherKeyOf(const Ref<IFuzzySet>& set) const;
   void Enter(const Ref<IFuzzySet>& set);
   TIFuzzySetClass GetSetClass() const noexcept;
   class TStaged;

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <atomic>
+#include <concepts>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "fuzzylogic/common/HelperFunctions.h"
 #include "fuzzylogic/framework/Event.h"
@@ -173,10 +177,24 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
     return {FItems[Index(position)].Key, FItems[Index(position)].Value};
   }
 
+  /// Takes the memory that the next entry under `key` needs, but for that of more slots. The two
+  /// keys named last are kept: an operation may rename an entry twice.
+  void PrepareEntry(const TKey& key) {
+    if (FindPrepared(key)) return;
+    TKeyCopies copies{key, key};
+    FPrepared[1] = std::exchange(FPrepared[0], std::move(copies));
+  }
+  /// Takes the memory for an entry more, unless there is one under the key.
+  void PrepareToAdd(const TKey& key) {
+    PrepareEntry(key);
+    if (!Find(key).IsFound) GrowIfFull();
+  }
+
   /// Fills a free slot.
   virtual void DoAdd(std::int32_t hashCode, int index, const TKey& key, const TValue& value) {
-    const TEntry added{key, value};
-    TSlot stored{hashCode, key, value};
+    TKeyCopies keys = CopiesOf(key);
+    const TEntry added{std::move(keys.Told), value};
+    TSlot stored{hashCode, std::move(keys.Stored), value};
     FItems[Index(index)] = std::move(stored);
     SetCount(GetCount() + 1);
     Tell(added.Key, added.Value, knAdded);
@@ -246,6 +264,12 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
     bool IsUsed() const noexcept { return HashCode >= 0; }
   };
 
+  /// Of the key of a new entry: one is told of, as handlers may remove the entry.
+  struct TKeyCopies {
+    TKey Told;
+    TKey Stored;
+  };
+
   /// Where a key is, or where it would be added.
   struct TPlace {
     std::int32_t HashCode;
@@ -311,6 +335,19 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
     if (GetCount() < FGrowThreshold) return false;
     Rehash(std::max(LeastCapacity, FItems.size() * 2));
     return true;
+  }
+  std::optional<TKeyCopies>* FindPrepared(const TKey& key) {
+    if constexpr (std::equality_comparable<TKey>) {
+      for (std::optional<TKeyCopies>& prepared : FPrepared) {
+        if (prepared && prepared->Told == key) return &prepared;
+      }
+    }
+    return nullptr;
+  }
+  TKeyCopies CopiesOf(const TKey& key) {
+    if (std::optional<TKeyCopies>* prepared = FindPrepared(key))
+      return *std::exchange(*prepared, std::nullopt);
+    return {key, key};
   }
   void Enter(TPlace place, const TKey& key, const TValue& value) {
     if (Reseed()) place = Find(key);
@@ -385,6 +422,7 @@ class TKelDictionary : public TKelEnumerable<TPair<TKey, TValue>> {
   TEvent<TValueNotifyEvent> FOnValueNotify;
   const TKeyView FKeyCollection{this};
   const TValueView FValueCollection{this};
+  std::array<std::optional<TKeyCopies>, 2> FPrepared;
   THashSeed FSeed{};
   mutable bool FIsAttacked = false;
 };

@@ -60,7 +60,7 @@ void AddPointScenarios(TScenarios& all) {
       {"set_both", [](auto& f) { f.First->SetValue(5, 0.75); }},
       {"move", [](auto& f) { f.First->SetIndex(4); }},
       {"assign_point", [](auto& f) { f.First->Assign(f.Last); }},
-      {"append", [](auto& f) { f.List.Append(&f.Other); }},
+      {"append", [](auto& f) { f.List.Append(&f.Other); }, TPromise::Usable},
       {"append_itself", [](auto& f) { f.List.Append(&f.List); }},
       {"append_part", [](auto& f) { f.List.Append(&f.Other, 1, 1); }},
       {"assign", [](auto& f) { f.Other.Assign(&f.List); }},
