@@ -222,7 +222,8 @@ void TIFuzzyVariable::Changed() {
   first.Rethrow();
 }
 
-void TIFuzzyVariable::FireSetEvent(const TEvent<TIFuzzySetEvent>& event, const Ref<IFuzzySet>& fuzzySet) {
+void TIFuzzyVariable::FireSetEvent(const TEvent<TIFuzzySetEvent>& event,
+                                   const Ref<IFuzzySet>& fuzzySet) {
   FireEvent(event, TBorrowed<IFuzzyVariable>(this), fuzzySet);
 }
 

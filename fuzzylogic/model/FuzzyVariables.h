@@ -62,7 +62,7 @@ class TFuzzyVariables : public TGCollection {
   int RequireName(const TString& name) const;
 
   TFuzzyLogic* FFuzzy;
-  bool FIsLoadedAlone = false;  // not as a part of the component
+  bool FIsLoadedAlone = false;                 // not as a part of the component
   std::unique_ptr<TFuzzyVariables> FReplaced;  // for the variables that loading will replace
   TFuzzyVariableClass FVariableClass;
   TFuzzySetClass FSetClass;

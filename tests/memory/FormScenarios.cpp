@@ -84,11 +84,11 @@ void AddForms(TScenarios& all, const std::string& model) {
          while (owner.GetComponentCount() > 0) owner.GetComponent(0)->Free();
        }},
       {"copy", [](auto& f) { TLogic other; f.Fuzzy.Assign(&other); }},
-      {"set", [](auto& f) { test::Load(f.Form, {&Engine(f.Mild)}); }, TPromise::Nothing,
+      {"set", [](auto& f) { test::Load(f.Form, {&Engine(f.Mild)}); }, Scene::Counted ? TPromise::Usable : TPromise::Nothing,
        [](auto& f) { Engine(f.Cold).SetDefinition(Long); f.Form = Stored({&Engine(f.Cold)}); Engine(f.Mild).SetDefinition("short"); }},
       {"faulty_set", [](auto& f) { f.Text = MessageOf([&] { test::Load(f.Form, {&Engine(f.Mild)}); }); }, TPromise::Nothing,
        [](auto& f) { f.Form = Stored({&Engine(f.Cold)}); f.Form.insert(f.Form.rfind('}'), "Shape = 7\n"); Engine(f.Mild).SetDefinition(Long); }},
-      {"variable", [](auto& f) { test::Load(f.Form, {&Persistent(f.Other)}); }, TPromise::Nothing,
+      {"variable", [](auto& f) { test::Load(f.Form, {&Persistent(f.Other)}); }, Scene::Counted ? TPromise::Usable : TPromise::Nothing,
        [](auto& f) { f.Variable->SetUnits(Long); f.Form = Stored({&Persistent(f.Variable)}); f.Other->SetComment(Long); }},
       {"points", [](auto& f) { test::Load(f.Form, {Engine(f.Hot).GetValues()}); }, TPromise::Nothing,
        [](auto& f) { f.Form = Stored({Engine(f.Mild).GetValues()}); }},

@@ -15,12 +15,16 @@ const TString Definition =
     "          (term fine mild or very cold)))\n"
     "(deffuzzy tip (range 0 1) (values (term generous ((0.5 0) (1 1)))))\n";
 
+/// Of an operation of several steps: the counted model does not take back those that were told of.
+template <class F>
+constexpr TPromise Several = F::Counted ? TPromise::Usable : TPromise::Nothing;
+
 /// What is told of is what both models tell alike; each runs silent and with handlers.
 template <class F>
 void AddChanges(TScenarios& all, const std::string& group) {
   // clang-format off
   AddCases<F>(all, group, {
-      {"add", [](auto& f) { F::Add(f.Fuzzy, Long); }},
+      {"add", [](auto& f) { F::Add(f.Fuzzy, Long); }, Several<F>},
       {"add_set", [](auto& f) { F::AddSet(f.Variable, Long); }},
       {"name", [](auto& f) { f.Variable->SetName(Long); }},
       {"comment", [](auto& f) { f.Variable->SetComment(Long); }},
@@ -39,12 +43,12 @@ void AddChanges(TScenarios& all, const std::string& group) {
       {"unite", [](auto& f) { f.Result = f.Cold->Union(f.Mild); }},
       {"clear", [](auto& f) { f.Fuzzy.GetItems()->Clear(); }},
       {"free_items", [](auto& f) { if (f.Variable) f.Variable->GetName(); f.Fuzzy.GetItems()->Clear(); F::Add(f.Fuzzy, Long); }, Usable},
-      {"copy_variable", [](auto& f) { f.Other->Assign(&*f.Variable); }},
+      {"copy_variable", [](auto& f) { f.Other->Assign(&*f.Variable); }, Several<F>},
       {"copy_items", [](auto& f) {
          typename F::TLogic other;
          F::Add(other, "yet another quantity");
          f.Fuzzy.SetItems(other.GetItems());
-       }},
+       }, Usable},
       {"copy_component", [](auto& f) { TSceneOf<typename F::TLogic> other; other.Fuzzy.Assign(&f.Fuzzy); f.Text = Number(other.Fuzzy.GetThreshold()); }},
       {"read", [](auto& f) { f.Fuzzy.SetStrings(Definition); }, TPromise::Rebuilt},
       {"read_again", [](auto& f) { f.Fuzzy.Parse(); }, TPromise::Rebuilt, [](auto& f) { f.Fuzzy.SetStrings(Definition); }},
@@ -77,8 +81,8 @@ void AddModelCases(TScenarios& all, const std::string& model) {
       {"variables", [](auto& f) { TStrings lines; lines.SetText("one=1\ntwo=cold and mild"); f.Fuzzy.SetVariables(&lines); }},
       {"parser", [](auto& f) { f.Fuzzy.SetParser(nullptr); f.Fuzzy.SetParser(&f.Parser); }, Usable},
       {"show", [](auto& f) { f.Text = f.Variable->ToString().Utf8(); }},
-      {"auto_terms", [](auto& f) { Scene::Add(f.Fuzzy, Long); }, Nothing, withTerms},
-      {"add_auto_terms", [](auto& f) { f.Fuzzy.AddAutoTerms(f.Other); }},
+      {"auto_terms", [](auto& f) { Scene::Add(f.Fuzzy, Long); }, Several<F>, withTerms},
+      {"add_auto_terms", [](auto& f) { f.Fuzzy.AddAutoTerms(f.Other); }, Several<F>},
       {"handlers", [](auto& f) { f.Fuzzy.SetOnChange([load = TLoad()](TObject*) {}); }},
       {"new_model", [](auto&) { TModel<Scene> other; other.Fuzzy.GetStrings(); }},
       {"component", [](auto& f) { typename Scene::TLogic other(&f.Parser); other.SetName(Long); other.GetItems(); }},
@@ -135,7 +139,7 @@ void AddOwnedOnly(TScenarios& all) {
       {"to_lines", [](auto& f) { TStrings lines; lines.Assign(f.Variable); f.Text = lines.GetText().Utf8(); }},
       {"set_items", [](auto& f) { f.Other->SetItems(f.Variable->GetItems()); }},
       {"free_variable", [](auto&) { TOwned<TFuzzyVariable> variable(TFuzzyVariable::Create()); variable->SetName(Long); variable->GetItems()->Add(Long); }},
-      {"by_name", [](auto& f) { f.Fuzzy.GetItems()->SetItemByName("temperature", f.Other); f.Text = f.Fuzzy.GetItems()->GetItem(0)->GetName().Utf8(); }},
+      {"by_name", [](auto& f) { f.Fuzzy.GetItems()->SetItemByName("temperature", f.Other); f.Text = f.Fuzzy.GetItems()->GetItem(0)->GetName().Utf8(); }, Usable},
       {"delete", [](auto& f) { f.Fuzzy.GetItems()->Delete(0); }},
       {"error", [](auto& f) { f.Text = MessageOf([&] { f.Fuzzy.GetItems()->GetItemByName(Long); }); }},
   });
@@ -148,13 +152,13 @@ void AddCountedOnly(TScenarios& all) {
   AddCases<F>(all, "counted_variable", {
       {"clone", [](auto& f) { f.Text = Query<IFuzzyVariable>(f.Variable->Clone().Get())->GetName().Utf8(); }},
       {"equals", [](auto& f) { f.Text = f.Variable->Equals(f.Other) ? "yes" : "no"; }},
-      {"assign", [](auto& f) { f.Other->Assign(Ref<IInterface>(f.Variable)); }},
-      {"assign_sets", [](auto& f) { f.Other->AssignFuzzySets(f.Variable); }},
+      {"assign", [](auto& f) { f.Other->Assign(Ref<IInterface>(f.Variable)); }, Usable},
+      {"assign_sets", [](auto& f) { f.Other->AssignFuzzySets(f.Variable); }, Usable},
       {"clear", [](auto& f) { f.Variable->Clear(); }},
       {"block", [](auto& f) { f.Variable->BeginUpdate(); f.Variable->Add(Long); f.Variable->EndUpdate(); }, Usable},
       {"create", [](auto& f) { const Ref<IFuzzyVariable> variable = TIFuzzyVariable::Create(Long); variable->Add(Long); f.Text = variable->GetName().Utf8(); }},
       {"set_parser", [](auto& f) { f.Variable->SetParser(f.Parser.GetInterface()); }},
-      {"replace", [](auto& f) { f.Fuzzy.GetItems()->Add(f.Fuzzy.NewVariable("temperature")); }},
+      {"replace", [](auto& f) { f.Fuzzy.GetItems()->Add(f.Fuzzy.NewVariable("temperature")); }, Usable},
       {"enter_again", [](auto& f) { f.Fuzzy.GetItems()->Remove(f.Variable); f.Fuzzy.GetItems()->Add(f.Variable); }, Usable},
       {"events", [](auto& f) { f.Variable->SetOnFuzzySetChange([load = TLoad()](auto&&...) {}); f.Variable->SetOnChange([load = TLoad()](TObject*) {}); }},
       {"strings", [](auto& f) {

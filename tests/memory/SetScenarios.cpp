@@ -137,7 +137,7 @@ void AddSetCases(TScenarios& all, const std::string& model) {
       {"infer_all", [](auto& f) { f.Result = f.Mild->Infer(f.Cold, fimMinMax, true); }},
       {"clone", [](auto& f) { f.Result = Scene::Copy(f.Mild); }},
       {"copy_of_name", [](auto& f) { Engine(f.Cold).Assign(&Engine(f.Mild)); }},
-      {"assign_foreign", [](auto& f) { Engine(f.Hot).Assign(&Engine(f.Mild)); }},
+      {"assign_foreign", [](auto& f) { Engine(f.Hot).Assign(&Engine(f.Mild)); }, Scene::Counted ? TPromise::Usable : TPromise::Nothing},
       {"measures", [](auto& f) { f.Text = Number(f.Mild->Defuzzify() + f.Mild->GetCorrelationStrength(f.Cold) + f.Mild->DegreeOfMembership(12)); }},
       {"intersects", [](auto& f) { f.Text = f.Mild->Intersects(f.Cold) ? "yes" : "no"; }},
       {"equals", [](auto& f) { f.Text = f.Mild->Equals(f.Cold) && f.Mild->FuzzyEquals(f.Cold) > 0 ? "yes" : "no"; }},
@@ -157,12 +157,12 @@ void AddSetCases(TScenarios& all, const std::string& model) {
     // clang-format off
     AddCases<F>(all, model + "_only", {
         {"create", [](auto& f) { f.Result = TIFuzzySet::Create(f.Variable, Long); }},
-        {"append", [](auto& f) { f.Mild->Append(f.Cold); }},
+        {"append", [](auto& f) { f.Mild->Append(f.Cold); }, TPromise::Usable},
         {"assign_values", [](auto& f) { f.Mild->AssignValues(f.Cold); }},
         {"insert_point", [](auto& f) { f.Mild->Insert(1, 12, 0.5); }},
         {"x", [](auto& f) { f.Mild->SetXValues(0, 35); }},
         {"y", [](auto& f) { f.Mild->SetYValues(0, 0.5); }},
-        {"assign", [](auto& f) { f.Hot->Assign(Ref<IInterface>(f.Mild)); }},
+        {"assign", [](auto& f) { f.Hot->Assign(Ref<IInterface>(f.Mild)); }, TPromise::Usable},
         {"assign_new", [](auto& f) { f.Result = TIFuzzySet::Create(); f.Result->Assign(Ref<IInterface>(f.Mild)); }, TPromise::Usable},
         {"clone_for", [](auto& f) { f.Result = f.Mild->Clone(f.Other); }},
         {"move", [](auto& f) { f.Mild->SetVariable(f.Other); }},

@@ -53,7 +53,8 @@ TEST(Settings, AreClampedAndARangePushesItsOtherEnd) {
   s.T->SetThreshold(0.9);
   s.Fuzzy.SetThreshold(1);
   EXPECT_EQ(s.T->GetThreshold(), 0.9) << "the value it has changes nothing";
-  for (const auto& [value, stored] : {std::pair(1, 2), {0, 2}, {-5, 2}, {2'000'000'000, 1'000'000}, {3, 3}}) {
+  for (const auto& [value, stored] :
+       {std::pair(1, 2), {0, 2}, {-5, 2}, {2'000'000'000, 1'000'000}, {3, 3}}) {
     s.Fuzzy.SetNumFunctionValues(value);
     EXPECT_EQ(s.Fuzzy.GetNumFunctionValues(), stored);
   }
