@@ -139,7 +139,7 @@ void AddOwnedOnly(TScenarios& all) {
       {"to_lines", [](auto& f) { TStrings lines; lines.Assign(f.Variable); f.Text = lines.GetText().Utf8(); }},
       {"set_items", [](auto& f) { f.Other->SetItems(f.Variable->GetItems()); }},
       {"free_variable", [](auto&) { TOwned<TFuzzyVariable> variable(TFuzzyVariable::Create()); variable->SetName(Long); variable->GetItems()->Add(Long); }},
-      {"by_name", [](auto& f) { f.Fuzzy.GetItems()->SetItemByName("temperature", f.Other); f.Text = f.Fuzzy.GetItems()->GetItem(0)->GetName().Utf8(); }, Usable},
+      {"by_name", [](auto& f) { f.Fuzzy.GetItems()->SetItemByName("temperature", f.Other); }},
       {"delete", [](auto& f) { f.Fuzzy.GetItems()->Delete(0); }},
       {"error", [](auto& f) { f.Text = MessageOf([&] { f.Fuzzy.GetItems()->GetItemByName(Long); }); }},
   });
