@@ -266,6 +266,7 @@ void TFuzzySet::FuzzyApproximation(int n, TFzyFloat x) {
   FValues->GetMaxValue();  // refuses a set without points
   const TFzyFloat minimum = GetXRange(1);
   const TFzyFloat maximum = GetXRange(0);
+  std::optional<detail::TResampler> expansion = FValues->Expansion(n);  // which may move the points
   const TFuzzyCurve curve = FValues->Points();
   detail::TApproximation approximation(curve, minimum, maximum);
   TFuzzySetValues grid;
@@ -273,7 +274,6 @@ void TFuzzySet::FuzzyApproximation(int n, TFzyFloat x) {
   grid.Add(maximum, 0);
   grid.Expand(ApproximationPoints);
 
-  std::optional<detail::TResampler> expansion = FValues->Expansion(n);
   std::vector<TFuzzyPoint> expanded(curve.begin(), curve.end());
   if (expansion) {
     expanded.clear();

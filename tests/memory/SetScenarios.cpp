@@ -1,4 +1,5 @@
 #include <cmath>
+#include <optional>
 
 #include "fuzzylogic/framework/UpdateBlock.h"
 #include "fuzzylogic/vocabulary/FuzzyKeywords.h"
@@ -13,6 +14,8 @@ struct TPointList {
     for (const double x : {0.0, 1.0, 2.0, 2.0, 4.0, 6.0}) List.Add(x, x < 3 ? 0.25 * x : 0.5);
     First = List[1];
     Last = List[4];
+    FirstHeld.emplace(First);
+    LastHeld.emplace(Last);
     for (const double x : {3.0, 1.0}) Other.Add(x, 1);
   }
   static std::string Show(const TFuzzySetValues& list) {
@@ -24,7 +27,7 @@ struct TPointList {
   std::string Show() {
     std::string text = Show(List) + Show(Other) + Result;
     for (const TFuzzySetValue* handle : {First, Last}) {
-      if (handle->GetCollection() != &List) continue;
+      if (handle->IsFreed() || handle->GetCollection() != &List) continue;
       text += std::to_string(handle->GetIndex()) + '@' + Number(handle->GetX()) + ' ' +
               (List[handle->GetIndex()] == handle ? ";" : "!;");
     }
@@ -33,6 +36,7 @@ struct TPointList {
 
   TFuzzySetValues List, Other;
   TFuzzySetValue *First, *Last;
+  std::optional<TPin> FirstHeld, LastHeld;  // so that it can be asked whether they have ended
   std::string Result;
 };
 
