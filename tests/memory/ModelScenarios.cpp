@@ -42,7 +42,7 @@ void AddChanges(TScenarios& all, const std::string& group) {
       {"hedge", [](auto& f) { f.Cold->Hedge(fhVery); }},
       {"unite", [](auto& f) { f.Result = f.Cold->Union(f.Mild); }},
       {"clear", [](auto& f) { f.Fuzzy.GetItems()->Clear(); }},
-      {"free_items", [](auto& f) { if (f.Variable) f.Variable->GetName(); f.Fuzzy.GetItems()->Clear(); F::Add(f.Fuzzy, Long); }, Usable},
+      {"free_items", [](auto& f) { f.Fuzzy.GetItems()->Clear(); F::Add(f.Fuzzy, Long); }, Usable},
       {"copy_variable", [](auto& f) { f.Other->Assign(&*f.Variable); }, Several<F>},
       {"copy_items", [](auto& f) {
          typename F::TLogic other;
